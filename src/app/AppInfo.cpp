@@ -1,0 +1,69 @@
+#include "app/AppInfo.h"
+
+#include <system_error>
+#include <utility>
+
+#include "app/FatalError.h"
+
+namespace quilex {
+
+namespace {
+
+std::optional<std::string> stringFor(const AppEnvironment& environment, const std::string& key) {
+  const auto entry = environment.informationDictionary.find(key);
+  return entry == environment.informationDictionary.end() ? std::nullopt : entry->second;
+}
+
+std::string nameInContainer(SearchPathDirectory kind) {
+  switch (kind) {
+    case SearchPathDirectory::caches:
+      return "Caches";
+    case SearchPathDirectory::applicationSupport:
+      return "Application Support";
+    case SearchPathDirectory::preferencePanes:
+      return "Preferences";
+    case SearchPathDirectory::other:
+      break;
+  }
+  return {};
+}
+
+}  // namespace
+
+AppInfo::AppInfo(AppEnvironment environment)
+    : facts(std::move(environment)), fullVersion("1.0.0.0"), readableVersion("1.0.0") {
+  const auto shortVersion = stringFor(facts, "CFBundleShortVersionString");
+  const auto build = stringFor(facts, "CFBundleVersion");
+  if (shortVersion && build) {
+    fullVersion = *shortVersion + "." + *build;
+    readableVersion = *shortVersion + "(" + *build + ")";
+  }
+}
+
+std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
+  std::filesystem::path result;
+  if (facts.groupContainer) {
+    result = *facts.groupContainer;
+    if (const std::string name = nameInContainer(kind); !name.empty()) {
+      result /= name;
+    }
+  } else {
+    const auto candidates = facts.userDirectories(kind);
+    if (candidates.empty()) {
+      fatalError("the user has no directory of the kind asked for");
+    }
+    result = candidates.front() / stringFor(facts, "CFBundleIdentifier").value_or("Quilex");
+  }
+  std::error_code ignored;
+  std::filesystem::create_directories(result, ignored);
+  return result;
+}
+
+const std::filesystem::path& AppInfo::URLS::applicationSupport() const {
+  if (!support) {
+    support = owner.directory(SearchPathDirectory::applicationSupport);
+  }
+  return *support;
+}
+
+}  // namespace quilex

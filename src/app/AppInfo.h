@@ -1,0 +1,64 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quilex {
+
+/// The kinds of directory that AppInfo can be asked for; `other` stands for every kind without a name of its own.
+enum class SearchPathDirectory { caches, applicationSupport, preferencePanes, other };
+
+/// What the desktop says about the running application.
+struct AppEnvironment {
+  /// The bundle's information dictionary; a key whose value is not a string is present with no value.
+  std::map<std::string, std::optional<std::string>> informationDictionary;
+  /// The container that the applications of the group share; none on desktops that have no such thing.
+  std::optional<std::filesystem::path> groupContainer;
+  /// The user's own directories of a kind, best first.
+  std::function<std::vector<std::filesystem::path>(SearchPathDirectory)> userDirectories;
+};
+
+/// Facts about the running application, each computed once, at construction or first use, and kept.
+class AppInfo {
+ public:
+  static constexpr std::string_view groupIdentifier = "K4TQZM71RX.quilex";
+
+  explicit AppInfo(AppEnvironment environment);
+
+  /// The instance of this process.
+  static const AppInfo& shared();
+
+  /// Short version, a point, the build number; "1.0.0.0" when either is missing.
+  const std::string& version() const { return fullVersion; }
+  /// Short version with the build number in parentheses; "1.0.0" when either is missing.
+  const std::string& displayVersion() const { return readableVersion; }
+
+  /// The directory for files of a kind, created if it is missing. A failure to create it is ignored: the caller's own
+  /// file operations report it.
+  std::filesystem::path directory(SearchPathDirectory kind) const;
+
+  /// Paths that are looked up once.
+  class URLS {
+   public:
+    explicit URLS(const AppInfo& info) : owner(info) {}
+    const std::filesystem::path& applicationSupport() const;
+
+   private:
+    const AppInfo& owner;
+    mutable std::optional<std::filesystem::path> support;
+  };
+  const URLS& urls() const { return paths; }
+
+ private:
+  AppEnvironment facts;
+  std::string fullVersion;
+  std::string readableVersion;
+  URLS paths{*this};
+};
+
+}  // namespace quilex

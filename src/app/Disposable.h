@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+
+namespace quilex {
+
+/// A token for something that must be ended, such as an observation. Destroying it runs its closure exactly once;
+/// there is no way to run it earlier or to cancel it. A moved-from token holds nothing.
+class [[nodiscard]] Disposable {
+ public:
+  Disposable() = delete;
+  /// An empty closure stops the process.
+  explicit Disposable(std::function<void()> closure);
+  ~Disposable();
+
+  Disposable(Disposable&& other) noexcept;
+  /// Runs this token's own closure before taking the other's.
+  Disposable& operator=(Disposable&& other) noexcept;
+  Disposable(const Disposable&) = delete;
+  Disposable& operator=(const Disposable&) = delete;
+
+ private:
+  void dispose() noexcept;
+
+  std::function<void()> closure;
+};
+
+}  // namespace quilex

@@ -1,0 +1,155 @@
+#include "library/LocalVideoDBManager.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include <array>
+#include <system_error>
+#include <tuple>
+#include <utility>
+
+#include "app/FatalError.h"
+
+namespace quilex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kBusyTimeoutMilliseconds = 2000;
+constexpr std::size_t kFieldCount = std::tuple_size_v<decltype(VideoDetail::fields())>;
+constexpr int kNoColumn = -1;
+
+/// For each field of a video, the index of its column in a statement's result, or kNoColumn.
+using ColumnMap = std::array<int, kFieldCount>;
+
+// Copies under another name first, so that a copy cut short is never taken for a database, and never replaces a
+// database that another process has put there meanwhile.
+std::error_code placeCopy(const fs::path& from, const fs::path& to) {
+  fs::path unfinished = to;
+  unfinished += ".new";
+  std::error_code error;
+  fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, error);
+  if (!error) {
+    fs::permissions(unfinished, fs::perms::owner_write, fs::perm_options::add, error);
+    fs::create_hard_link(unfinished, to, error);
+    if (error == std::errc::file_exists) {
+      error.clear();
+    } else if (error) {
+      // No hard links on this file system.
+      fs::rename(unfinished, to, error);
+    }
+  }
+  std::error_code ignored;
+  fs::remove(unfinished, ignored);
+  return error;
+}
+
+ColumnMap mapColumns(const SQLite::Statement& statement) {
+  ColumnMap map;
+  map.fill(kNoColumn);
+  std::size_t field = 0;
+  const auto find = [&](const char* key) {
+    const std::string wanted = VideoDetail::columnFor(key);
+    for (int column = 0; column < statement.getColumnCount(); ++column) {
+      if (sqlite3_stricmp(statement.getColumnName(column), wanted.c_str()) == 0) {
+        map[field] = column;
+      }
+    }
+    ++field;
+  };
+  std::apply([&](const auto&... each) { (find(each.key), ...); }, VideoDetail::fields());
+  return map;
+}
+
+// Integers as SQLite's own 32-bit conversion gives them (NULL is 0), widened with their sign.
+void read(const SQLite::Column& column, std::int64_t& value) { value = column.getInt(); }
+
+// Text as SQLite's own conversion gives it; NULL is "".
+void read(const SQLite::Column& column, std::string& value) { value = column.getText(""); }
+
+VideoDetail readRow(SQLite::Statement& statement, const ColumnMap& map) {
+  VideoDetail video;
+  std::size_t field = 0;
+  const auto readField = [&](auto& member) {
+    if (const int column = map[field++]; column != kNoColumn) {
+      read(statement.getColumn(column), member);
+    }
+  };
+  std::apply([&](const auto&... each) { (readField(video.*each.member), ...); }, VideoDetail::fields());
+  return video;
+}
+
+}  // namespace
+
+LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const std::optional<fs::path>& templateFile,
+                                         Console& console)
+    : output(console) {
+  const std::string path = supportDirectory.string() + "/Quilex.db";
+  std::error_code ignored;
+  if (!fs::exists(path, ignored)) {
+    if (!templateFile) {
+      fatalError("the application bundle has no Quilex.db");
+    }
+    if (const std::error_code error = placeCopy(*templateFile, path)) {
+      output.print(path + ": " + error.message());
+    }
+  }
+  output.print(path);
+  try {
+    db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
+                                            kBusyTimeoutMilliseconds);
+  } catch (const SQLite::Exception&) {
+    output.print("db open failure");
+  }
+}
+
+LocalVideoDBManager::~LocalVideoDBManager() = default;
+
+std::vector<VideoDetail> LocalVideoDBManager::query(const char* text, const std::string* argument) {
+  std::vector<VideoDetail> videos;
+  lastQueryAnswered = false;
+  if (!db) {
+    return videos;
+  }
+  try {
+    SQLite::Statement statement(*db, text);
+    if (argument != nullptr) {
+      statement.bind(1, *argument);
+    }
+    const ColumnMap map = mapColumns(statement);
+    while (statement.executeStep()) {
+      videos.push_back(readRow(statement, map));
+    }
+    lastQueryAnswered = true;
+  } catch (const SQLite::Exception&) {
+    // The rows read before the failure stand.
+  }
+  return videos;
+}
+
+std::vector<VideoDetail> LocalVideoDBManager::allVideos() { return query("select * from LocalVideos", nullptr); }
+
+std::optional<VideoDetail> LocalVideoDBManager::video(const std::string& sign) {
+  auto videos = query("select * from LocalVideos where sign = ?", &sign);
+  if (videos.empty()) {
+    return std::nullopt;
+  }
+  return std::move(videos.back());
+}
+
+void LocalVideoDBManager::deleteVideo(const std::string& sign) {
+  bool deleted = false;
+  if (db) {
+    try {
+      SQLite::Statement statement(*db, "delete from LocalVideos where sign = ?");
+      statement.bind(1, sign);
+      statement.exec();
+      deleted = true;
+    } catch (const SQLite::Exception&) {
+    }
+  }
+  output.print("delete " + sign + (deleted ? " true" : " false"));
+}
+
+}  // namespace quilex

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "library/VideoDetail.h"
+#include "platform/Console.h"
+
+namespace SQLite {
+class Database;
+}
+
+namespace quilex {
+
+/// The agent's access to the database of imported videos, which the main application fills. Every operation is
+/// synchronous, waits at most two seconds for another process's lock, and raises no error. Not for use from two
+/// threads.
+class LocalVideoDBManager {
+ public:
+  /// Puts a copy of the template into `supportDirectory` if there is no database yet, then opens the database. Without
+  /// a database and without a template (a packaging fault) the process stops. `console` must outlive the instance.
+  LocalVideoDBManager(const std::filesystem::path& supportDirectory,
+                      const std::optional<std::filesystem::path>& templateFile, Console& console);
+  ~LocalVideoDBManager();
+  LocalVideoDBManager(const LocalVideoDBManager&) = delete;
+  LocalVideoDBManager& operator=(const LocalVideoDBManager&) = delete;
+
+  /// The instance of this process.
+  static LocalVideoDBManager& shared();
+
+  /// All videos in the order of the database; empty when the query fails.
+  std::vector<VideoDetail> allVideos();
+  /// The video with that sign, the last one if there are several; nothing when there is none or the query fails.
+  std::optional<VideoDetail> video(const std::string& sign);
+  /// Deletes the videos with that sign and says on the console whether that worked.
+  void deleteVideo(const std::string& sign);
+
+  /// Whether the database answered the last query; tells an empty library from one that could not be read.
+  bool answered() const { return lastQueryAnswered; }
+
+ private:
+  std::vector<VideoDetail> query(const char* statement, const std::string* argument);
+
+  Console& output;
+  /// Empty when the database could not be opened.
+  std::unique_ptr<SQLite::Database> db;
+  bool lastQueryAnswered = true;
+};
+
+}  // namespace quilex

@@ -1,0 +1,132 @@
+#include "linux/Composition.h"
+
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+
+#include <cstdlib>
+#include <random>
+#include <string_view>
+#include <utility>
+
+#include "app/FatalError.h"
+#include "linux/mpv/MpvPlayer.h"
+#include "linux/render/GpuRenderer.h"
+#include "linux/x11/X11ShmRenderer.h"
+
+namespace quilex {
+
+namespace {
+
+Composition* current = nullptr;
+
+std::unique_ptr<Renderer> makeGpuRenderer(X11Connection& x11, Rasteriser allowed) {
+  return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11.display(), static_cast<EGLint>(x11.visual()),
+                           {MPV_RENDER_PARAM_X11_DISPLAY, x11.display()}, allowed);
+}
+
+std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(X11Connection& x11) {
+  const char* variable = std::getenv("QUILEX_RENDERER");
+  const std::string_view forced = variable != nullptr ? variable : "";
+  if (forced == "cpu") {
+    return std::make_unique<X11ShmRenderer>(x11);
+  }
+  if (forced == "gpu") {
+    if (auto renderer = makeGpuRenderer(x11, Rasteriser::any)) {
+      return renderer;
+    }
+    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3"};
+  }
+  if (!forced.empty()) {
+    return Composition::Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + std::string(forced) + "\""};
+  }
+  if (auto renderer = makeGpuRenderer(x11, Rasteriser::hardwareOnly)) {
+    return renderer;
+  }
+  return std::make_unique<X11ShmRenderer>(x11);
+}
+
+UniformRandom systemRandom() {
+  auto device = std::make_shared<std::random_device>();
+  return [device](std::size_t bound) { return std::uniform_int_distribution<std::size_t>(0, bound - 1)(*device); };
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::function<void()> desktopLost) {
+  auto x11 = X11Connection::open();
+  if (!x11) {
+    return Failure{"no desktop to play on: there is no X server at DISPLAY, or it has no 24-bit colour"};
+  }
+  auto loop = std::make_unique<QtRunLoop>();
+  const auto file = configHome() / AppInfo::groupIdentifier / "settings.json";
+  auto suite = JsonSettingsSuite::open(file, *loop);
+  if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&suite)) {
+    return Failure{error->message};
+  }
+  auto renderer = chooseRenderer(*x11);
+  if (const auto* failure = std::get_if<Failure>(&renderer)) {
+    return *failure;
+  }
+  x11->start(std::move(desktopLost));
+  return std::unique_ptr<Composition>(
+      new Composition(std::move(x11), std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(suite)), std::move(loop),
+                      std::get<std::unique_ptr<Renderer>>(std::move(renderer))));
+}
+
+Composition::Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<JsonSettingsSuite> settingsSuite,
+                         std::unique_ptr<QtRunLoop> loop, std::unique_ptr<Renderer> chosen)
+    : runLoop(std::move(loop)),
+      suite(std::move(settingsSuite)),
+      connection(std::move(x11)),
+      renderer(*chosen),
+      output(std::move(chosen)),
+      windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
+  current = this;
+}
+
+Composition::~Composition() { current = nullptr; }
+
+Composition& Composition::instance() {
+  if (current == nullptr) {
+    fatalError("a shared instance was asked for before the start or after the end");
+  }
+  return *current;
+}
+
+const AppInfo& Composition::appInfo() {
+  if (!info) {
+    info = std::make_unique<AppInfo>(bundle.environment());
+  }
+  return *info;
+}
+
+Preferences& Composition::preferences() {
+  if (!settings) {
+    settings = std::make_unique<Preferences>(*suite, *runLoop);
+  }
+  return *settings;
+}
+
+LocalVideoDBManager& Composition::library() {
+  if (!videos) {
+    videos = std::make_unique<LocalVideoDBManager>(appInfo().urls().applicationSupport(),
+                                                   bundle.resource("Quilex", "db"), console);
+  }
+  return *videos;
+}
+
+VideoPlayerManager& Composition::videoPlayerManager() {
+  if (!manager) {
+    manager = std::make_unique<VideoPlayerManager>(
+        VideoPlayerManager::Services{preferences(), library(), *windows, notifications, *runLoop, console,
+                                     [this] { return std::make_unique<MpvPlayer>(output); }, systemRandom()});
+  }
+  return *manager;
+}
+
+const AppInfo& AppInfo::shared() { return Composition::instance().appInfo(); }
+Preferences& Preferences::shared() { return Composition::instance().preferences(); }
+LocalVideoDBManager& LocalVideoDBManager::shared() { return Composition::instance().library(); }
+VideoPlayerManager& VideoPlayerManager::shared() { return Composition::instance().videoPlayerManager(); }
+
+}  // namespace quilex

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "app/AppInfo.h"
+#include "library/LocalVideoDBManager.h"
+#include "linux/StandardConsole.h"
+#include "linux/bundle/LinuxBundle.h"
+#include "linux/dbus/DBusNotificationCenter.h"
+#include "linux/qt/QtRunLoop.h"
+#include "linux/render/VideoOutput.h"
+#include "linux/settings/JsonSettingsSuite.h"
+#include "linux/x11/X11Connection.h"
+#include "linux/x11/X11WindowServer.h"
+#include "playback/VideoPlayerManager.h"
+#include "settings/Preferences.h"
+
+namespace quilex {
+
+/// Builds the core over the Linux adapters. The core's own objects are made on first use, through the shared()
+/// accessors of their classes, which answer from the one composition of the process.
+class Composition {
+ public:
+  /// Why the agent cannot start, in one line.
+  struct Failure {
+    std::string message;
+  };
+
+  /// Connects to the desktop and opens the settings. `desktopLost` is called once if the desktop goes away.
+  static std::variant<std::unique_ptr<Composition>, Failure> make(std::function<void()> desktopLost);
+  ~Composition();
+  Composition(const Composition&) = delete;
+  Composition& operator=(const Composition&) = delete;
+
+  /// The composition of the process; asking before it is made stops the process.
+  static Composition& instance();
+
+  const AppInfo& appInfo();
+  Preferences& preferences();
+  LocalVideoDBManager& library();
+  VideoPlayerManager& videoPlayerManager();
+  DistributedNotificationCenter& notificationCenter() { return notifications; }
+  WindowServer& windowServer() { return *windows; }
+
+ private:
+  Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<JsonSettingsSuite> settings,
+              std::unique_ptr<QtRunLoop> loop, std::unique_ptr<Renderer> chosen);
+
+  // In the order of dependence: what comes later uses what comes before.
+  std::unique_ptr<QtRunLoop> runLoop;
+  StandardConsole console;
+  LinuxBundle bundle = LinuxBundle::main();
+  DBusNotificationCenter notifications;
+  std::unique_ptr<JsonSettingsSuite> suite;
+  std::unique_ptr<X11Connection> connection;
+  Renderer& renderer;
+  VideoOutput output;
+  std::unique_ptr<X11WindowServer> windows;
+  std::unique_ptr<AppInfo> info;
+  std::unique_ptr<Preferences> settings;
+  std::unique_ptr<LocalVideoDBManager> videos;
+  std::unique_ptr<VideoPlayerManager> manager;
+};
+
+}  // namespace quilex

@@ -1,0 +1,247 @@
+#include "linux/mpv/MpvPlayer.h"
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "app/FatalError.h"
+
+namespace quilex {
+
+namespace {
+
+// What the answer to an asynchronous request is about.
+constexpr std::uint64_t kEndOfFile = 1;
+constexpr std::uint64_t kIdle = 2;
+constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
+
+struct Option {
+  const char* name;
+  const char* value;
+};
+
+constexpr std::array kOptions{
+    // Nothing of the user's player set-up applies, and nothing but the file itself is opened.
+    Option{"config", "no"},
+    Option{"load-scripts", "no"},
+    Option{"load-auto-profiles", "no"},
+    Option{"load-stats-overlay", "no"},
+    Option{"load-osd-console", "no"},
+    Option{"ytdl", "no"},
+    Option{"osc", "no"},
+    Option{"access-references", "no"},
+    Option{"ordered-chapters", "no"},
+    Option{"load-unsafe-playlists", "no"},
+    Option{"sub-auto", "no"},
+    Option{"audio-file-auto", "no"},
+    Option{"cover-art-auto", "no"},
+    Option{"save-position-on-quit", "no"},
+    Option{"resume-playback", "no"},
+    // No terminal, no keyboard, nothing over the picture.
+    Option{"terminal", "no"},
+    Option{"input-default-bindings", "no"},
+    Option{"input-builtin-bindings", "no"},
+    Option{"input-vo-keyboard", "no"},
+    Option{"input-media-keys", "no"},
+    Option{"osd-level", "0"},
+    Option{"sub", "no"},
+    Option{"audio-display", "no"},
+    Option{"stop-screensaver", "no"},
+    // One core for the life of the agent, which never moves on by itself.
+    Option{"idle", "yes"},
+    Option{"keep-open", "yes"},
+    Option{"keep-open-pause", "no"},
+    Option{"pause", "yes"},
+    // The picture fills the view; frames are handed over when they are due.
+    Option{"vo", "libmpv"},
+    Option{"panscan", "1.0"},
+    Option{"video-timing-offset", "0"},
+    // Without an audio device the video keeps its pace.
+    Option{"audio-fallback-to-null", "yes"},
+    Option{"audio-client-name", "QuilexHelper"},
+    // Text, directories and playlists are not media: only libavformat reads files, and of its formats only those that
+    // hold their media themselves.
+    Option{"demuxer", "lavf"},
+};
+
+constexpr const char* kFormats =
+    "format_whitelist=\"mov,matroska,webm,avi,mpegts,mpeg,mpegvideo,flv,live_flv,ogg,asf,gif,apng,webp_pipe,h264,hevc,"
+    "av1,ivf,obu,nut,mxf,rm,dv,y4m,yuv4mpegpipe,m4v\",protocol_whitelist=file";
+
+MpvHandle makeCore() {
+  // libmpv reads numbers in option texts by the locale.
+  std::setlocale(LC_NUMERIC, "C");
+  MpvHandle core(mpv_create());
+  if (!core) {
+    fatalError("the player library could not be set up");
+  }
+  for (const Option& option : kOptions) {
+    if (mpv_set_option_string(core.get(), option.name, option.value) < 0) {
+      fatalError(std::string("the player library does not know the option ") + option.name);
+    }
+  }
+  mpv_set_option_string(core.get(), "demuxer-lavf-o", kFormats);
+  if (mpv_initialize(core.get()) < 0) {
+    fatalError("the player library could not be started");
+  }
+  return core;
+}
+
+}  // namespace
+
+double cubicVolume(float amplitude) {
+  return std::isnan(amplitude) ? 0 : 100 * std::cbrt(std::clamp(static_cast<double>(amplitude), 0.0, 1.0));
+}
+
+MpvPlayer::MpvPlayer(VideoOutput& output)
+    : videoOutput(output), core(makeCore()), wakeup([this] { drainEvents(); }) {
+  mpv_set_wakeup_callback(
+      core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
+  mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+  mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
+  videoOutput.attach(core.get());
+}
+
+MpvPlayer::~MpvPlayer() {
+  mpv_set_wakeup_callback(core.get(), nullptr, nullptr);
+  // The render context goes before the core it belongs to.
+  videoOutput.detach();
+}
+
+void MpvPlayer::setFlag(const char* property, bool value) {
+  int flag = value ? 1 : 0;
+  mpv_set_property_async(core.get(), 0, property, MPV_FORMAT_FLAG, &flag);
+}
+
+void MpvPlayer::play() { setFlag("pause", false); }
+
+void MpvPlayer::pause() { setFlag("pause", true); }
+
+void MpvPlayer::setVolume(float newAmplitude) {
+  amplitude = newAmplitude;
+  double percent = cubicVolume(amplitude);
+  mpv_set_property_async(core.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
+}
+
+void MpvPlayer::setMuted(bool mute) {
+  muted = mute;
+  setFlag("mute", mute);
+}
+
+void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
+  hasItem = true;
+  ended = false;
+  playlistEntry = 0;
+  started = false;
+  status = PlayerItemStatus::unknown;
+  // An absolute path begins with a slash, which no protocol or option does.
+  std::array command{"loadfile", file.c_str(), "replace", static_cast<const char*>(nullptr)};
+  mpv_command_async(core.get(), kFirstLoad + ++generation, command.data());
+}
+
+void MpvPlayer::seekToZero() {
+  if (!hasItem) {
+    return;
+  }
+  ended = false;
+  std::array command{"seek", "0", "absolute+keyframes", static_cast<const char*>(nullptr)};
+  mpv_command_async(core.get(), 0, command.data());
+}
+
+Disposable MpvPlayer::observeStatus(std::function<void(PlayerItemStatus)> handler) {
+  return statusObservers.add(std::move(handler));
+}
+
+Disposable MpvPlayer::observeItemEnd(std::function<void()> handler) { return endObservers.add(std::move(handler)); }
+
+void MpvPlayer::drainEvents() {
+  for (;;) {
+    const mpv_event* event = mpv_wait_event(core.get(), 0);
+    if (event->event_id == MPV_EVENT_NONE) {
+      return;
+    }
+    handle(*event);
+  }
+}
+
+void MpvPlayer::handle(const mpv_event& event) {
+  switch (event.event_id) {
+    case MPV_EVENT_COMMAND_REPLY:
+      if (event.reply_userdata == kFirstLoad + generation) {
+        if (event.error < 0) {
+          setStatus(PlayerItemStatus::failed);
+          break;
+        }
+        const auto& result = static_cast<const mpv_event_command*>(event.data)->result;
+        for (int index = 0; result.format == MPV_FORMAT_NODE_MAP && index < result.u.list->num; ++index) {
+          if (std::strcmp(result.u.list->keys[index], "playlist_entry_id") == 0) {
+            playlistEntry = result.u.list->values[index].u.int64;
+          }
+        }
+      }
+      break;
+    case MPV_EVENT_START_FILE:
+      started = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id == playlistEntry;
+      break;
+    case MPV_EVENT_PLAYBACK_RESTART:
+      // A first frame (or sound) is there: after loading, and after each seek.
+      if (started) {
+        setStatus(PlayerItemStatus::readyToPlay);
+        // An end that comes and goes between two looks at the property is not told as a change.
+        mpv_get_property_async(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+      }
+      break;
+    case MPV_EVENT_PROPERTY_CHANGE:
+    case MPV_EVENT_GET_PROPERTY_REPLY: {
+      const auto& property = *static_cast<const mpv_event_property*>(event.data);
+      if (event.error < 0 || property.format != MPV_FORMAT_FLAG || *static_cast<const int*>(property.data) == 0) {
+        break;
+      }
+      if (event.reply_userdata == kEndOfFile) {
+        raiseEnd();
+      } else if (event.reply_userdata == kIdle) {
+        videoOutput.frameLost();
+      }
+      break;
+    }
+    case MPV_EVENT_END_FILE:
+      handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
+      break;
+    default:
+      break;
+  }
+}
+
+void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
+  if (playlistEntry == 0 || end.playlist_entry_id != playlistEntry) {
+    return;
+  }
+  if (end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF) {
+    setStatus(PlayerItemStatus::failed);
+  }
+}
+
+void MpvPlayer::raiseEnd() {
+  if (!started || ended) {
+    return;
+  }
+  if (status != PlayerItemStatus::readyToPlay) {
+    // The end came before anything was shown.
+    setStatus(PlayerItemStatus::failed);
+    return;
+  }
+  ended = true;
+  endObservers.notify();
+}
+
+void MpvPlayer::setStatus(PlayerItemStatus newStatus) {
+  if (newStatus != status) {
+    status = newStatus;
+    statusObservers.notify(newStatus);
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/ObserverList.h"
+#include "linux/mpv/MpvHandle.h"
+#include "linux/qt/Wakeup.h"
+#include "linux/render/VideoOutput.h"
+#include "platform/VideoPlayer.h"
+
+namespace quilex {
+
+/// The player over libmpv: one core that draws into a VideoOutput. All requests to the core are asynchronous. A core
+/// that cannot be made stops the process.
+class MpvPlayer : public VideoPlayer {
+ public:
+  /// `output` must outlive the player.
+  explicit MpvPlayer(VideoOutput& output);
+  ~MpvPlayer() override;
+
+  void play() override;
+  void pause() override;
+  bool hasCurrentItem() const override { return hasItem; }
+  void replaceCurrentItem(const std::filesystem::path& file) override;
+  void seekToZero() override;
+  float volume() const override { return amplitude; }
+  void setVolume(float newAmplitude) override;
+  bool isMuted() const override { return muted; }
+  void setMuted(bool mute) override;
+  [[nodiscard]] Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) override;
+  [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
+
+ private:
+  void drainEvents();
+  void handle(const mpv_event& event);
+  void handleEnd(const mpv_event_end_file& end);
+  void raiseEnd();
+  void setStatus(PlayerItemStatus newStatus);
+  void setFlag(const char* property, bool value);
+
+  VideoOutput& videoOutput;
+  MpvHandle core;
+  Wakeup wakeup;
+  float amplitude = 1;
+  bool muted = false;
+  bool hasItem = false;
+  /// Counts the items handed to the core; answers that concern an older one are stale.
+  std::uint64_t generation = 0;
+  /// The core's own name for the current item; 0 until it has told it.
+  std::int64_t playlistEntry = 0;
+  /// Whether the core has turned to the current item.
+  bool started = false;
+  PlayerItemStatus status = PlayerItemStatus::unknown;
+  bool ended = false;
+  ObserverList<PlayerItemStatus> statusObservers;
+  ObserverList<> endObservers;
+};
+
+/// libmpv's volume (percent, the cube root of the gain; see its manual on --volume) of a linear amplitude of 0 to 1.
+double cubicVolume(float amplitude);
+
+}  // namespace quilex

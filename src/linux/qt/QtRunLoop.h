@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/RunLoop.h"
+
+namespace quilex {
+
+/// The run loop over Qt's event loop; needs a QCoreApplication. Timers are coarse (within 5 %), so that the system can
+/// bundle wake-ups.
+class QtRunLoop : public RunLoop {
+ public:
+  [[nodiscard]] Disposable after(std::chrono::milliseconds delay, std::function<void()> action) override;
+  [[nodiscard]] Disposable every(std::chrono::milliseconds interval, std::function<void()> action) override;
+};
+
+}  // namespace quilex

@@ -1,0 +1,222 @@
+#include "linux/render/GpuRenderer.h"
+
+#include <EGL/eglext.h>
+#include <GLES3/gl3.h>
+#include <mpv/render_gl.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "app/FatalError.h"
+
+namespace quilex {
+
+namespace {
+
+bool contains(const char* list, std::string_view word) {
+  return list != nullptr && std::string_view(list).find(word) != std::string_view::npos;
+}
+
+template <typename Function>
+Function eglFunction(const char* name) {
+  return reinterpret_cast<Function>(eglGetProcAddress(name));
+}
+
+// Asks without starting a driver, which for a software rasteriser would cost more than the whole start of the agent.
+bool onlySoftwareDevices() {
+  if (!contains(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), "EGL_EXT_device_")) {
+    return false;
+  }
+  const auto queryDevices = eglFunction<PFNEGLQUERYDEVICESEXTPROC>("eglQueryDevicesEXT");
+  const auto queryString = eglFunction<PFNEGLQUERYDEVICESTRINGEXTPROC>("eglQueryDeviceStringEXT");
+  std::array<EGLDeviceEXT, 16> devices{};
+  EGLint count = 0;
+  if (queryDevices == nullptr || queryString == nullptr ||
+      queryDevices(static_cast<EGLint>(devices.size()), devices.data(), &count) == EGL_FALSE) {
+    return false;
+  }
+  return std::all_of(devices.begin(), devices.begin() + count, [&](EGLDeviceEXT device) {
+    return contains(queryString(device, EGL_EXTENSIONS), "EGL_MESA_device_software");
+  });
+}
+
+bool isSoftware(std::string_view rasteriser) {
+  return contains(rasteriser.data(), "llvmpipe") || contains(rasteriser.data(), "softpipe") ||
+         contains(rasteriser.data(), "SWR");
+}
+
+}  // namespace
+
+/// A texture of the picture's size in a framebuffer object.
+class GpuPicture : public Picture {
+ public:
+  GpuPicture(GpuRenderer& owner, PixelSize extent) : renderer(owner), size(extent) {
+    renderer.makeCurrent(renderer.current);
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexStorage2D(GL_TEXTURE_2D, 1, GL_RGBA8, size.width, size.height);
+    glGenFramebuffers(1, &framebuffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+  }
+  ~GpuPicture() override {
+    renderer.makeCurrent(renderer.current);
+    glDeleteFramebuffers(1, &framebuffer);
+    glDeleteTextures(1, &texture);
+  }
+
+  bool draw(mpv_render_context* context) override {
+    renderer.makeCurrent(renderer.current);
+    mpv_opengl_fbo target{static_cast<int>(framebuffer), size.width, size.height, 0};
+    int flipped = 1;  // OpenGL's rows go upwards
+    int wait = 0;
+    std::array parameters{
+        mpv_render_param{MPV_RENDER_PARAM_OPENGL_FBO, &target},
+        mpv_render_param{MPV_RENDER_PARAM_FLIP_Y, &flipped},
+        mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
+        mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    return mpv_render_context_render(context, parameters.data()) >= 0;
+  }
+
+  void show(NativeWindow window, const PixelRect& part) override {
+    if (!renderer.makeCurrent(window)) {
+      return;
+    }
+    const GLint bottom = size.height - part.y - part.height;
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+    glDisable(GL_SCISSOR_TEST);
+    glBlitFramebuffer(part.x, bottom, part.x + part.width, bottom + part.height, 0, 0, part.width, part.height,
+                      GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    eglSwapBuffers(renderer.display, renderer.surfaces[window]);
+  }
+
+ private:
+  GpuRenderer& renderer;
+  PixelSize size;
+  GLuint texture = 0;
+  GLuint framebuffer = 0;
+};
+
+std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay, EGLint nativeVisual,
+                                               mpv_render_param displayParameter, Rasteriser allowed) {
+  if (allowed == Rasteriser::hardwareOnly && onlySoftwareDevices()) {
+    return nullptr;
+  }
+  const EGLDisplay display = eglGetPlatformDisplay(platform, nativeDisplay, nullptr);
+  if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
+    return nullptr;
+  }
+  std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display));
+  renderer->nativeDisplayParameter = displayParameter;
+  return renderer->setUp(nativeVisual, allowed) ? std::move(renderer) : nullptr;
+}
+
+bool GpuRenderer::chooseConfig(EGLint nativeVisual) {
+  constexpr std::array<EGLint, 11> kWanted{EGL_SURFACE_TYPE,
+                                           EGL_WINDOW_BIT,
+                                           EGL_RENDERABLE_TYPE,
+                                           EGL_OPENGL_ES3_BIT,
+                                           EGL_RED_SIZE,
+                                           8,
+                                           EGL_GREEN_SIZE,
+                                           8,
+                                           EGL_BLUE_SIZE,
+                                           8,
+                                           EGL_NONE};
+  EGLint count = 0;
+  eglChooseConfig(display, kWanted.data(), nullptr, 0, &count);
+  std::vector<EGLConfig> configs(static_cast<std::size_t>(count));
+  eglChooseConfig(display, kWanted.data(), configs.data(), count, &count);
+  for (const EGLConfig each : configs) {
+    EGLint visual = 0;
+    if (eglGetConfigAttrib(display, each, EGL_NATIVE_VISUAL_ID, &visual) == EGL_TRUE && visual == nativeVisual) {
+      config = each;
+      return true;
+    }
+  }
+  return false;
+}
+
+bool GpuRenderer::setUp(EGLint nativeVisual, Rasteriser allowed) {
+  constexpr std::array<EGLint, 3> kVersion{EGL_CONTEXT_CLIENT_VERSION, 3, EGL_NONE};
+  if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context") ||
+      eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE || !chooseConfig(nativeVisual)) {
+    return false;
+  }
+  context = eglCreateContext(display, config, EGL_NO_CONTEXT, kVersion.data());
+  if (context == EGL_NO_CONTEXT || !makeCurrent(0)) {
+    return false;
+  }
+  const auto* rasteriser = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+  return allowed == Rasteriser::any || (rasteriser != nullptr && !isSoftware(rasteriser));
+}
+
+GpuRenderer::~GpuRenderer() {
+  eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  for (const auto& [window, surface] : surfaces) {
+    eglDestroySurface(display, surface);
+  }
+  if (context != EGL_NO_CONTEXT) {
+    eglDestroyContext(display, context);
+  }
+  eglTerminate(display);
+}
+
+MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
+  mpv_set_option_string(core, "hwdec", "auto-safe");
+  makeCurrent(current);
+  mpv_opengl_init_params functions{};
+  functions.get_proc_address = [](void*, const char* name) { return reinterpret_cast<void*>(eglGetProcAddress(name)); };
+  std::array parameters{
+      mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
+      mpv_render_param{MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions},
+      nativeDisplayParameter,
+      mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
+  };
+  mpv_render_context* made = nullptr;
+  if (mpv_render_context_create(&made, core, parameters.data()) < 0) {
+    fatalError("the player library has no OpenGL renderer");
+  }
+  return MpvRenderContext(made);
+}
+
+std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) { return std::make_unique<GpuPicture>(*this, size); }
+
+bool GpuRenderer::makeCurrent(NativeWindow window) {
+  EGLSurface surface = EGL_NO_SURFACE;
+  if (window != 0) {
+    const auto known = surfaces.find(window);
+    surface = known != surfaces.end() ? known->second
+                                      : eglCreateWindowSurface(display, config, EGLNativeWindowType{window}, nullptr);
+    if (surface == EGL_NO_SURFACE) {
+      return false;
+    }
+    surfaces[window] = surface;
+  }
+  if (eglMakeCurrent(display, surface, surface, context) == EGL_FALSE) {
+    return false;
+  }
+  if (current != window) {
+    current = window;
+    eglSwapInterval(display, 0);
+  }
+  return true;
+}
+
+void GpuRenderer::forget(NativeWindow window) {
+  const auto known = surfaces.find(window);
+  if (known == surfaces.end()) {
+    return;
+  }
+  if (current == window) {
+    makeCurrent(0);
+  }
+  eglDestroySurface(display, known->second);
+  surfaces.erase(known);
+}
+
+}  // namespace quilex

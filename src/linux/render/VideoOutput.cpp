@@ -1,0 +1,125 @@
+#include "linux/render/VideoOutput.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quilex {
+
+VideoOutput::VideoOutput(std::unique_ptr<Renderer> theRenderer)
+    : renderer(std::move(theRenderer)), wakeup([this] { frameArrived(); }) {}
+
+VideoOutput::~VideoOutput() { detach(); }
+
+void VideoOutput::attach(mpv_handle* core) {
+  context = renderer->makeContext(core);
+  mpv_render_context_set_update_callback(
+      context.get(), [](void* output) { static_cast<VideoOutput*>(output)->wakeup.signal(); }, this);
+}
+
+void VideoOutput::detach() {
+  hasFrame = false;
+  if (context) {
+    mpv_render_context_set_update_callback(context.get(), nullptr, nullptr);
+    context.reset();
+  }
+}
+
+void VideoOutput::frameArrived() {
+  if (!context || (mpv_render_context_update(context.get()) & MPV_RENDER_UPDATE_FRAME) == 0) {
+    return;
+  }
+  mpv_render_frame_info info = {};
+  mpv_render_context_get_info(context.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
+  const bool present = (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0;
+  const bool redraw = (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
+  // Between two files the core may ask for a redraw of nothing, which would be black.
+  if (!present || (redraw && !hasFrame)) {
+    dropFrame();
+    return;
+  }
+  const bool first = !std::exchange(hasFrame, true);
+  ++frameNumber;
+  bool taken = false;
+  for (VideoSurface* surface : surfaces) {
+    if (!surface->visible) {
+      continue;
+    }
+    Drawn& drawn = drawnAt(surface->size);
+    if (drawn.frame != frameNumber && drawn.picture->draw(context.get())) {
+      drawn.frame = frameNumber;
+      taken = true;
+    }
+    if (drawn.frame == frameNumber) {
+      drawn.picture->show(surface->window, surface->shown);
+    }
+  }
+  if (!taken) {
+    dropFrame();
+  }
+  if (first) {
+    const auto waiting = surfaces;
+    for (VideoSurface* surface : waiting) {
+      surface->becameReady();
+    }
+  }
+  discardUnusedPictures();
+}
+
+// Tells the core that the frame was dealt with; it would wait for that.
+void VideoOutput::dropFrame() {
+  int skip = 1;
+  int wait = 0;
+  std::array parameters{
+      mpv_render_param{MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
+      mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
+      mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
+  };
+  mpv_render_context_render(context.get(), parameters.data());
+}
+
+VideoOutput::Drawn& VideoOutput::drawnAt(PixelSize size) {
+  Drawn& drawn = pictures[size];
+  if (!drawn.picture) {
+    drawn.picture = renderer->makePicture(size);
+  }
+  return drawn;
+}
+
+bool VideoOutput::canShow(PixelSize size) const {
+  const auto drawn = pictures.find(size);
+  return hasFrame || (drawn != pictures.end() && drawn->second.frame != 0);
+}
+
+// Not when a surface goes: a new layout often brings one of the same size in the same turn of the run loop.
+void VideoOutput::discardUnusedPictures() {
+  std::erase_if(pictures, [&](const auto& entry) {
+    return std::none_of(surfaces.begin(), surfaces.end(),
+                        [&](const VideoSurface* surface) { return surface->size == entry.first; });
+  });
+}
+
+VideoSurface::VideoSurface(VideoOutput& videoOutput, NativeWindow nativeWindow, PixelSize picture, PixelRect part,
+                           std::function<void()> ready)
+    : output(videoOutput), window(nativeWindow), size(picture), shown(part), becameReady(std::move(ready)) {
+  output.surfaces.push_back(this);
+}
+
+VideoSurface::~VideoSurface() { std::erase(output.surfaces, this); }
+
+bool VideoSurface::isReady() const { return output.canShow(size); }
+
+void VideoSurface::repaint() {
+  if (!visible || !isReady()) {
+    return;
+  }
+  VideoOutput::Drawn& drawn = output.drawnAt(size);
+  if (drawn.frame != output.frameNumber && output.hasFrame && drawn.picture->draw(output.context.get())) {
+    drawn.frame = output.frameNumber;
+  }
+  if (drawn.frame != 0) {
+    drawn.picture->show(window, shown);
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "linux/qt/Wakeup.h"
+#include "linux/render/Renderer.h"
+
+namespace quilex {
+
+class VideoSurface;
+
+/// Carries each decoded frame to the windows that show it: one drawing for each distinct size among the visible
+/// surfaces, whatever their number. A frame that no surface can show is dropped undrawn. Main thread.
+class VideoOutput {
+ public:
+  explicit VideoOutput(std::unique_ptr<Renderer> theRenderer);
+  ~VideoOutput();
+  VideoOutput(const VideoOutput&) = delete;
+  VideoOutput& operator=(const VideoOutput&) = delete;
+
+  /// Takes frames from the core, which must be detached before it is destroyed.
+  void attach(mpv_handle* core);
+  void detach();
+  /// The core has no current frame any more; what was drawn of it stays.
+  void frameLost() { hasFrame = false; }
+
+ private:
+  friend class VideoSurface;
+
+  struct Drawn {
+    std::unique_ptr<Picture> picture;
+    /// The frame it shows; 0 for none.
+    std::uint64_t frame = 0;
+  };
+
+  void frameArrived();
+  void dropFrame();
+  bool canShow(PixelSize size) const;
+  Drawn& drawnAt(PixelSize size);
+  void discardUnusedPictures();
+
+  std::unique_ptr<Renderer> renderer;
+  std::map<PixelSize, Drawn> pictures;
+  std::vector<VideoSurface*> surfaces;
+  MpvRenderContext context;
+  Wakeup wakeup;
+  bool hasFrame = false;
+  std::uint64_t frameNumber = 0;
+};
+
+/// One window's share of the picture. Main thread.
+class VideoSurface {
+ public:
+  /// The surface shows `part` of a picture of size `picture` in the window. `ready` is called when there comes to be a
+  /// first frame to show. The output must outlive the surface.
+  VideoSurface(VideoOutput& videoOutput, NativeWindow nativeWindow, PixelSize picture, PixelRect part,
+               std::function<void()> ready);
+  ~VideoSurface();
+  VideoSurface(const VideoSurface&) = delete;
+  VideoSurface& operator=(const VideoSurface&) = delete;
+
+  /// Whether there is anything to show yet.
+  bool isReady() const;
+  /// An invisible surface is not drawn; surfaces start invisible.
+  void setVisible(bool nowVisible) { visible = nowVisible; }
+  /// Shows the current frame again, if the surface is visible.
+  void repaint();
+
+ private:
+  friend class VideoOutput;
+
+  VideoOutput& output;
+  NativeWindow window;
+  PixelSize size;
+  PixelRect shown;
+  std::function<void()> becameReady;
+  bool visible = false;
+};
+
+}  // namespace quilex

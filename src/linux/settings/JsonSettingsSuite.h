@@ -1,0 +1,91 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "app/Disposable.h"
+#include "platform/RunLoop.h"
+#include "platform/SettingsSuite.h"
+
+namespace quilex {
+
+/// A settings suite kept as one JSON object in a file that several processes share.
+///
+/// Before each read the file is looked at, and parsed again only if it was replaced or changed. A write locks the file
+/// against the other processes, reads it afresh, changes its own keys alone and replaces it atomically; while another
+/// process holds the lock, the write is tried again from the run loop. A file that is malformed or gone while the
+/// program runs leaves the last good values in force; nothing is written over a malformed one.
+class JsonSettingsSuite : public SettingsSuite {
+ public:
+  /// What keeps a suite from being opened.
+  struct OpenError {
+    std::string message;
+  };
+
+  /// Opens the suite at `file`, whose folders are created; a file that does not exist is an empty suite. `runLoop`
+  /// must outlive the suite.
+  static std::variant<std::unique_ptr<JsonSettingsSuite>, OpenError> open(std::filesystem::path file,
+                                                                         RunLoop& runLoop);
+  /// Writes what is still to be written, waiting a moment for another process's lock if need be.
+  ~JsonSettingsSuite() override;
+
+  bool contains(const std::string& key) const override;
+  std::int64_t integer(const std::string& key) const override;
+  float real(const std::string& key) const override;
+  bool boolean(const std::string& key) const override;
+  std::optional<std::string> string(const std::string& key) const override;
+
+  void setInteger(const std::string& key, std::int64_t value) override;
+  void setReal(const std::string& key, float value) override;
+  void setBoolean(const std::string& key, bool value) override;
+  void setString(const std::string& key, const std::string& value) override;
+  void remove(const std::string& key) override;
+  void synchronize() override;
+
+  /// How often the file's contents were read; shows that an unchanged file is not.
+  std::size_t contentReads() const { return reads; }
+
+ private:
+  using Json = nlohmann::ordered_json;
+
+  /// What tells one state of a file from another without reading it.
+  struct Signature {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = -1;
+    std::int64_t modified = 0;  // nanoseconds since the epoch
+    std::int64_t changed = 0;
+    bool operator==(const Signature&) const = default;
+  };
+  enum class Reading { good, missing, unreadable, malformed };
+
+  JsonSettingsSuite(std::filesystem::path file, RunLoop& loop);
+
+  static std::optional<Signature> signatureOf(const std::filesystem::path& file);
+  Reading readFile() const;
+  void refresh() const;
+  Json value(const std::string& key) const;
+  void change(const std::string& key, std::optional<Json> value);
+  bool write(std::chrono::milliseconds patience);
+  void complain(const std::string& problem) const;
+
+  std::filesystem::path path;
+  RunLoop& runLoop;
+  mutable Json values = Json::object();
+  mutable std::optional<Signature> seen;
+  mutable Reading state = Reading::missing;
+  mutable std::string readError;
+  mutable std::string lastComplaint;
+  mutable std::size_t reads = 0;
+  /// Own changes that are not in the file yet; nothing stands for a removed key.
+  std::map<std::string, std::optional<Json>> pending;
+  std::optional<Disposable> retry;
+};
+
+}  // namespace quilex

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "linux/render/VideoOutput.h"
+#include "linux/x11/X11Connection.h"
+#include "platform/VideoView.h"
+
+namespace quilex {
+
+/// A window of the server that lies on the desktop: below all ordinary windows, on every workspace, undecorated, never
+/// focused, and at exactly its place whatever a window manager would prefer. Works managed and unmanaged.
+class X11DesktopWindow {
+ public:
+  /// Hidden at first. Everything given must outlive the window.
+  X11DesktopWindow(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, const Rect& place);
+  ~X11DesktopWindow();
+  X11DesktopWindow(const X11DesktopWindow&) = delete;
+  X11DesktopWindow& operator=(const X11DesktopWindow&) = delete;
+
+  const Rect& frame() const { return place; }
+  void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
+
+  enum class Order { back, front };
+  /// Shows the window (as soon as there is a frame to show) at that end of the desktop windows.
+  void order(Order where);
+  /// The window is to be hidden; it stays until `settle`, so that it can be shown again without leaving the screen.
+  void orderOut() { wanted = false; }
+  /// Unmaps the window if it is still to be hidden.
+  void settle();
+  /// A window manager came or went.
+  void reassert();
+
+  void handle(const xcb_generic_event_t& event);
+
+ private:
+  void create();
+  void describe();
+  void show();
+  void restack();
+  void restackUnmanaged();
+  void keepPlace(const xcb_configure_notify_event_t& event);
+  void press(const xcb_button_press_event_t& event);
+  template <typename Item, std::size_t count>
+  void setProperty(Atom name, xcb_atom_t type, const std::array<Item, count>& items);
+
+  X11Connection& connection;
+  VideoOutput& output;
+  Renderer& renderer;
+  Rect place;
+  xcb_window_t window = 0;
+  std::unique_ptr<VideoView> view;
+  std::function<void()> click;
+  std::optional<VideoSurface> surface;
+  Order wantedOrder = Order::back;
+  bool wanted = false;
+  bool mapped = false;
+  bool pressed = false;
+  int corrections = 0;
+};
+
+}  // namespace quilex

@@ -1,0 +1,177 @@
+#include "linux/x11/X11WindowServer.h"
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr std::chrono::milliseconds kNextTurn{0};
+
+std::string atomName(xcb_connection_t* connection, xcb_atom_t atom) {
+  const XcbPointer<xcb_get_atom_name_reply_t> reply(
+      xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
+  return reply ? std::string(xcb_get_atom_name_name(reply.get()),
+                             static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())))
+               : std::string();
+}
+
+}  // namespace
+
+/// What the core holds: a desktop window on loan.
+class X11WindowServer::Window : public WallpaperWindow {
+ public:
+  Window(X11WindowServer& owner, std::unique_ptr<X11DesktopWindow> loan) : server(owner), window(std::move(loan)) {}
+  ~Window() override { server.give(std::move(window)); }
+
+  void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
+    window->setContent(std::move(view), std::move(click));
+  }
+  // The type of the window is its level.
+  void setLevel(WindowLevel /*level*/) override {}
+  void orderBack() override { window->order(X11DesktopWindow::Order::back); }
+  void orderFront() override { window->order(X11DesktopWindow::Order::front); }
+  void orderOut() override {
+    window->orderOut();
+    server.settleSoon();
+  }
+
+ private:
+  X11WindowServer& server;
+  std::unique_ptr<X11DesktopWindow> window;
+};
+
+X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, RunLoop& loop)
+    : connection(x11),
+      output(videoOutput),
+      renderer(pictureRenderer),
+      runLoop(loop),
+      events(x11.observeEvents([this](const auto& event) { handle(event); })) {
+  const std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  xcb_change_window_attributes(x11.xcb(), x11.root(), XCB_CW_EVENT_MASK, &rootEvents);
+  const auto* randr = xcb_get_extension_data(x11.xcb(), &xcb_randr_id);
+  if (randr == nullptr || randr->present == 0) {
+    return;
+  }
+  const XcbPointer<xcb_randr_query_version_reply_t> version(
+      xcb_randr_query_version_reply(x11.xcb(), xcb_randr_query_version(x11.xcb(), 1, 5), nullptr));
+  hasMonitors = version && (version->major_version > 1 || version->minor_version >= 5);
+  firstRandrEvent = randr->first_event;
+  xcb_randr_select_input(x11.xcb(), x11.root(),
+                         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                             XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+}
+
+X11WindowServer::~X11WindowServer() = default;
+
+std::vector<Screen> X11WindowServer::screens() const {
+  std::vector<Screen> found;
+  if (hasMonitors) {
+    const auto cookie = xcb_randr_get_monitors(connection.xcb(), connection.root(), 1);
+    const XcbPointer<xcb_randr_get_monitors_reply_t> reply(
+        xcb_randr_get_monitors_reply(connection.xcb(), cookie, nullptr));
+    if (!reply) {
+      return found;
+    }
+    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get()); monitor.rem > 0;
+         xcb_randr_monitor_info_next(&monitor)) {
+      const auto& info = *monitor.data;
+      if (info.width > 0 && info.height > 0) {
+        found.push_back({atomName(connection.xcb(), info.name),
+                         {double(info.x), double(info.y), double(info.width), double(info.height)}});
+      }
+    }
+  } else {
+    const XcbPointer<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
+        connection.xcb(), xcb_get_geometry(connection.xcb(), connection.root()), nullptr));
+    if (root) {
+      found.push_back({"root", {0, 0, double(root->width), double(root->height)}});
+    }
+  }
+  return found;
+}
+
+std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Screen& screen) {
+  const auto spare = std::find_if(givenUp.begin(), givenUp.end(),
+                                  [&](const auto& window) { return window->frame() == screen.frame; });
+  std::unique_ptr<X11DesktopWindow> window;
+  if (spare != givenUp.end()) {
+    window = std::move(*spare);
+    givenUp.erase(spare);
+  } else {
+    window = std::make_unique<X11DesktopWindow>(connection, output, renderer, screen.frame);
+    windows.push_back(window.get());
+  }
+  return std::make_unique<Window>(*this, std::move(window));
+}
+
+void X11WindowServer::give(std::unique_ptr<X11DesktopWindow> window) {
+  window->orderOut();
+  givenUp.push_back(std::move(window));
+  settleSoon();
+}
+
+void X11WindowServer::settleSoon() {
+  if (!settling) {
+    settling = runLoop.after(kNextTurn, [this] { settle(); });
+  }
+}
+
+void X11WindowServer::settle() {
+  settling.reset();
+  for (const auto& window : givenUp) {
+    std::erase(windows, window.get());
+  }
+  givenUp.clear();
+  for (X11DesktopWindow* window : windows) {
+    window->settle();
+  }
+}
+
+void X11WindowServer::handle(const xcb_generic_event_t& event) {
+  const std::uint8_t type = eventType(event);
+  const bool isRandr = firstRandrEvent != 0 && (type == firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                                type == firstRandrEvent + XCB_RANDR_NOTIFY);
+  const bool isRootResize = type == XCB_CONFIGURE_NOTIFY &&
+                            reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == connection.root();
+  if ((isRandr || isRootResize) && !screensChanged) {
+    screensChanged = runLoop.after(kNextTurn, [this] {
+      screensChanged.reset();
+      screenObservers.notify();
+    });
+  }
+  if (type == XCB_PROPERTY_NOTIFY) {
+    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    if (change.window == connection.root()) {
+      rootPropertyChanged(change.atom);
+    }
+  }
+  for (X11DesktopWindow* window : windows) {
+    window->handle(event);
+  }
+}
+
+void X11WindowServer::rootPropertyChanged(xcb_atom_t name) {
+  if (name == connection.atom(Atom::netCurrentDesktop)) {
+    spaceObservers.notify();
+  } else if (name == connection.atom(Atom::netSupportingWmCheck)) {
+    for (X11DesktopWindow* window : windows) {
+      window->reassert();
+    }
+  }
+}
+
+Disposable X11WindowServer::observeScreens(std::function<void()> handler) {
+  return screenObservers.add(std::move(handler));
+}
+
+Disposable X11WindowServer::observeActiveSpace(std::function<void()> handler) {
+  return spaceObservers.add(std::move(handler));
+}
+
+}  // namespace quilex

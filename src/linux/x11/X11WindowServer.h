@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "linux/render/VideoOutput.h"
+#include "linux/x11/X11Connection.h"
+#include "linux/x11/X11DesktopWindow.h"
+#include "platform/RunLoop.h"
+#include "platform/WindowServer.h"
+
+namespace quilex {
+
+/// Screens and wallpaper windows on an X server. Screens are the monitors of RandR 1.5; on an older server the whole
+/// root window is the one screen.
+class X11WindowServer : public WindowServer {
+ public:
+  /// Everything given must outlive the server.
+  X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, RunLoop& loop);
+  ~X11WindowServer() override;
+
+  std::vector<Screen> screens() const override;
+  std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
+  [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
+  [[nodiscard]] Disposable observeActiveSpace(std::function<void()> handler) override;
+
+ private:
+  class Window;
+
+  void handle(const xcb_generic_event_t& event);
+  void rootPropertyChanged(xcb_atom_t name);
+  void give(std::unique_ptr<X11DesktopWindow> window);
+  void settleSoon();
+  void settle();
+
+  X11Connection& connection;
+  VideoOutput& output;
+  Renderer& renderer;
+  RunLoop& runLoop;
+  bool hasMonitors = false;
+  std::uint8_t firstRandrEvent = 0;
+  std::vector<X11DesktopWindow*> windows;
+  /// Windows that were given up in this turn of the run loop. One at the same place is used again instead of a new
+  /// one, so that a change of the layout does not uncover the desktop.
+  std::vector<std::unique_ptr<X11DesktopWindow>> givenUp;
+  ObserverList<> screenObservers;
+  ObserverList<> spaceObservers;
+  std::optional<Disposable> screensChanged;
+  std::optional<Disposable> settling;
+  Disposable events;
+};
+
+}  // namespace quilex

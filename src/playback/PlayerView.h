@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Console.h"
+#include "platform/VideoView.h"
+
+namespace quilex {
+
+/// The video view of a wallpaper window: shows the player's frames and writes a diagnostic line on input.
+class PlayerView : public VideoView {
+ public:
+  /// `console` must outlive the view.
+  PlayerView(Rect frameRect, Console& console) : VideoView(frameRect), output(console) {}
+
+  void drawRect(const Rect& dirty) override { VideoView::drawRect(dirty); }
+  void touchesBegan() override { output.print("123"); }
+  void mouseDown() override {
+    VideoView::mouseDown();
+    output.print("mouse down");
+  }
+
+ private:
+  Console& output;
+};
+
+}  // namespace quilex

@@ -1,0 +1,140 @@
+#include "settings/Preferences.h"
+
+#include <chrono>
+
+namespace quilex {
+
+namespace {
+
+constexpr const char* kMonitorArrange = "MonitorArrange";
+constexpr const char* kScreenIndex = "ScreenIndex";
+constexpr const char* kPlayMode = "PlayMode";
+constexpr const char* kVolume = "Volume";
+constexpr const char* kMute = "Mute";
+constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
+constexpr const char* kIsPlaying = "isPlaying";
+constexpr const char* kAutolaunch = "autolaunch";
+
+constexpr float kDefaultVolume = 0.5F;
+
+void registerDefaults(SettingsSuite& suite) {
+  const auto missing = [&](const char* key) { return !suite.contains(key); };
+  if (missing(kAutolaunch)) {
+    suite.setBoolean(kAutolaunch, true);
+  }
+  if (missing(kVolume)) {
+    suite.setReal(kVolume, kDefaultVolume);
+  }
+  if (missing(kMute)) {
+    suite.setBoolean(kMute, false);
+  }
+  if (missing(kIsOpenPlayer)) {
+    suite.setBoolean(kIsOpenPlayer, true);
+  }
+  if (missing(kIsPlaying)) {
+    suite.setBoolean(kIsPlaying, true);
+  }
+  suite.synchronize();
+}
+
+auto integerStore(SettingsSuite& suite, const char* key) {
+  return [&suite, key](std::int64_t value) {
+    suite.setInteger(key, value);
+    suite.synchronize();
+  };
+}
+
+auto booleanStore(SettingsSuite& suite, const char* key) {
+  return [&suite, key](bool value) {
+    suite.setBoolean(key, value);
+    suite.synchronize();
+  };
+}
+
+// For settings that may reach the other processes a little later.
+auto lazyBooleanStore(SettingsSuite& suite, const char* key) {
+  return [&suite, key](bool value) { suite.setBoolean(key, value); };
+}
+
+auto realStore(SettingsSuite& suite, const char* key) {
+  return [&suite, key](float value) {
+    suite.setReal(key, value);
+    suite.synchronize();
+  };
+}
+
+auto stringStore(SettingsSuite& suite, const char* key) {
+  return [&suite, key](const std::optional<std::string>& value) {
+    if (value) {
+      suite.setString(key, *value);
+    } else {
+      suite.remove(key);
+    }
+    suite.synchronize();
+  };
+}
+
+template <typename Value>
+void applyIfDifferent(ObservableProperty<Value>& property, const Value& stored) {
+  // A NaN on either side counts as different, as it does for the operator.
+  if (stored != property.get()) {
+    property.set(stored);
+  }
+}
+
+}  // namespace
+
+Preferences::Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop)
+    : suite(settingsSuite),
+      monitorArrange(integerStore(suite, kMonitorArrange)),
+      screenIndex(integerStore(suite, kScreenIndex)),
+      playModel(integerStore(suite, kPlayMode)),
+      playingVideoSign(stringStore(suite, Key::currentVideoSign)),
+      volume(realStore(suite, kVolume)),
+      mute(booleanStore(suite, kMute)),
+      alreadyImportVideo(lazyBooleanStore(suite, Key::alreadyImportVideo)),
+      isOpenPlayer(booleanStore(suite, kIsOpenPlayer)),
+      isPlaying(booleanStore(suite, kIsPlaying)),
+      autolaunch(lazyBooleanStore(suite, kAutolaunch)),
+      reload(runLoop.every(std::chrono::seconds(1), [this] { updateUserDefaultFromDisk(); })) {
+  registerDefaults(suite);
+  monitorArrange.assign(suite.integer(kMonitorArrange));
+  screenIndex.assign(suite.integer(kScreenIndex));
+  playModel.assign(suite.integer(kPlayMode));
+  playingVideoSign.assign(suite.string(Key::currentVideoSign));
+  volume.assign(suite.real(kVolume));
+  mute.assign(suite.boolean(kMute));
+  alreadyImportVideo.assign(suite.boolean(Key::alreadyImportVideo));
+  isOpenPlayer.assign(suite.boolean(kIsOpenPlayer));
+  isPlaying.assign(suite.boolean(kIsPlaying));
+  autolaunch.assign(suite.boolean(kAutolaunch));
+}
+
+void Preferences::updateUserDefaultFromDisk() {
+  applyIfDifferent(monitorArrange, suite.integer(kMonitorArrange));
+  applyIfDifferent(screenIndex, suite.integer(kScreenIndex));
+  applyIfDifferent(playModel, suite.integer(kPlayMode));
+  if (const auto stored = suite.string(Key::currentVideoSign); stored != playingVideoSign.get()) {
+    // A change of the video made by another process always opens and starts the wallpaper.
+    playingVideoSign.set(stored.value_or(""));
+    if (!isOpenPlayer.get()) {
+      isOpenPlayer.set(true);
+    }
+    if (!isPlaying.get()) {
+      isPlaying.set(true);
+    }
+  }
+  applyIfDifferent(volume, suite.real(kVolume));
+  applyIfDifferent(mute, suite.boolean(kMute));
+  applyIfDifferent(alreadyImportVideo, suite.boolean(Key::alreadyImportVideo));
+  if (const bool stored = suite.boolean(kIsOpenPlayer); stored != isOpenPlayer.get()) {
+    isOpenPlayer.set(stored);
+    if (isOpenPlayer.get()) {
+      isPlaying.set(true);
+    }
+  }
+  applyIfDifferent(isPlaying, suite.boolean(kIsPlaying));
+  applyIfDifferent(autolaunch, suite.boolean(kAutolaunch));
+}
+
+}  // namespace quilex

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "app/Disposable.h"
+#include "app/ObservableProperty.h"
+#include "platform/RunLoop.h"
+#include "platform/SettingsSuite.h"
+
+namespace quilex {
+
+/// The user's settings: an observable mirror of the shared suite. Setting a property writes the suite, then notifies;
+/// once a second the suite is read again and what another process changed is applied in the same way.
+class Preferences {
+ public:
+  struct Key {
+    static constexpr const char* currentVideoSign = "CurrentVideoSign";
+    static constexpr const char* alreadyImportVideo = "alreadyImportVideo";
+  };
+
+  /// Writes the defaults that are missing from the suite, reads every property and starts the reload. Both arguments
+  /// must outlive the instance.
+  Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop);
+  Preferences(const Preferences&) = delete;
+  Preferences& operator=(const Preferences&) = delete;
+
+  /// The instance of this process.
+  static Preferences& shared();
+
+ private:
+  SettingsSuite& suite;
+
+ public:
+  /// Raw value of VideoPlayerScreenType.
+  ObservableProperty<std::int64_t> monitorArrange;
+  /// Index into the current list of screens.
+  ObservableProperty<std::int64_t> screenIndex;
+  /// Raw value of VideoPlayerPlayModel.
+  ObservableProperty<std::int64_t> playModel;
+  /// Sign of the video to play.
+  ObservableProperty<std::optional<std::string>> playingVideoSign;
+  /// Linear amplitude, 0 to 1.
+  ObservableProperty<float> volume;
+  ObservableProperty<bool> mute;
+  ObservableProperty<bool> alreadyImportVideo;
+  ObservableProperty<bool> isOpenPlayer;
+  ObservableProperty<bool> isPlaying;
+  ObservableProperty<bool> autolaunch;
+
+  /// Applies to the properties what differs in the suite; run by the timer.
+  void updateUserDefaultFromDisk();
+
+ private:
+  Disposable reload;
+};
+
+}  // namespace quilex
