@@ -4,6 +4,7 @@
 #include <array>
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -100,6 +101,7 @@ MpvPlayer::MpvPlayer(VideoOutput& output)
     : videoOutput(output), core(makeCore()), wakeup([this] { drainEvents(); }) {
   mpv_set_wakeup_callback(
       core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
+  mpv_request_log_messages(core.get(), "error");
   mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
   mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
   videoOutput.attach(core.get());
@@ -205,6 +207,11 @@ void MpvPlayer::handle(const mpv_event& event) {
       } else if (event.reply_userdata == kIdle) {
         videoOutput.frameLost();
       }
+      break;
+    }
+    case MPV_EVENT_LOG_MESSAGE: {
+      const auto& message = *static_cast<const mpv_event_log_message*>(event.data);
+      std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
       break;
     }
     case MPV_EVENT_END_FILE:
