@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+
+#include "app/AppInfo.h"
+#include "app/ObservableProperty.h"
+#include "support/TemporaryFolder.h"
+
+namespace quilex {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(DisposableTest, RunsItsClosureOnceHoweverOftenItIsMoved) {
+  int ended = 0;
+  const auto end = [&] { ++ended; };
+  {
+    Disposable first(end);
+    std::vector<Disposable> owner;
+    owner.push_back(std::move(first));
+    owner.emplace_back(end);
+    EXPECT_EQ(ended, 0);
+    owner.front() = Disposable(end);
+    EXPECT_EQ(ended, 1) << "assigning ends what the token held";
+  }
+  EXPECT_EQ(ended, 3);
+  EXPECT_DEATH(const Disposable token(std::function<void()>{}),
+               "unimplemented initializer 'init\\(\\)' for class 'QuilexHelper.Disposable'");
+}
+
+class ObservablePropertyTest : public testing::Test {
+ protected:
+  std::function<void(int)> note(const std::string& who) {
+    return [this, who](int value) { log.push_back(who + std::to_string(value)); };
+  }
+
+  std::vector<std::string> log;
+};
+
+TEST_F(ObservablePropertyTest, StoresBeforeItNotifiesEvenAnUnchangedValue) {
+  ObservableProperty<int> property(note("store "));
+  property.assign(7);
+  const auto token = property.observe(note("seen "));
+  property.set(7);
+  EXPECT_THAT(log, ElementsAre("store 7", "seen 7"));
+}
+
+TEST_F(ObservablePropertyTest, AHandlerThatSetsAgainLeavesNobodyWithTheOlderValue) {
+  ObservableProperty<int> property;
+  const auto correcting = property.observe([&](int value) { value == 1 ? property.set(2) : void(); });
+  const auto later = property.observe(note("seen "));
+  property.set(1);
+  EXPECT_THAT(log, ElementsAre("seen 2", "seen 2"));
+}
+
+TEST_F(ObservablePropertyTest, HandlersMayAddAndReleaseObserversWhileTheyAreTold) {
+  ObservableProperty<int> property;
+  std::optional<Disposable> own;
+  std::optional<Disposable> others;
+  std::optional<Disposable> added;
+  // The text is used after the handler's own release, and too long to lie in the handler itself.
+  own = property.observe([&, name = std::string("a handler that releases itself ")](int value) {
+    own.reset();
+    others.reset();
+    added = property.observe(note("added "));
+    log.push_back(name + std::to_string(value));
+  });
+  others = property.observe(note("released "));
+  const auto last = property.observe(note("last "));
+  property.set(1);
+  property.set(2);
+  EXPECT_THAT(log, ElementsAre("a handler that releases itself 1", "last 1", "last 2", "added 2"));
+}
+
+TEST_F(ObservablePropertyTest, TokensOutliveAPropertyThatAHandlerDestroys) {
+  auto property = std::make_unique<ObservableProperty<int>>();
+  const auto first = property->observe([&](int) { property.reset(); });
+  const auto second = property->observe(note("seen "));
+  property->set(1);
+  EXPECT_THAT(log, ElementsAre("seen 1"));
+}
+
+using Dictionary = std::map<std::string, std::optional<std::string>>;
+
+TEST(AppInfoTest, VersionsNeedBothTextsOfTheBundle) {
+  const std::string shortKey = "CFBundleShortVersionString";
+  const std::string buildKey = "CFBundleVersion";
+  const std::tuple<Dictionary, std::string, std::string> cases[] = {
+      {{{shortKey, "3.0"}, {buildKey, "112"}}, "3.0.112", "3.0(112)"},
+      {{{shortKey, "3.0"}}, "1.0.0.0", "1.0.0"},
+      {{{buildKey, "112"}}, "1.0.0.0", "1.0.0"},
+      // A build number stored as a number is present without a text.
+      {{{shortKey, "3.0"}, {buildKey, std::nullopt}}, "1.0.0.0", "1.0.0"}};
+  for (const auto& [dictionary, version, displayVersion] : cases) {
+    const AppInfo info({dictionary, std::nullopt, {}});
+    EXPECT_EQ(info.version(), version);
+    EXPECT_EQ(info.displayVersion(), displayVersion);
+  }
+}
+
+TEST(AppInfoTest, DirectoriesLieInTheContainerOrElseWithTheUserAndAreCreated) {
+  using Kind = SearchPathDirectory;
+  const test::TemporaryFolder folder;
+  const std::string group = folder / "group";
+  const Dictionary named{{"CFBundleIdentifier", "com.example.helper"}};
+  const std::tuple<Dictionary, std::optional<std::string>, Kind, std::string> cases[] = {
+      {named, group, Kind::caches, group + "/Caches"},
+      {named, group, Kind::applicationSupport, group + "/Application Support"},
+      {named, group, Kind::preferencePanes, group + "/Preferences"},
+      {named, group, Kind::other, group},
+      {named, std::nullopt, Kind::applicationSupport, folder / "first/com.example.helper"},
+      {{}, std::nullopt, Kind::caches, folder / "first/Quilex"},
+      // A file in the way: nothing can be created, and the path is told all the same.
+      {{}, folder.write("file"), Kind::caches, folder / "file/Caches"}};
+  for (const auto& [dictionary, container, kind, expected] : cases) {
+    const auto users = [&](Kind) { return std::vector<std::filesystem::path>{folder / "first", folder / "second"}; };
+    const AppInfo info({dictionary, container, users});
+    EXPECT_EQ(info.directory(kind), expected);
+    EXPECT_EQ(std::filesystem::is_directory(expected), !expected.ends_with("file/Caches")) << expected;
+  }
+}
+
+}  // namespace
+}  // namespace quilex

@@ -1,0 +1,191 @@
+"""One user's session on a virtual desktop, with its own bus, folders and agent, as the journeys use it."""
+
+import json
+import os
+import pathlib
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+from PIL import ImageChops
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCE / "tools"))
+from virtual_desktop import VirtualDesktop  # noqa: E402
+
+DEADLINE = 20  # seconds; far more than anything here takes, even under a sanitizer
+
+
+def wait_for(condition, what):
+    """Waits until the condition holds and answers its value; fails after the deadline."""
+    end = time.monotonic() + DEADLINE
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError("waited in vain: " + what)
+        time.sleep(0.02)
+
+
+def make_clip(path, graph, seconds=30):
+    """A video of 640x360 painted by an ffmpeg filter graph that begins with a source."""
+    source, _, filters = graph.partition(",")
+    size = (":" if "=" in source else "=") + "s=640x360:r=30"
+    graph = ",".join(filter(None, [source + size, filters]))
+    command = ["ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i", graph, "-t", str(seconds)]
+    command += ["-c:v", "libx264", "-preset", "ultrafast", "-crf", "12", "-pix_fmt", "yuv420p", str(path)]
+    subprocess.run(command, check=True, timeout=120)
+    return str(path)
+
+
+class Session:
+    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None):
+        self.agent_program = pathlib.Path(build) / "bin" / "quilexhelper"
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="quilex-session-"))
+        self.settings_file = self.folder / "config/K4TQZM71RX.quilex/settings.json"
+        self.library_file = self.folder / "data/com.dravo.quilex.QuilexHelper/Quilex.db"
+        self.desktop = VirtualDesktop(monitors)
+        self.programs = []
+        self.agent = None
+        self.environment = {
+            **self.desktop.environment,
+            "XDG_CONFIG_HOME": str(self.folder / "config"),
+            "XDG_DATA_HOME": str(self.folder / "data"),
+            "XDG_CACHE_HOME": str(self.folder / "cache"),
+        }
+        bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        if manager:
+            self.start(manager, stderr=subprocess.DEVNULL)
+            wait_for(self.window_manager, "the window manager")
+
+    def start(self, *command, **options):
+        self.programs.append(subprocess.Popen(command, env=self.environment, **options))
+        return self.programs[-1]
+
+    def run(self, *command):
+        return subprocess.run(
+            command, env=self.environment, check=False, capture_output=True, text=True, timeout=DEADLINE
+        ).stdout
+
+    def close(self):
+        self.end_agent()
+        for program in reversed(self.programs):
+            program.terminate()
+            program.wait(timeout=DEADLINE)
+            if program.stdout:
+                program.stdout.close()
+        self.desktop.close()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    # The agent
+
+    def start_agent(self, **variables):
+        output = open(self.folder / "output", "ab")
+        errors = open(self.folder / "errors", "ab")
+        with output, errors:
+            self.agent = subprocess.Popen(
+                [self.agent_program], env={**self.environment, **variables}, stdout=output, stderr=errors
+            )
+        return self.agent
+
+    def end_agent(self, how=signal.SIGTERM):
+        """Ends the agent and answers its exit status; sanitizers report by that status too."""
+        if self.agent is None:
+            return 0
+        self.agent.send_signal(how)
+        status = self.agent.wait(timeout=DEADLINE)
+        self.agent = None
+        if status != 0:
+            print(self.errors(), file=sys.stderr)
+        return status
+
+    def output(self):
+        return (self.folder / "output").read_text()
+
+    def errors(self):
+        return (self.folder / "errors").read_text()
+
+    # What it shares with the main application
+
+    def settings(self):
+        return json.loads(self.settings_file.read_text()) if self.settings_file.exists() else {}
+
+    def write_settings(self, **values):
+        """As another program does: the whole file at once."""
+        self.settings_file.parent.mkdir(parents=True, exist_ok=True)
+        unfinished = self.settings_file.with_suffix(".edited")
+        unfinished.write_text(json.dumps({**self.settings(), **values}))
+        os.replace(unfinished, self.settings_file)
+
+    def make_library(self, *rows):
+        self.library_file.parent.mkdir(parents=True, exist_ok=True)
+        self.library_file.unlink(missing_ok=True)
+        with sqlite3.connect(self.library_file) as database:
+            database.executescript((SOURCE / "resources/LocalVideos.sql").read_text())
+            database.executemany("insert into LocalVideos (sign, url) values (?, ?)", rows)
+        database.close()
+
+    def add_video(self, sign, url):
+        with sqlite3.connect(self.library_file) as database:
+            database.execute("insert into LocalVideos (sign, url) values (?, ?)", (sign, url))
+        database.close()
+
+    def post(self, name):
+        self.run(
+            "dbus-send", "--session", "--type=signal", "/com/dravo/quilex/Notifications",
+            "com.dravo.quilex.Notifications.Posted", "string:" + name, "string:", "dict:string:variant:",
+        )  # fmt: skip
+
+    # What a person sees
+
+    def window_manager(self):
+        return "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+
+    def windows(self):
+        """Ids of the agent's mapped windows."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--classname", "^quilexhelper$").split()
+        return sorted(int(each) for each in found)
+
+    def geometry(self, window):
+        lines = self.run("xwininfo", "-id", str(window)).splitlines()
+        values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
+        keys = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(values[key]) for key in keys)
+
+    def stacking(self):
+        """Ids and names of the root's descendants from the topmost down, as xwininfo prints them."""
+        return self.run("xwininfo", "-root", "-tree")
+
+    def moves(self):
+        """Whether the picture changes; a wait for it, or for its opposite, decides."""
+        first = self.desktop.screenshot()
+        time.sleep(0.2)
+        return ImageChops.difference(first, self.desktop.screenshot()).getbbox() is not None
+
+    def pixels(self, *points):
+        picture = self.desktop.screenshot()
+        return [picture.getpixel(point) for point in points]
+
+    def wait_for_pixels(self, expected, what):
+        """`expected` maps points to colours; waits until the screen shows them all, within the codec's error."""
+        seen = []
+
+        def match():
+            seen[:] = self.pixels(*expected)
+            return all(
+                abs(have - want) <= 24
+                for pixel, colour in zip(seen, expected.values())
+                for have, want in zip(pixel, colour)
+            )
+
+        try:
+            wait_for(match, what)
+        except AssertionError as failure:
+            self.desktop.screenshot().save("/tmp/quilex-journey.png")
+            raise AssertionError(f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png") from failure
