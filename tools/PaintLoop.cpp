@@ -39,7 +39,9 @@ Colour operator+(Colour left, Colour right) {
   return {left.red + right.red, left.green + right.green, left.blue + right.blue};
 }
 
-Colour mix(Colour from, Colour to, float share) { return from * (1 - share) + to * share; }
+Colour mix(Colour from, Colour to, float share) {
+  return from * (1 - share) + to * share;
+}
 
 float glow(float distance, float width) {
   const float ratio = distance / width;
@@ -84,7 +86,8 @@ Colour dunes(float x, float y, float phase) {
   picture = picture + Colour{0.30F, 0.24F, 0.10F} * glow(distance, 0.24F);
   picture = mix(picture, {1.0F, 0.90F, 0.72F}, std::clamp((0.075F - distance) * kHeight / 1.5F + 0.5F, 0.0F, 1.0F));
   for (const Ridge& ridge : kRidges) {
-    const float crest = ridge.base + ridge.height * std::sin(2 * kPi * ridge.waves * x - ridge.speed * phase + ridge.shift) +
+    const float crest = ridge.base +
+                        ridge.height * std::sin(2 * kPi * ridge.waves * x - ridge.speed * phase + ridge.shift) +
                         0.010F * std::sin(10 * kPi * x - ridge.speed * phase);
     const float depth = y - crest;
     const Colour haze = mix(ridge.colour, {0.90F, 0.58F, 0.50F}, 0.22F * glow(std::max(depth, 0.0F), 0.09F));

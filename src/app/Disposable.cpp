@@ -12,7 +12,9 @@ Disposable::Disposable(std::function<void()> action) : closure(std::move(action)
   }
 }
 
-Disposable::~Disposable() { dispose(); }
+Disposable::~Disposable() {
+  dispose();
+}
 
 Disposable::Disposable(Disposable&& other) noexcept : closure(std::exchange(other.closure, nullptr)) {}
 

@@ -63,10 +63,14 @@ ColumnMap mapColumns(const SQLite::Statement& statement) {
 }
 
 // Integers as SQLite's own 32-bit conversion gives them (NULL is 0), widened with their sign.
-void read(const SQLite::Column& column, std::int64_t& value) { value = column.getInt(); }
+void read(const SQLite::Column& column, std::int64_t& value) {
+  value = column.getInt();
+}
 
 // Text as SQLite's own conversion gives it; NULL is "".
-void read(const SQLite::Column& column, std::string& value) { value = column.getText(""); }
+void read(const SQLite::Column& column, std::string& value) {
+  value = column.getText("");
+}
 
 VideoDetail readRow(SQLite::Statement& statement, const ColumnMap& map) {
   VideoDetail video;
@@ -128,7 +132,9 @@ std::vector<VideoDetail> LocalVideoDBManager::query(const char* text, const std:
   return videos;
 }
 
-std::vector<VideoDetail> LocalVideoDBManager::allVideos() { return query("select * from LocalVideos", nullptr); }
+std::vector<VideoDetail> LocalVideoDBManager::allVideos() {
+  return query("select * from LocalVideos", nullptr);
+}
 
 std::optional<VideoDetail> LocalVideoDBManager::video(const std::string& sign) {
   auto videos = query("select * from LocalVideos where sign = ?", &sign);

@@ -55,15 +55,15 @@ struct VideoDetail {
     using V = VideoDetail;
     using Integer = json::Field<V, std::int64_t>;
     using String = json::Field<V, std::string>;
-    return std::make_tuple(
-        Integer{"id", &V::id}, String{"sign", &V::sign}, String{"preurl", &V::preurl}, String{"title", &V::title},
-        String{"url", &V::url}, String{"description", &V::description}, Integer{"time", &V::time},
-        Integer{"size", &V::size}, String{"imgurl", &V::imgurl}, Integer{"imgsize", &V::imgsize},
-        String{"tags", &V::tags}, String{"ratio", &V::ratio}, Integer{"width", &V::width}, Integer{"height", &V::height},
-        Integer{"frame", &V::frame}, Integer{"rate", &V::rate}, Integer{"audio", &V::audio},
-        String{"uptime", &V::uptime}, Integer{"down", &V::down}, Integer{"view", &V::view}, String{"author", &V::author},
-        String{"avatar", &V::avatar}, Integer{"avatarsize", &V::avatarsize}, String{"hp", &V::hp},
-        Integer{"upcount", &V::upcount});
+    return std::make_tuple(Integer{"id", &V::id}, String{"sign", &V::sign}, String{"preurl", &V::preurl},
+                           String{"title", &V::title}, String{"url", &V::url}, String{"description", &V::description},
+                           Integer{"time", &V::time}, Integer{"size", &V::size}, String{"imgurl", &V::imgurl},
+                           Integer{"imgsize", &V::imgsize}, String{"tags", &V::tags}, String{"ratio", &V::ratio},
+                           Integer{"width", &V::width}, Integer{"height", &V::height}, Integer{"frame", &V::frame},
+                           Integer{"rate", &V::rate}, Integer{"audio", &V::audio}, String{"uptime", &V::uptime},
+                           Integer{"down", &V::down}, Integer{"view", &V::view}, String{"author", &V::author},
+                           String{"avatar", &V::avatar}, Integer{"avatarsize", &V::avatarsize}, String{"hp", &V::hp},
+                           Integer{"upcount", &V::upcount});
   }
 
   /// The column of table LocalVideos that keeps the field with this JSON key. The library calls the service's "id"

@@ -84,7 +84,9 @@ Composition::Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<Jso
   current = this;
 }
 
-Composition::~Composition() { current = nullptr; }
+Composition::~Composition() {
+  current = nullptr;
+}
 
 Composition& Composition::instance() {
   if (current == nullptr) {
@@ -124,9 +126,17 @@ VideoPlayerManager& Composition::videoPlayerManager() {
   return *manager;
 }
 
-const AppInfo& AppInfo::shared() { return Composition::instance().appInfo(); }
-Preferences& Preferences::shared() { return Composition::instance().preferences(); }
-LocalVideoDBManager& LocalVideoDBManager::shared() { return Composition::instance().library(); }
-VideoPlayerManager& VideoPlayerManager::shared() { return Composition::instance().videoPlayerManager(); }
+const AppInfo& AppInfo::shared() {
+  return Composition::instance().appInfo();
+}
+Preferences& Preferences::shared() {
+  return Composition::instance().preferences();
+}
+LocalVideoDBManager& LocalVideoDBManager::shared() {
+  return Composition::instance().library();
+}
+VideoPlayerManager& VideoPlayerManager::shared() {
+  return Composition::instance().videoPlayerManager();
+}
 
 }  // namespace quilex

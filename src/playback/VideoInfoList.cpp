@@ -4,7 +4,9 @@
 
 namespace quilex {
 
-VideoInfoList::~VideoInfoList() { clear(); }
+VideoInfoList::~VideoInfoList() {
+  clear();
+}
 
 void VideoInfoList::clear() {
   currentNode.reset();

@@ -138,6 +138,8 @@ void VideoPlayerManager::itemStatusChanged(PlayerItemStatus status) {
   }
 }
 
-void VideoPlayerManager::tapVideoPlayerViewAction() { services.console.print("tapVideoPlayerViewAction"); }
+void VideoPlayerManager::tapVideoPlayerViewAction() {
+  services.console.print("tapVideoPlayerViewAction");
+}
 
 }  // namespace quilex

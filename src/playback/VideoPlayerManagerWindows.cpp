@@ -66,7 +66,9 @@ void VideoPlayerManager::screensChanged() {
   }
 }
 
-void VideoPlayerManager::activeSpaceDidChange() { setHideDesktopIcon(hidesDesktopIcon); }
+void VideoPlayerManager::activeSpaceDidChange() {
+  setHideDesktopIcon(hidesDesktopIcon);
+}
 
 std::optional<std::int64_t> VideoPlayerManager::valueForKey(std::string_view key) const {
   if (key == "screenType") {

@@ -1,5 +1,3 @@
-#include "linux/dbus/DBusNotificationCenter.h"
-
 #include <unistd.h>
 
 #include <QDBusConnection>
@@ -7,6 +5,7 @@
 #include <QDBusMessage>
 #include <optional>
 
+#include "linux/dbus/DBusNotificationCenter.h"
 #include "support/AdapterTest.h"
 
 namespace quilex {
@@ -25,8 +24,8 @@ class DBusNotificationCenterTest : public ::testing::Test {
  protected:
   // As another program that speaks the protocol would.
   void postFromOutside(const char* name) {
-    auto message = QDBusMessage::createSignal("/com/dravo/quilex/Notifications", "com.dravo.quilex.Notifications",
-                                              "Posted");
+    auto message =
+        QDBusMessage::createSignal("/com/dravo/quilex/Notifications", "com.dravo.quilex.Notifications", "Posted");
     other.send(message << name << "someone" << QVariantMap{{"key", 1}});
   }
 

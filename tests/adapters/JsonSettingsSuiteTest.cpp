@@ -1,5 +1,3 @@
-#include "linux/settings/JsonSettingsSuite.h"
-
 #include <QCoreApplication>
 #include <QLockFile>
 #include <QProcess>
@@ -7,6 +5,7 @@
 #include <limits>
 
 #include "linux/qt/QtRunLoop.h"
+#include "linux/settings/JsonSettingsSuite.h"
 #include "support/AdapterTest.h"
 
 namespace quilex {
@@ -34,13 +33,18 @@ TEST_F(JsonSettingsSuiteTest, ReadsOfAnotherTypeAreNeutral) {
                       "large": 18446744073709551615, "beyond": 1e300})");
   const auto suite = open();
   const std::map<std::string, std::tuple<std::int64_t, float, bool, std::optional<std::string>>> expected{
-      {"i", {7, 7.0F, false, {}}},   {"whole", {2, 2.0F, false, {}}},
-      {"f", {0, 1.5F, false, {}}},   {"b", {0, 0.0F, true, {}}},
-      {"s", {0, 0.0F, false, "1"}},  {"a", {0, 0.0F, false, {}}},
-      {"none", {0, 0.0F, false, {}}}, {"large", {0, 0x1p64F, false, {}}},
+      {"i", {7, 7.0F, false, {}}},
+      {"whole", {2, 2.0F, false, {}}},
+      {"f", {0, 1.5F, false, {}}},
+      {"b", {0, 0.0F, true, {}}},
+      {"s", {0, 0.0F, false, "1"}},
+      {"a", {0, 0.0F, false, {}}},
+      {"none", {0, 0.0F, false, {}}},
+      {"large", {0, 0x1p64F, false, {}}},
       {"beyond", {0, std::numeric_limits<float>::max(), false, {}}}};
   for (const auto& [key, values] : expected) {
-    EXPECT_EQ(std::tuple(suite->integer(key), suite->real(key), suite->boolean(key), suite->string(key)), values) << key;
+    EXPECT_EQ(std::tuple(suite->integer(key), suite->real(key), suite->boolean(key), suite->string(key)), values)
+        << key;
     EXPECT_EQ(suite->contains(key), key != "none");
   }
 }

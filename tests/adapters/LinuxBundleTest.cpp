@@ -1,7 +1,6 @@
-#include "linux/bundle/LinuxBundle.h"
-
 #include <cstdlib>
 
+#include "linux/bundle/LinuxBundle.h"
 #include "support/AdapterTest.h"
 
 namespace quilex {

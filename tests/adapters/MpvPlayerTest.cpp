@@ -1,10 +1,9 @@
-#include "linux/mpv/MpvPlayer.h"
-
 #include <QProcess>
 #include <limits>
 #include <map>
 #include <vector>
 
+#include "linux/mpv/MpvPlayer.h"
 #include "linux/render/SoftwareRendering.h"
 #include "support/AdapterTest.h"
 
@@ -71,8 +70,7 @@ class MemoryRenderer : public Renderer {
     Memory(Journal& account, PixelSize area) : journal(account), size(area) {}
     bool draw(mpv_render_context* context) override {
       Frame frame{size, std::vector<std::uint32_t>(static_cast<std::size_t>(size.width * size.height))};
-      if (journal.busy ||
-          !drawSoftware(context, size, static_cast<std::size_t>(size.width) * 4, frame.pixels.data())) {
+      if (journal.busy || !drawSoftware(context, size, static_cast<std::size_t>(size.width) * 4, frame.pixels.data())) {
         return false;
       }
       journal.drawn.push_back(std::move(frame));
@@ -143,9 +141,19 @@ TEST_F(MpvPlayerTest, TheFirstFrameFillsTheViewWithoutBarsOrDistortion) {
   EXPECT_THAT(stage.statuses, ElementsAre(readyToPlay));
   // Scaled by 1.2, the border is 29 pixels wide, and 18 of its rows are cut off above and below.
   const Frame& frame = journal.drawn.front();
-  for (const auto& [x, y, colour] :
-       {std::tuple(0, 0, 'r'), {191, 107, 'r'}, {0, 54, 'r'}, {191, 54, 'r'}, {96, 0, 'r'}, {96, 8, 'r'},
-        {96, 14, 'b'}, {96, 93, 'b'}, {96, 99, 'r'}, {26, 54, 'r'}, {32, 54, 'b'}, {159, 54, 'b'}, {165, 54, 'r'}}) {
+  for (const auto& [x, y, colour] : {std::tuple(0, 0, 'r'),
+                                     {191, 107, 'r'},
+                                     {0, 54, 'r'},
+                                     {191, 54, 'r'},
+                                     {96, 0, 'r'},
+                                     {96, 8, 'r'},
+                                     {96, 14, 'b'},
+                                     {96, 93, 'b'},
+                                     {96, 99, 'r'},
+                                     {26, 54, 'r'},
+                                     {32, 54, 'b'},
+                                     {159, 54, 'b'},
+                                     {165, 54, 'r'}}) {
     EXPECT_EQ(frame.at(x, y), colour) << x << ' ' << y;
   }
 }
@@ -292,14 +300,19 @@ TEST_F(MpvPlayerTest, AFrameIsDrawnOnceForEachSizeThatIsSeen) {
 }
 
 TEST_F(MpvPlayerTest, VolumeIsTheCubeRootOfTheAmplitude) {
-  for (const auto& [amplitude, percent] : {std::pair(0.0F, 0.0), {0.125F, 50.0}, {1.0F, 100.0}, {-1.0F, 0.0},
-                                           {2.0F, 100.0}, {std::numeric_limits<float>::quiet_NaN(), 0.0}}) {
+  for (const auto& [amplitude, percent] : {std::pair(0.0F, 0.0),
+                                           {0.125F, 50.0},
+                                           {1.0F, 100.0},
+                                           {-1.0F, 0.0},
+                                           {2.0F, 100.0},
+                                           {std::numeric_limits<float>::quiet_NaN(), 0.0}}) {
     EXPECT_DOUBLE_EQ(cubicVolume(amplitude), percent) << amplitude;
   }
   player.setVolume(0.125F);
   player.setMuted(true);
   EXPECT_TRUE(waitFor([&] {
-    return stage.property<double>("volume", MPV_FORMAT_DOUBLE) == 50 && stage.property<int>("mute", MPV_FORMAT_FLAG) == 1;
+    return stage.property<double>("volume", MPV_FORMAT_DOUBLE) == 50 &&
+           stage.property<int>("mute", MPV_FORMAT_FLAG) == 1;
   }));
 }
 

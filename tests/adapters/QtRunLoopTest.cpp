@@ -1,10 +1,9 @@
-#include "linux/qt/QtRunLoop.h"
-
 #include <csignal>
 #include <memory>
 #include <optional>
 #include <thread>
 
+#include "linux/qt/QtRunLoop.h"
 #include "linux/qt/TerminationSignals.h"
 #include "linux/qt/Wakeup.h"
 #include "support/AdapterTest.h"
@@ -26,7 +25,9 @@ TEST(QtRunLoopTest, ActionsRunLaterAndNotAfterTheirTokenIsReleased) {
   int released = 0;
   int inside = 0;
   const auto token = loop.after(0ms, [&] { ++once; });
-  { const auto gone = loop.after(0ms, [&] { ++released; }); }
+  {
+    const auto gone = loop.after(0ms, [&] { ++released; });
+  }
   std::optional<Disposable> timer;
   // The action's captures must outlive the release of its token.
   timer = loop.every(1ms, [&, one = std::make_shared<int>(1)] {

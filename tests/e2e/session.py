@@ -61,7 +61,7 @@ class Session:
         bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
         if manager:
-            self.start(manager, stderr=subprocess.DEVNULL)
+            self.start(*manager.split(), stderr=subprocess.DEVNULL)
             wait_for(self.window_manager, "the window manager")
 
     def start(self, *command, **options):
@@ -137,10 +137,9 @@ class Session:
         database.close()
 
     def post(self, name):
-        self.run(
-            "dbus-send", "--session", "--type=signal", "/com/dravo/quilex/Notifications",
-            "com.dravo.quilex.Notifications.Posted", "string:" + name, "string:", "dict:string:variant:",
-        )  # fmt: skip
+        place = ["--object-path", "/com/dravo/quilex/Notifications"]
+        signal_name = "com.dravo.quilex.Notifications.Posted"
+        self.run("gdbus", "emit", "--session", *place, "--signal", signal_name, f"'{name}'", "''", "@a{sv} {}")
 
     # What a person sees
 

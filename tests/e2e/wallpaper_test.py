@@ -176,9 +176,9 @@ class Wallpaper(Journey):
         self.assertNotEqual(session.pixels((640, 360))[0], BLACK)
 
         # The paused frame is there in another layout too.
-        session.write_settings(ScreenIndex=0)
-        self.windows_cover((0, 0, 1280, 720))
-        wait_for(lambda: session.pixels((640, 360))[0] != BLACK, "the paused frame on the one monitor")
+        session.write_settings(ScreenIndex=1)
+        self.windows_cover((1280, 0, 800, 600))
+        wait_for(lambda: session.pixels((1680, 300))[0] != BLACK, "the paused frame on the one monitor")
         session.write_settings(isPlaying=True)
         wait_for(session.moves, "a moving picture again")
 
@@ -276,8 +276,9 @@ class WindowManagers(Journey):
         self.assertEqual(session.end_agent(), 0)
 
     def test_xfwm4(self):
-        self.assertEqual(self.check("xfwm4").end_agent(), 0)
+        # Its compositor takes the driver's further outputs for unplugged ones and leaves them black.
+        self.assertEqual(self.check("xfwm4 --compositor=off").end_agent(), 0)
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(verbosity=2)

@@ -37,9 +37,13 @@ fs::path xdgDirectory(const char* variable, const char* fallbackInHome) {
 
 }  // namespace
 
-fs::path configHome() { return xdgDirectory("XDG_CONFIG_HOME", ".config"); }
+fs::path configHome() {
+  return xdgDirectory("XDG_CONFIG_HOME", ".config");
+}
 
-fs::path dataHome() { return xdgDirectory("XDG_DATA_HOME", ".local/share"); }
+fs::path dataHome() {
+  return xdgDirectory("XDG_DATA_HOME", ".local/share");
+}
 
 LinuxBundle::LinuxBundle(fs::path root) : folder(std::move(root)) {}
 

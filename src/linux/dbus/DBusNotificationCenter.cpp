@@ -45,9 +45,9 @@ void DBusNotificationCenter::post(const std::string& name) {
   message << QString::fromStdString(name) << QString() << QVariantMap();
   bus.send(message);
   // The bus handles one sender's messages in order: once it answers this call, it has passed the signal on.
-  const auto ping = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                   QStringLiteral("/org/freedesktop/DBus"),
-                                                   QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+  const auto ping =
+      QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                     QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
   bus.call(ping, QDBus::Block, kDeliveryTimeoutMilliseconds);
 }
 

@@ -97,8 +97,7 @@ double cubicVolume(float amplitude) {
   return std::isnan(amplitude) ? 0 : 100 * std::cbrt(std::clamp(static_cast<double>(amplitude), 0.0, 1.0));
 }
 
-MpvPlayer::MpvPlayer(VideoOutput& output)
-    : videoOutput(output), core(makeCore()), wakeup([this] { drainEvents(); }) {
+MpvPlayer::MpvPlayer(VideoOutput& output) : videoOutput(output), core(makeCore()), wakeup([this] { drainEvents(); }) {
   mpv_set_wakeup_callback(
       core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
   mpv_request_log_messages(core.get(), "error");
@@ -118,9 +117,13 @@ void MpvPlayer::setFlag(const char* property, bool value) {
   mpv_set_property_async(core.get(), 0, property, MPV_FORMAT_FLAG, &flag);
 }
 
-void MpvPlayer::play() { setFlag("pause", false); }
+void MpvPlayer::play() {
+  setFlag("pause", false);
+}
 
-void MpvPlayer::pause() { setFlag("pause", true); }
+void MpvPlayer::pause() {
+  setFlag("pause", true);
+}
 
 void MpvPlayer::setVolume(float newAmplitude) {
   amplitude = newAmplitude;
@@ -157,7 +160,9 @@ Disposable MpvPlayer::observeStatus(std::function<void(PlayerItemStatus)> handle
   return statusObservers.add(std::move(handler));
 }
 
-Disposable MpvPlayer::observeItemEnd(std::function<void()> handler) { return endObservers.add(std::move(handler)); }
+Disposable MpvPlayer::observeItemEnd(std::function<void()> handler) {
+  return endObservers.add(std::move(handler));
+}
 
 void MpvPlayer::drainEvents() {
   for (;;) {

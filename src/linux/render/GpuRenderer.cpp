@@ -184,7 +184,9 @@ MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
   return MpvRenderContext(made);
 }
 
-std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) { return std::make_unique<GpuPicture>(*this, size); }
+std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) {
+  return std::make_unique<GpuPicture>(*this, size);
+}
 
 bool GpuRenderer::makeCurrent(NativeWindow window) {
   EGLSurface surface = EGL_NO_SURFACE;

@@ -9,7 +9,9 @@ namespace quilex {
 VideoOutput::VideoOutput(std::unique_ptr<Renderer> theRenderer)
     : renderer(std::move(theRenderer)), wakeup([this] { frameArrived(); }) {}
 
-VideoOutput::~VideoOutput() { detach(); }
+VideoOutput::~VideoOutput() {
+  detach();
+}
 
 void VideoOutput::attach(mpv_handle* core) {
   context = renderer->makeContext(core);
@@ -105,9 +107,13 @@ VideoSurface::VideoSurface(VideoOutput& videoOutput, NativeWindow nativeWindow, 
   output.surfaces.push_back(this);
 }
 
-VideoSurface::~VideoSurface() { std::erase(output.surfaces, this); }
+VideoSurface::~VideoSurface() {
+  std::erase(output.surfaces, this);
+}
 
-bool VideoSurface::isReady() const { return output.canShow(size); }
+bool VideoSurface::isReady() const {
+  return output.canShow(size);
+}
 
 void VideoSurface::repaint() {
   if (!visible || !isReady()) {

@@ -6,9 +6,9 @@
 #include <QLockFile>
 #include <QSaveFile>
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -29,7 +29,9 @@ constexpr auto kTimestampGranularity = 100ms;
 constexpr auto kLockRetry = 10ms;
 constexpr auto kPatienceAtExit = 1000ms;
 
-std::int64_t nanoseconds(const timespec& time) { return time.tv_sec * 1'000'000'000LL + time.tv_nsec; }
+std::int64_t nanoseconds(const timespec& time) {
+  return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
 
 // The shortest decimal text that reads back as the same float, so that 0.1 is not written as 0.10000000149.
 double readable(float value) {
@@ -42,8 +44,8 @@ double readable(float value) {
 
 }  // namespace
 
-std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> JsonSettingsSuite::open(fs::path file,
-                                                                                                     RunLoop& runLoop) {
+std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> JsonSettingsSuite::open(
+    fs::path file, RunLoop& runLoop) {
   std::error_code error;
   fs::create_directories(file.parent_path(), error);
   std::unique_ptr<JsonSettingsSuite> suite(new JsonSettingsSuite(std::move(file), runLoop));
@@ -141,7 +143,9 @@ JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
   return entry != values.end() ? *entry : Json();
 }
 
-bool JsonSettingsSuite::contains(const std::string& key) const { return !value(key).is_null(); }
+bool JsonSettingsSuite::contains(const std::string& key) const {
+  return !value(key).is_null();
+}
 
 std::int64_t JsonSettingsSuite::integer(const std::string& key) const {
   const Json json = value(key);
@@ -179,11 +183,21 @@ std::optional<std::string> JsonSettingsSuite::string(const std::string& key) con
   return json.is_string() ? std::optional(json.get<std::string>()) : std::nullopt;
 }
 
-void JsonSettingsSuite::setInteger(const std::string& key, std::int64_t value) { change(key, value); }
-void JsonSettingsSuite::setReal(const std::string& key, float value) { change(key, readable(value)); }
-void JsonSettingsSuite::setBoolean(const std::string& key, bool value) { change(key, value); }
-void JsonSettingsSuite::setString(const std::string& key, const std::string& value) { change(key, value); }
-void JsonSettingsSuite::remove(const std::string& key) { change(key, std::nullopt); }
+void JsonSettingsSuite::setInteger(const std::string& key, std::int64_t value) {
+  change(key, value);
+}
+void JsonSettingsSuite::setReal(const std::string& key, float value) {
+  change(key, readable(value));
+}
+void JsonSettingsSuite::setBoolean(const std::string& key, bool value) {
+  change(key, value);
+}
+void JsonSettingsSuite::setString(const std::string& key, const std::string& value) {
+  change(key, value);
+}
+void JsonSettingsSuite::remove(const std::string& key) {
+  change(key, std::nullopt);
+}
 
 void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
   pending[key] = std::move(value);

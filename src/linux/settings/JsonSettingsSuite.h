@@ -30,8 +30,7 @@ class JsonSettingsSuite : public SettingsSuite {
 
   /// Opens the suite at `file`, whose folders are created; a file that does not exist is an empty suite. `runLoop`
   /// must outlive the suite.
-  static std::variant<std::unique_ptr<JsonSettingsSuite>, OpenError> open(std::filesystem::path file,
-                                                                         RunLoop& runLoop);
+  static std::variant<std::unique_ptr<JsonSettingsSuite>, OpenError> open(std::filesystem::path file, RunLoop& runLoop);
   /// Writes what is still to be written, waiting a moment for another process's lock if need be.
   ~JsonSettingsSuite() override;
 

@@ -58,7 +58,9 @@ X11Connection::X11Connection(XlibDisplay* display, int screenNumber)
 
 X11Connection::~X11Connection() = default;
 
-void X11Connection::DisplayCloser::operator()(XlibDisplay* display) const { XCloseDisplay(display); }
+void X11Connection::DisplayCloser::operator()(XlibDisplay* display) const {
+  XCloseDisplay(display);
+}
 
 bool X11Connection::findVisual() {
   for (auto depth = xcb_screen_allowed_depths_iterator(defaultScreen); depth.rem > 0; xcb_depth_next(&depth)) {

@@ -20,7 +20,9 @@ constexpr std::string_view kClass{"quilexhelper\0QuilexHelper\0", 26};
 // A window manager that keeps moving the window is left its way after so many attempts.
 constexpr int kMostCorrections = 8;
 
-int pixels(double length) { return static_cast<int>(std::lround(length)); }
+int pixels(double length) {
+  return static_cast<int>(std::lround(length));
+}
 
 }  // namespace
 
@@ -40,11 +42,11 @@ X11DesktopWindow::~X11DesktopWindow() {
 void X11DesktopWindow::create() {
   window = xcb_generate_id(connection.xcb());
   // No background: between mapping and the first frame the server leaves what was on the screen.
-  const std::array<std::uint32_t, 4> values{
-      XCB_BACK_PIXMAP_NONE, 0,
-      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-          XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE,
-      connection.colormap()};
+  const std::array<std::uint32_t, 4> values{XCB_BACK_PIXMAP_NONE, 0,
+                                            XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE |
+                                                XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS |
+                                                XCB_EVENT_MASK_BUTTON_RELEASE,
+                                            connection.colormap()};
   xcb_create_window(connection.xcb(), kDepth, window, connection.root(), static_cast<std::int16_t>(pixels(place.x)),
                     static_cast<std::int16_t>(pixels(place.y)), static_cast<std::uint16_t>(pixels(place.width)),
                     static_cast<std::uint16_t>(pixels(place.height)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
@@ -174,8 +176,8 @@ void X11DesktopWindow::restack() {
 void X11DesktopWindow::restackUnmanaged() {
   xcb_window_t sibling = 0;
   if (wantedOrder == Order::front) {
-    const XcbPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-        connection.xcb(), xcb_query_tree(connection.xcb(), connection.root()), nullptr));
+    const XcbPointer<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection.xcb(), xcb_query_tree(connection.xcb(), connection.root()), nullptr));
     if (tree) {
       const auto* children = xcb_query_tree_children(tree.get());
       const auto own = std::uint32_t(getpid());

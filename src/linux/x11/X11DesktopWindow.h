@@ -15,7 +15,7 @@ namespace quilex {
 class X11DesktopWindow {
  public:
   /// Hidden at first. Everything given must outlive the window.
-  X11DesktopWindow(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, const Rect& place);
+  X11DesktopWindow(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, const Rect& frame);
   ~X11DesktopWindow();
   X11DesktopWindow(const X11DesktopWindow&) = delete;
   X11DesktopWindow& operator=(const X11DesktopWindow&) = delete;

@@ -125,7 +125,8 @@ class X11ShmPicture : public Picture {
   void send(NativeWindow window, const PixelRect& part, const Buffer& buffer) {
     const std::size_t rowBytes = static_cast<std::size_t>(part.width) * kPixelBytes;
     const std::size_t most = std::size_t{xcb_get_maximum_request_length(connection())} * 4 - 64;
-    const int rows = static_cast<int>(std::clamp<std::size_t>(most / rowBytes, 1, static_cast<std::size_t>(part.height)));
+    const int rows =
+        static_cast<int>(std::clamp<std::size_t>(most / rowBytes, 1, static_cast<std::size_t>(part.height)));
     std::vector<std::byte> band(rowBytes * static_cast<std::size_t>(rows));
     for (int top = 0; top < part.height; top += rows) {
       const int height = std::min(rows, part.height - top);
@@ -180,9 +181,13 @@ X11ShmRenderer::X11ShmRenderer(X11Connection& x11)
   }
 }
 
-X11ShmRenderer::~X11ShmRenderer() { xcb_free_gc(connection.xcb(), context); }
+X11ShmRenderer::~X11ShmRenderer() {
+  xcb_free_gc(connection.xcb(), context);
+}
 
-MpvRenderContext X11ShmRenderer::makeContext(mpv_handle* core) { return makeSoftwareContext(core); }
+MpvRenderContext X11ShmRenderer::makeContext(mpv_handle* core) {
+  return makeSoftwareContext(core);
+}
 
 std::unique_ptr<Picture> X11ShmRenderer::makePicture(PixelSize size) {
   return std::make_unique<X11ShmPicture>(*this, size);

@@ -62,9 +62,9 @@ X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, R
       xcb_randr_query_version_reply(x11.xcb(), xcb_randr_query_version(x11.xcb(), 1, 5), nullptr));
   hasMonitors = version && (version->major_version > 1 || version->minor_version >= 5);
   firstRandrEvent = randr->first_event;
-  xcb_randr_select_input(x11.xcb(), x11.root(),
-                         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                             XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+  xcb_randr_select_input(
+      x11.xcb(), x11.root(),
+      XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
 }
 
 X11WindowServer::~X11WindowServer() = default;
@@ -87,8 +87,8 @@ std::vector<Screen> X11WindowServer::screens() const {
       }
     }
   } else {
-    const XcbPointer<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
-        connection.xcb(), xcb_get_geometry(connection.xcb(), connection.root()), nullptr));
+    const XcbPointer<xcb_get_geometry_reply_t> root(
+        xcb_get_geometry_reply(connection.xcb(), xcb_get_geometry(connection.xcb(), connection.root()), nullptr));
     if (root) {
       found.push_back({"root", {0, 0, double(root->width), double(root->height)}});
     }
@@ -97,8 +97,8 @@ std::vector<Screen> X11WindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Screen& screen) {
-  const auto spare = std::find_if(givenUp.begin(), givenUp.end(),
-                                  [&](const auto& window) { return window->frame() == screen.frame; });
+  const auto spare =
+      std::find_if(givenUp.begin(), givenUp.end(), [&](const auto& window) { return window->frame() == screen.frame; });
   std::unique_ptr<X11DesktopWindow> window;
   if (spare != givenUp.end()) {
     window = std::move(*spare);
