@@ -259,6 +259,34 @@ class WindowManagers(Journey):
         wait_for(lambda: session.output().count("mouse down\n") == 2, "one line for each press")
         return session
 
+    def check_order(self, manager, commands):
+        """A wallpaper goes behind and in front of another program's desktop windows, never before ordinary ones."""
+        session = self.begin(manager=manager)
+        pipes = {"stdin": subprocess.PIPE, "bufsize": 0}
+        ordinary, desktop = (200, 150), (640, 500)
+        icons = session.start(BUILD + "/bin/window_probe", self.short, **pipes)
+        icons.stdin.write(b"back\n")
+        session.wait_for_pixels({desktop: RED, (1680, 300): RED}, "the icons")
+        session.start("xmessage", "-geometry", "200x100+100+100", "an ordinary window")
+        wait_for(lambda: session.pixels(ordinary) != session.pixels(desktop), "the ordinary window")
+        wallpaper = session.start(BUILD + "/bin/window_probe", self.green, **pipes)
+        for command in commands:
+            colour = GREEN if command == b"front\n" else RED
+            wallpaper.stdin.write(command)
+            session.wait_for_pixels({desktop: colour, (1680, 300): colour}, f"after {command}")
+            self.assertNotEqual(session.pixels(ordinary), session.pixels(desktop), "the ordinary window is covered")
+        for probe in (wallpaper, icons):
+            probe.stdin.close()
+            self.assertEqual(probe.wait(timeout=20), 0)
+
+    def test_order(self):
+        commands = [b"front\n", b"back\n", b"front\n", b"out\n"]
+        for manager in (None, "openbox"):
+            with self.subTest(manager=manager):
+                self.check_order(manager, commands)
+        # xfwm4 leaves desktop windows in the order of their appearance, whatever they ask for.
+        self.check_order("xfwm4 --compositor=off", [b"front\n", b"out\n"])
+
     def test_none(self):
         self.assertEqual(self.check(None).end_agent(), 0)
 

@@ -1,0 +1,54 @@
+// Shows a video in wallpaper windows and orders them as standard input says, a command a line: front, back, out.
+//   window_probe VIDEO
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/QtRunLoop.h"
+#include "linux/x11/X11ShmRenderer.h"
+#include "linux/x11/X11WindowServer.h"
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  const auto connection = quilex::X11Connection::open();
+  if (!connection || argc != 2) {
+    return 1;
+  }
+  connection->start(&QCoreApplication::quit);
+  quilex::QtRunLoop runLoop;
+  auto renderer = std::make_unique<quilex::X11ShmRenderer>(*connection);
+  quilex::Renderer& pictures = *renderer;
+  quilex::VideoOutput output(std::move(renderer));
+  quilex::X11WindowServer server(*connection, output, pictures, runLoop);
+  quilex::MpvPlayer player(output);
+  player.replaceCurrentItem(argv[1]);
+
+  std::vector<std::unique_ptr<quilex::WallpaperWindow>> windows;
+  for (const quilex::Screen& screen : server.screens()) {
+    windows.push_back(server.makeWallpaperWindow(screen));
+    auto view = std::make_unique<quilex::VideoView>(quilex::Rect{0, 0, screen.frame.width, screen.frame.height});
+    windows.back()->setContentView(std::move(view), [] {});
+  }
+  const QSocketNotifier input(fileno(stdin), QSocketNotifier::Read);
+  QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
+    std::string command;
+    if (!std::getline(std::cin, command)) {
+      QCoreApplication::quit();
+    }
+    for (const auto& window : windows) {
+      if (command == "front") {
+        window->orderFront();
+      } else if (command == "back") {
+        window->orderBack();
+      } else {
+        window->orderOut();
+      }
+    }
+  });
+  return QCoreApplication::exec();
+}
