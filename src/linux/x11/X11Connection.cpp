@@ -49,6 +49,8 @@ std::unique_ptr<X11Connection> X11Connection::open() {
 X11Connection::X11Connection(XlibDisplay* display, int screenNumber)
     : xlibDisplay(display), connection(XGetXCBConnection(display)) {
   XSetEventQueueOwner(display, XCBOwnsEventQueue);
+  // Xlib would end the process at the first error, such as a window that is gone when a driver draws into it.
+  XSetErrorHandler([](XlibDisplay*, XErrorEvent*) { return 0; });
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (int skipped = 0; skipped < screenNumber; ++skipped) {
     xcb_screen_next(&screens);

@@ -117,6 +117,7 @@ void X11DesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::funct
 void X11DesktopWindow::order(Order where) {
   wanted = true;
   wantedOrder = where;
+  corrections = 0;
   if (mapped) {
     restack();
   } else if (surface && surface->isReady()) {
@@ -146,7 +147,6 @@ void X11DesktopWindow::settle() {
 
 void X11DesktopWindow::show() {
   mapped = true;
-  corrections = 0;
   if (!connection.hasWindowManager()) {
     // Without anyone to place it, it would come up above everything.
     restackUnmanaged();
