@@ -226,7 +226,7 @@ class Wallpaper(Journey):
 
     def test_gpu_renderer_shows_the_same(self):
         session = self.begin(("halves", "file://" + self.halves.replace(" ", "%20")))
-        session.start_agent(QUILEX_RENDERER="gpu")
+        session.start_agent(QUILEX_RENDERER="gpu", LD_PRELOAD=BUILD + "/lib/keep_modules.so")
         expected = {(700, 300): RED, (900, 300): WHITE, (1290, 300): WHITE, (1400, 300): BLUE, (800, 80): RED}
         session.wait_for_pixels(expected, "one picture across the monitors")
         session.write_settings(MonitorArrange=1)
