@@ -123,7 +123,7 @@ std::string encoder(const std::string& output) {
 }
 
 std::uint16_t sample(float value) {
-  return static_cast<std::uint16_t>(std::clamp(value, 0.0F, 1.0F) * 65535.0F + 0.5F);
+  return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0F, 1.0F) * 65535.0F));
 }
 
 bool paint(const Loop& loop, const std::string& output) {

@@ -29,6 +29,8 @@ class AppInfo {
   static constexpr std::string_view groupIdentifier = "K4TQZM71RX.quilex";
 
   explicit AppInfo(AppEnvironment environment);
+  AppInfo(const AppInfo&) = delete;
+  AppInfo& operator=(const AppInfo&) = delete;
 
   /// The instance of this process.
   static const AppInfo& shared();

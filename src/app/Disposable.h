@@ -10,7 +10,7 @@ class [[nodiscard]] Disposable {
  public:
   Disposable() = delete;
   /// An empty closure stops the process.
-  explicit Disposable(std::function<void()> closure);
+  explicit Disposable(std::function<void()> action);
   ~Disposable();
 
   Disposable(Disposable&& other) noexcept;

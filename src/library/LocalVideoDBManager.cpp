@@ -110,14 +110,16 @@ LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const
 
 LocalVideoDBManager::~LocalVideoDBManager() = default;
 
-std::vector<VideoDetail> LocalVideoDBManager::query(const char* text, const std::string* argument) {
+std::vector<VideoDetail> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {
   std::vector<VideoDetail> videos;
   lastQueryAnswered = false;
-  if (!db) {
+  // Running any statement makes SQLite notice a table that has been made anew; preparing one does not, and its columns
+  // would be those of the old table.
+  if (!db || db->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
     return videos;
   }
   try {
-    SQLite::Statement statement(*db, text);
+    SQLite::Statement statement(*db, statementText);
     if (argument != nullptr) {
       statement.bind(1, *argument);
     }

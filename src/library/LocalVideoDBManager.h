@@ -42,7 +42,7 @@ class LocalVideoDBManager {
   bool answered() const { return lastQueryAnswered; }
 
  private:
-  std::vector<VideoDetail> query(const char* statement, const std::string* argument);
+  std::vector<VideoDetail> query(const char* statementText, const std::string* argument);
 
   Console& output;
   /// Empty when the database could not be opened.

@@ -109,16 +109,16 @@ void VideoPlayerManager::setPlaying(bool playing) {
 }
 
 void VideoPlayerManager::playerItemDidReachEnd() {
-  if (list.current() == nullptr) {
-    if (player().hasCurrentItem()) {
-      player().seekToZero();
-    }
-  } else if (model == VideoPlayerPlayModel::single) {
+  if (list.current() != nullptr && model == VideoPlayerPlayModel::single) {
     player().seekToZero();
     return;
-  } else {
-    advance();
+  }
+  advance();
+  if (list.current() != nullptr) {
     loadPlayableNode();
+  } else if (player().hasCurrentItem()) {
+    // Empty, or emptied by a reshuffle that could not read the library: what was playing goes on.
+    player().seekToZero();
   }
   syncSign();
 }

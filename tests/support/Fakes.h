@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <deque>
+#include <fstream>
 #include <map>
-#include <utility>
 #include <variant>
 
 #include "app/ObserverList.h"
@@ -17,7 +17,23 @@
 
 namespace quilex::test {
 
+using Handler = std::function<void()>;
+using StatusHandler = std::function<void(PlayerItemStatus)>;
+
 // Whatever is recorded as text is a series of words, each with a blank before it.
+
+/// A folder for one test, removed with all it holds.
+struct TemporaryFolder {
+  std::string path = (std::filesystem::temp_directory_path() / "quilex-test-XXXXXX").string();
+  TemporaryFolder() { path = mkdtemp(path.data()); }
+  ~TemporaryFolder() { std::filesystem::remove_all(path); }
+  TemporaryFolder& operator=(TemporaryFolder&&) = delete;
+  std::string operator/(const std::string& name) const { return path + "/" + name; }
+  std::string write(const std::string& name) const {
+    std::ofstream(*this / name) << "neither a video nor a database";
+    return *this / name;
+  }
+};
 
 /// A run loop on a virtual clock: actions run only inside `advance`, in the order in which they are due.
 struct FakeRunLoop : RunLoop {
@@ -25,27 +41,24 @@ struct FakeRunLoop : RunLoop {
   struct Timer {
     Time due;
     Time interval;
-    std::function<void()> action;
+    Handler action;
   };
   Time now{0};
   std::vector<std::shared_ptr<Timer>> timers;
-
-  Disposable arm(Time delay, Time interval, std::function<void()> action) {
+  Disposable arm(Time delay, Time interval, Handler action) {
     timers.push_back(std::make_shared<Timer>(Timer{now + delay, interval, std::move(action)}));
     return Disposable([this, timer = timers.back()] { std::erase(timers, timer); });
   }
-  Disposable after(Time delay, std::function<void()> action) override { return arm(delay, Time(0), std::move(action)); }
-  Disposable every(Time interval, std::function<void()> action) override {
-    return arm(interval, interval, std::move(action));
-  }
+  Disposable after(Time delay, Handler action) override { return arm(delay, Time(0), std::move(action)); }
+  Disposable every(Time interval, Handler action) override { return arm(interval, interval, std::move(action)); }
   /// Runs what becomes due up to and including that moment. A loop that spins fails the test instead of hanging it.
   void advance(Time duration) {
     const Time end = now + duration;
-    for (int turns = 0; turns < 10000; ++turns) {
+    for (int turns = 0;; ++turns) {
+      ASSERT_LT(turns, 10000) << "the run loop spins";
       const auto next = std::ranges::min_element(timers, {}, [](const auto& timer) { return timer->due; });
       if (next == timers.end() || (*next)->due > end) {
-        now = end;
-        return;
+        break;
       }
       // Held while it runs, because an action may release its own token.
       const std::shared_ptr<Timer> timer = *next;
@@ -57,16 +70,15 @@ struct FakeRunLoop : RunLoop {
       }
       timer->action();
     }
-    FAIL() << "the run loop spins";
+    now = end;
   }
 };
 
-/// A suite in memory. Tests change `values` as another process would; `writes` are the keys that the agent wrote.
+/// A suite in memory. Tests change `values` as another process would; `writes` is what the agent wrote.
 struct FakeSettingsSuite : SettingsSuite {
   std::map<std::string, std::variant<std::int64_t, float, bool, std::string>> values;
-  std::vector<std::string> writes;
+  std::string writes;
   int synchronisations = 0;
-
   template <typename Type>
   std::optional<Type> read(const std::string& key) const {
     const auto entry = values.find(key);
@@ -78,15 +90,15 @@ struct FakeSettingsSuite : SettingsSuite {
   float real(const std::string& key) const override { return read<float>(key).value_or(0); }
   bool boolean(const std::string& key) const override { return read<bool>(key).value_or(false); }
   std::optional<std::string> string(const std::string& key) const override { return read<std::string>(key); }
-
-  decltype(values)::mapped_type& written(const std::string& key) {
-    writes.push_back(key);
-    return values[key];
+  template <typename Type>
+  void write(const std::string& key, const Type& value, const std::string& text) {
+    writes += " " + key + "=" + text;
+    values[key] = value;
   }
-  void setInteger(const std::string& key, std::int64_t value) override { written(key) = value; }
-  void setReal(const std::string& key, float value) override { written(key) = value; }
-  void setBoolean(const std::string& key, bool value) override { written(key) = value; }
-  void setString(const std::string& key, const std::string& value) override { written(key) = value; }
+  void setInteger(const std::string& key, std::int64_t value) override { write(key, value, std::to_string(value)); }
+  void setReal(const std::string& key, float value) override { write(key, value, testing::PrintToString(value)); }
+  void setBoolean(const std::string& key, bool value) override { write(key, value, value ? "yes" : "no"); }
+  void setString(const std::string& key, const std::string& value) override { write(key, value, value); }
   void remove(const std::string& key) override { values.erase(key); }
   void synchronize() override { ++synchronisations; }
 };
@@ -98,84 +110,66 @@ struct FakeConsole : Console {
 
 struct FakeNotificationCenter : DistributedNotificationCenter {
   std::string posted;
-  std::map<std::string, ObserverList<>> observers;
-  Disposable observe(const std::string& name, std::function<void()> handler) override {
-    return observers[name].add(std::move(handler));
-  }
+  std::map<std::string, ObserverList<>> names;
+  Disposable observe(const std::string& name, Handler handler) override { return names[name].add(std::move(handler)); }
   void post(const std::string& name) override { posted += " " + name; }
 };
 
 struct FakeVideoPlayer : VideoPlayer {
   /// "play", "pause", "seek" and the names of the files loaded.
   std::string commands;
-  std::function<void()> itemLoaded;
   ObserverList<PlayerItemStatus> statusObservers;
   ObserverList<> endObservers;
   bool hasItem = false;
   float amplitude = 1;
   bool muted = false;
-
   void play() override { commands += " play"; }
   void pause() override { commands += " pause"; }
   bool hasCurrentItem() const override { return hasItem; }
   void replaceCurrentItem(const std::filesystem::path& file) override {
     hasItem = true;
     commands += " " + file.filename().string();
-    itemLoaded();
   }
   void seekToZero() override { commands += " seek"; }
   float volume() const override { return amplitude; }
   void setVolume(float newAmplitude) override { amplitude = newAmplitude; }
   bool isMuted() const override { return muted; }
   void setMuted(bool mute) override { muted = mute; }
-  Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) override {
-    return statusObservers.add(std::move(handler));
-  }
-  Disposable observeItemEnd(std::function<void()> handler) override { return endObservers.add(std::move(handler)); }
-};
-
-/// What became of one window; outlives it.
-struct WindowRecord {
-  Screen screen;
-  std::unique_ptr<VideoView> view;
-  std::function<void()> click;
-  /// "back", "front" and "out" as ordered; "gone" at the window's end.
-  std::string orders;
+  Disposable observeStatus(StatusHandler handler) override { return statusObservers.add(std::move(handler)); }
+  Disposable observeItemEnd(Handler handler) override { return endObservers.add(std::move(handler)); }
 };
 
 struct FakeWindowServer : WindowServer {
   struct Window : WallpaperWindow {
-    std::shared_ptr<WindowRecord> record = std::make_shared<WindowRecord>();
-    ~Window() override {
-      record->view.reset();
-      record->orders += " gone";
-    }
-    void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
-      record->view = std::move(view);
-      record->click = std::move(click);
+    Window(const Screen& onScreen, std::string& log) : screen(onScreen), orders(log) {}
+    ~Window() override { orders += " gone"; }
+    void setContentView(std::unique_ptr<VideoView> newView, Handler newClick) override {
+      view = std::move(newView);
+      click = std::move(newClick);
     }
     void setLevel(WindowLevel /*level*/) override {}
-    void orderBack() override { record->orders += " back"; }
-    void orderFront() override { record->orders += " front"; }
-    void orderOut() override { record->orders += " out"; }
+    void orderBack() override { orders += " back"; }
+    void orderFront() override { orders += " front"; }
+    void orderOut() override { orders += " out"; }
+    Screen screen;
+    std::string& orders;
+    std::unique_ptr<VideoView> view;
+    Handler click;
   };
   std::vector<Screen> currentScreens;
-  /// Every window ever made.
-  std::vector<std::shared_ptr<WindowRecord>> made;
+  /// Every window ever made, though it be gone, and what was told to it: "back", "front", "out" and at its end "gone".
+  std::vector<Window*> made;
+  std::deque<std::string> orders;
   ObserverList<> screenObservers;
-  ObserverList<> activeSpaceObservers;
-
+  ObserverList<> spaceObservers;
   std::vector<Screen> screens() const override { return currentScreens; }
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override {
-    auto window = std::make_unique<Window>();
-    window->record->screen = screen;
-    made.push_back(window->record);
+    auto window = std::make_unique<Window>(screen, orders.emplace_back());
+    made.push_back(window.get());
     return window;
   }
-  Disposable observeScreens(std::function<void()> handler) override { return screenObservers.add(std::move(handler)); }
-  Disposable observeActiveSpace(std::function<void()> handler) override {
-    return activeSpaceObservers.add(std::move(handler));
-  }
+  Disposable observeScreens(Handler handler) override { return screenObservers.add(std::move(handler)); }
+  Disposable observeActiveSpace(Handler handler) override { return spaceObservers.add(std::move(handler)); }
 };
 
 }  // namespace quilex::test

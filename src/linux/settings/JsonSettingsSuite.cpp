@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <limits>
 #include <memory>
 #include <system_error>
@@ -65,7 +66,11 @@ JsonSettingsSuite::JsonSettingsSuite(fs::path file, RunLoop& loop) : path(std::m
 
 JsonSettingsSuite::~JsonSettingsSuite() {
   if (!pending.empty()) {
-    write(kPatienceAtExit);
+    try {
+      write(kPatienceAtExit);
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "the settings file %s was not written: %s\n", path.c_str(), error.what());
+    }
   }
 }
 

@@ -29,7 +29,7 @@ constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> kAtomNa
     "UTF8_STRING",
 };
 
-constexpr std::uint32_t kLongestProperty = 1024;  // in 32-bit items
+constexpr std::uint32_t kMostItems = 1024;
 
 }  // namespace
 
@@ -125,7 +125,7 @@ void X11Connection::drainEvents() {
 }
 
 std::vector<std::uint32_t> X11Connection::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) const {
-  const auto cookie = xcb_get_property(connection, 0, window, name, type, 0, kLongestProperty);
+  const auto cookie = xcb_get_property(connection, 0, window, name, type, 0, kMostItems);
   const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
   if (!reply || reply->format != 32) {
     return {};
