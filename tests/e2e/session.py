@@ -155,7 +155,8 @@ class Session:
         lines = self.run("xwininfo", "-id", str(window)).splitlines()
         values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
         keys = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        return tuple(int(values[key]) for key in keys)
+        # A window may be gone before it is asked.
+        return tuple(int(values.get(key, -1)) for key in keys)
 
     def stacking(self):
         """Ids and names of the root's descendants from the topmost down, as xwininfo prints them."""

@@ -1,27 +1,22 @@
 #pragma once
 
-#include <gmock/gmock.h>
+#include <QtCore/qtestsupport_core.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
-#include <string>
+#include <fstream>
 
 namespace quilex {
 
 /// Runs the event loop until the condition holds; false when it does not within half a minute.
-bool waitFor(const std::function<bool()>& condition);
-
-/// Replaces the contents in place, keeping the file's inode; makes missing folders.
-void writeFile(const std::filesystem::path& file, const std::string& text);
-std::string readFile(const std::filesystem::path& file);
+inline constexpr auto waitFor = [](auto condition) { return QTest::qWaitFor(condition, 30'000); };
 
 /// A test with a folder of its own.
-class AdapterTest : public ::testing::Test {
- private:
-  const QTemporaryDir temporary;
-
- protected:
-  const std::filesystem::path folder = temporary.path().toStdString();
+struct AdapterTest : ::testing::Test {
+  ~AdapterTest() override { std::filesystem::remove_all(folder); }
+  static void write(const std::string& file, const std::string& text) { std::ofstream(file) << text; }
+  static std::string read(std::string file) { return {std::istreambuf_iterator(std::ifstream(file).rdbuf()), {}}; }
+  const std::string folder = std::string(mkdtemp(std::string("/tmp/quilex-XXXXXX").data())) + '/';
 };
 
 }  // namespace quilex
