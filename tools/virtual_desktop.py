@@ -70,7 +70,7 @@ class VirtualDesktop:
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--monitors", default="1920x1080,1280x720", help="sizes, from left to right")
+    parser.add_argument("--monitors", default="1920x1080,1920x1080", help="sizes, from left to right")
     parser.add_argument("--manager", help="a window manager to run on the desktop")
     parser.add_argument("--seconds", type=float, default=5)
     parser.add_argument("--screenshot", required=True, type=pathlib.Path)
