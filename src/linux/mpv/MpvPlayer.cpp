@@ -137,7 +137,7 @@ void MpvPlayer::setMuted(bool mute) {
 }
 
 void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
-  hasItem = true;
+  item = file;
   ended = false;
   playlistEntry = 0;
   started = false;
@@ -148,7 +148,7 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
 }
 
 void MpvPlayer::seekToZero() {
-  if (!hasItem) {
+  if (!hasCurrentItem()) {
     return;
   }
   ended = false;
@@ -252,6 +252,9 @@ void MpvPlayer::raiseEnd() {
 void MpvPlayer::setStatus(PlayerItemStatus newStatus) {
   if (newStatus != status) {
     status = newStatus;
+    if (status == PlayerItemStatus::failed) {
+      std::fprintf(stderr, "cannot play %s\n", item.c_str());
+    }
     statusObservers.notify(newStatus);
   }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "app/ObserverList.h"
@@ -21,7 +22,7 @@ class MpvPlayer : public VideoPlayer {
 
   void play() override;
   void pause() override;
-  bool hasCurrentItem() const override { return hasItem; }
+  bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
   float volume() const override { return amplitude; }
@@ -44,7 +45,7 @@ class MpvPlayer : public VideoPlayer {
   Wakeup wakeup;
   float amplitude = 1;
   bool muted = false;
-  bool hasItem = false;
+  std::filesystem::path item;
   /// Counts the items handed to the core; answers that concern an older one are stale.
   std::uint64_t generation = 0;
   /// The core's own name for the current item; 0 until it has told it.
