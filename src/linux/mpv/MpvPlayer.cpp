@@ -197,12 +197,13 @@ void MpvPlayer::handle(const mpv_event& event) {
       // A first frame (or sound) is there: after loading, and after each seek.
       if (started) {
         setStatus(PlayerItemStatus::readyToPlay);
-        // An end that comes and goes between two looks at the property is not told as a change.
-        mpv_get_property_async(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+        // A change that is undone before this thread looks is not told, so a new run is watched anew: the first look
+        // always tells the value.
+        mpv_unobserve_property(core.get(), kEndOfFile);
+        mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
       }
       break;
-    case MPV_EVENT_PROPERTY_CHANGE:
-    case MPV_EVENT_GET_PROPERTY_REPLY: {
+    case MPV_EVENT_PROPERTY_CHANGE: {
       const auto& property = *static_cast<const mpv_event_property*>(event.data);
       if (event.error < 0 || property.format != MPV_FORMAT_FLAG || *static_cast<const int*>(property.data) == 0) {
         break;
