@@ -17,6 +17,8 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const QCoreApplication application(argc, argv);
 
+  const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
+
   switch (quilex::claimInstanceName()) {
     case quilex::InstanceState::first:
       break;
@@ -45,7 +47,6 @@ int main(int argc, char** argv) {
 
   quilex::AppDelegate delegate({[]() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
                                 composition->notificationCenter()});
-  const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
   const auto screens =
       composition->windowServer().observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
   delegate.applicationDidFinishLaunching();

@@ -123,6 +123,8 @@ class VideoPlayerManager {
   std::mutex videoListLocker;
   bool hidesDesktopIcon = false;
   bool awaitsPlayableNode = false;
+  /// Whether the library answered when the playlist was last filled.
+  bool listWasRead = true;
   std::size_t failuresInARow = 0;
   std::optional<Disposable> search;
   std::optional<Disposable> statusObservation;

@@ -29,6 +29,7 @@ void VideoPlayerManager::rebuildPlaylist() {
   const std::lock_guard lock(videoListLocker);
   list.clear();
   auto videos = services.library.allVideos();
+  listWasRead = services.library.answered();
   if (model == VideoPlayerPlayModel::random) {
     shuffle(videos, services.random);
   }
@@ -83,7 +84,10 @@ void VideoPlayerManager::followSign(const std::optional<std::string>& sign) {
     return;
   }
   if (!isAvailable(*sign)) {
-    services.library.deleteVideo(*sign);
+    // A library that could not be read says nothing about the video.
+    if (services.library.answered()) {
+      services.library.deleteVideo(*sign);
+    }
     return;
   }
   player().pause();
@@ -98,7 +102,7 @@ void VideoPlayerManager::changePlayModel(std::int64_t raw) {
 }
 
 void VideoPlayerManager::syncSign() {
-  if (list.current() == nullptr && !services.library.answered()) {
+  if (list.current() == nullptr && !listWasRead) {
     // The library could not be read, which says nothing about the video that is playing.
     return;
   }

@@ -35,8 +35,9 @@ void VideoOutput::frameArrived() {
   mpv_render_context_get_info(context.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
   const bool present = (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0;
   const bool redraw = (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
-  // Between two files the core may ask for a redraw of nothing, which would be black.
-  if (!present || (redraw && !hasFrame)) {
+  // A redraw brings nothing that is not shown already; and between two files it is one of nothing, which would be
+  // black.
+  if (!present || redraw) {
     dropFrame();
     return;
   }

@@ -215,7 +215,8 @@ void JsonSettingsSuite::synchronize() {
   retry.reset();
   refresh();
   if (!pending.empty() && !write(0ms)) {
-    retry = runLoop.after(state == Reading::malformed ? 1000ms : kLockRetry, [this] { synchronize(); });
+    retry = runLoop.after(state == Reading::good || state == Reading::missing ? kLockRetry : 1000ms,
+                          [this] { synchronize(); });
   }
 }
 

@@ -109,7 +109,7 @@ void X11DesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::funct
     }
   });
   if (mapped) {
-    surface->setVisible(true);
+    surface->setVisible(!obscured);
     surface->repaint();
   }
 }
@@ -140,8 +140,6 @@ void X11DesktopWindow::settle() {
     xcb_send_event(connection.xcb(), 0, connection.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&withdrawn));
-    // A window manager removes its hints from a withdrawn window.
-    describe();
   }
 }
 
@@ -151,6 +149,8 @@ void X11DesktopWindow::show() {
     // Without anyone to place it, it would come up above everything.
     restackUnmanaged();
   }
+  // A window manager removes its hints from a withdrawn window.
+  describe();
   xcb_map_window(connection.xcb(), window);
   restack();
 }
@@ -207,6 +207,7 @@ void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
     case XCB_EXPOSE: {
       const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
       if (expose.window == window && expose.count == 0 && mapped && surface) {
+        obscured = false;
         surface->setVisible(true);
         surface->repaint();
         view->drawRect({0, 0, place.width, place.height});
@@ -216,7 +217,8 @@ void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
     case XCB_VISIBILITY_NOTIFY: {
       const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(event);
       if (visibility.window == window && mapped && surface) {
-        surface->setVisible(visibility.state != XCB_VISIBILITY_FULLY_OBSCURED);
+        obscured = visibility.state == XCB_VISIBILITY_FULLY_OBSCURED;
+        surface->setVisible(!obscured);
       }
       break;
     }

@@ -57,6 +57,7 @@ class X11DesktopWindow {
   Order wantedOrder = Order::back;
   bool wanted = false;
   bool mapped = false;
+  bool obscured = false;
   bool pressed = false;
   int corrections = 0;
 };

@@ -153,11 +153,11 @@ class X11ShmPicture : public Picture {
 
 X11ShmRenderer::X11ShmRenderer(X11Connection& x11)
     : connection(x11), context(xcb_generate_id(x11.xcb())), events(x11.observeEvents([this](const auto& event) {
-        if (shares && event.response_type == 0 &&
+        if (firstShmEvent != 0 && event.response_type == 0 &&
             reinterpret_cast<const xcb_generic_error_t&>(event).major_code == shmOpcode) {
           // A request that failed is not completed either.
           reads.clear();
-        } else if (shares && eventType(event) == firstShmEvent + XCB_SHM_COMPLETION) {
+        } else if (firstShmEvent != 0 && eventType(event) == firstShmEvent + XCB_SHM_COMPLETION) {
           const auto& done = reinterpret_cast<const xcb_shm_completion_event_t&>(event);
           if (const auto entry = reads.find(done.shmseg); entry != reads.end() && entry->second > 0) {
             --entry->second;
