@@ -3,7 +3,6 @@
 #include <chrono>
 #include <utility>
 
-#include "app/FatalError.h"
 #include "library/FileURL.h"
 
 namespace quilex {

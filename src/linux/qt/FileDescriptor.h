@@ -21,8 +21,6 @@ class FileDescriptor {
 
   int get() const { return descriptor; }
   bool isOpen() const { return descriptor >= 0; }
-  /// Gives the descriptor up to the caller.
-  int release() { return std::exchange(descriptor, -1); }
 
  private:
   void reset() {

@@ -14,7 +14,6 @@ namespace {
 constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> kAtomNames{
     "_MOTIF_WM_HINTS",
     "_NET_CURRENT_DESKTOP",
-    "_NET_SUPPORTED",
     "_NET_SUPPORTING_WM_CHECK",
     "_NET_WM_DESKTOP",
     "_NET_WM_NAME",

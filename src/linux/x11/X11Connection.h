@@ -30,7 +30,6 @@ using XcbPointer = std::unique_ptr<Type, FreeDeleter>;
 enum class Atom {
   motifWmHints,
   netCurrentDesktop,
-  netSupported,
   netSupportingWmCheck,
   netWmDesktop,
   netWmName,
@@ -61,7 +60,6 @@ class X11Connection {
 
   XlibDisplay* display() const { return xlibDisplay.get(); }
   xcb_connection_t* xcb() const { return connection; }
-  const xcb_screen_t& screen() const { return *defaultScreen; }
   xcb_window_t root() const { return defaultScreen->root; }
   /// A TrueColor visual of depth 24 with bytes blue, green, red, unused; and a colour map for it.
   xcb_visualid_t visual() const { return trueColor; }
