@@ -45,14 +45,28 @@ std::error_code placeCopy(const fs::path& from, const fs::path& to) {
   return error;
 }
 
-ColumnMap mapColumns(const SQLite::Statement& statement) {
+struct StatementFinalizer {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+
+/// Owns a statement of SQLite itself: the wrapper's columns count references for each value that is read, which takes
+/// longer than the reading.
+using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementFinalizer>;
+
+StatementHandle prepare(sqlite3* db, const char* text) {
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(db, text, -1, &statement, nullptr);
+  return StatementHandle(statement);
+}
+
+ColumnMap mapColumns(sqlite3_stmt* statement) {
   ColumnMap map;
   map.fill(kNoColumn);
   std::size_t field = 0;
   const auto find = [&](const char* key) {
     const std::string wanted = VideoDetail::columnFor(key);
-    for (int column = 0; column < statement.getColumnCount(); ++column) {
-      if (sqlite3_stricmp(statement.getColumnName(column), wanted.c_str()) == 0) {
+    for (int column = 0; column < sqlite3_column_count(statement); ++column) {
+      if (sqlite3_stricmp(sqlite3_column_name(statement, column), wanted.c_str()) == 0) {
         map[field] = column;
       }
     }
@@ -63,25 +77,25 @@ ColumnMap mapColumns(const SQLite::Statement& statement) {
 }
 
 // Integers as SQLite's own 32-bit conversion gives them (NULL is 0), widened with their sign.
-void read(const SQLite::Column& column, std::int64_t& value) {
-  value = column.getInt();
+void read(sqlite3_stmt* statement, int column, std::int64_t& value) {
+  value = sqlite3_column_int(statement, column);
 }
 
-// Text as SQLite's own conversion gives it; NULL is "".
-void read(const SQLite::Column& column, std::string& value) {
-  value = column.getText("");
+// Text as SQLite's own conversion gives it, up to a NUL; SQL's NULL is "".
+void read(sqlite3_stmt* statement, int column, std::string& value) {
+  if (const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column))) {
+    value = text;
+  }
 }
 
-VideoDetail readRow(SQLite::Statement& statement, const ColumnMap& map) {
-  VideoDetail video;
+void readRow(sqlite3_stmt* statement, const ColumnMap& map, VideoDetail& video) {
   std::size_t field = 0;
   const auto readField = [&](auto& member) {
     if (const int column = map[field++]; column != kNoColumn) {
-      read(statement.getColumn(column), member);
+      read(statement, column, member);
     }
   };
   std::apply([&](const auto&... each) { (readField(video.*each.member), ...); }, VideoDetail::fields());
-  return video;
 }
 
 }  // namespace
@@ -101,7 +115,7 @@ LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const
   }
   output.print(path);
   try {
-    db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
+    db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX,
                                             kBusyTimeoutMilliseconds);
   } catch (const SQLite::Exception&) {
     output.print("db open failure");
@@ -118,19 +132,20 @@ std::vector<VideoDetail> LocalVideoDBManager::query(const char* statementText, c
   if (!db || db->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
     return videos;
   }
-  try {
-    SQLite::Statement statement(*db, statementText);
-    if (argument != nullptr) {
-      statement.bind(1, *argument);
-    }
-    const ColumnMap map = mapColumns(statement);
-    while (statement.executeStep()) {
-      videos.push_back(readRow(statement, map));
-    }
-    lastQueryAnswered = true;
-  } catch (const SQLite::Exception&) {
-    // The rows read before the failure stand.
+  const StatementHandle statement = prepare(db->getHandle(), statementText);
+  if (!statement) {
+    return videos;
   }
+  if (argument != nullptr) {
+    sqlite3_bind_text(statement.get(), 1, argument->data(), static_cast<int>(argument->size()), SQLITE_STATIC);
+  }
+  const ColumnMap map = mapColumns(statement.get());
+  int step = sqlite3_step(statement.get());
+  for (; step == SQLITE_ROW; step = sqlite3_step(statement.get())) {
+    readRow(statement.get(), map, videos.emplace_back());
+  }
+  // The rows read before a failure stand.
+  lastQueryAnswered = step == SQLITE_DONE;
   return videos;
 }
 

@@ -36,7 +36,8 @@ class VideoPlayer {
 
   /// Tells changes of the current item's status.
   [[nodiscard]] virtual Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) = 0;
-  /// Tells that the current item has been shown to its end.
+  /// Tells that the current item has been shown to its end. A player that expects the item to be wanted again may show
+  /// its start already.
   [[nodiscard]] virtual Disposable observeItemEnd(std::function<void()> handler) = 0;
 };
 

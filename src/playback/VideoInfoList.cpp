@@ -18,8 +18,9 @@ void VideoInfoList::clear() {
   }
 }
 
-void VideoInfoList::append(VideoDetail video) {
-  auto node = std::make_shared<VideoInfoNode>(VideoInfoNode{std::move(video), nullptr});
+void VideoInfoList::append(VideoDetail&& video) {
+  auto node = std::make_shared<VideoInfoNode>();
+  node->val = std::move(video);
   VideoInfoNode* const added = node.get();
   if (tailNode == nullptr) {
     headNode = std::move(node);

@@ -30,7 +30,7 @@ class VideoInfoList {
 
   void clear();
   /// The first video appended to an empty list becomes the current one.
-  void append(VideoDetail video);
+  void append(VideoDetail&& video);
 
   bool isAtTail() const { return currentNode && !currentNode->next; }
   void moveToHead() { currentNode = headNode; }

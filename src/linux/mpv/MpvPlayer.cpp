@@ -17,7 +17,12 @@ namespace {
 // What the answer to an asynchronous request is about.
 constexpr std::uint64_t kEndOfFile = 1;
 constexpr std::uint64_t kIdle = 2;
+constexpr std::uint64_t kChapter = 3;
+constexpr std::uint64_t kChapterCount = 4;
 constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
+
+// Runs of an item that is repeated, in one go. At the end of them the core seeks to the start, which takes some frames.
+constexpr int kRuns = 1000;
 
 struct Option {
   const char* name;
@@ -60,6 +65,9 @@ constexpr std::array kOptions{
     Option{"vo", "libmpv"},
     Option{"panscan", "1.0"},
     Option{"video-timing-offset", "0"},
+    // Frames decoded ahead, so that one that takes long to decode, or the first ones of a run, are there when due.
+    Option{"vd-queue-enable", "yes"},
+    Option{"vd-queue-max-samples", "4"},
     // Without an audio device the video keeps its pace.
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "QuilexHelper"},
@@ -71,6 +79,22 @@ constexpr std::array kOptions{
 constexpr const char* kFormats =
     "format_whitelist=\"mov,matroska,webm,avi,mpegts,mpeg,mpegvideo,flv,live_flv,ogg,asf,gif,apng,webp_pipe,h264,hevc,"
     "av1,ivf,obu,nut,mxf,rm,dv,y4m,yuv4mpegpipe,m4v\",protocol_whitelist=file";
+
+// The file many times in a row as one item: an edit decision list, of which the core decodes each part while it still
+// shows the one before (mpv's DOCS/edl-mpv.rst; the length in front of a name takes it literally). Each part begins a
+// chapter.
+std::string repeated(const std::filesystem::path& file) {
+  const std::string part = "%" + std::to_string(file.native().size()) + "%" + file.native() + ";";
+  std::string list = "edl://";
+  list.reserve(list.size() + kRuns * part.size());
+  for (int run = 0; run < kRuns; ++run) {
+    list += part;
+  }
+  return list;
+}
+
+// The list refers to the file, which the core has been able to play by itself before.
+constexpr const char* kRepeatedOptions = "demuxer=,access-references=yes";
 
 MpvHandle makeCore() {
   // libmpv reads numbers in option texts by the locale.
@@ -103,6 +127,8 @@ MpvPlayer::MpvPlayer(VideoOutput& output) : videoOutput(output), core(makeCore()
   mpv_request_log_messages(core.get(), "error");
   mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
   mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
+  mpv_observe_property(core.get(), kChapterCount, "chapters", MPV_FORMAT_INT64);
+  mpv_observe_property(core.get(), kChapter, "chapter", MPV_FORMAT_INT64);
   videoOutput.attach(core.get());
 }
 
@@ -137,13 +163,28 @@ void MpvPlayer::setMuted(bool mute) {
 }
 
 void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
+  if (ended && file == item && status == PlayerItemStatus::readyToPlay) {
+    seekToZero();
+    return;
+  }
   item = file;
+  repeatable = true;
+  status = PlayerItemStatus::unknown;
+  load(Form::once);
+}
+
+void MpvPlayer::load(Form newForm) {
+  form = newForm;
+  run = 0;
   ended = false;
   playlistEntry = 0;
   started = false;
-  status = PlayerItemStatus::unknown;
+  restarted = false;
   // An absolute path begins with a slash, which no protocol or option does.
-  std::array command{"loadfile", file.c_str(), "replace", static_cast<const char*>(nullptr)};
+  const std::string list = form == Form::repeated ? repeated(item) : std::string();
+  const char* const url = form == Form::repeated ? list.c_str() : item.c_str();
+  const char* const options = form == Form::repeated ? kRepeatedOptions : "";
+  std::array command{"loadfile", url, "replace", options, static_cast<const char*>(nullptr)};
   mpv_command_async(core.get(), kFirstLoad + ++generation, command.data());
 }
 
@@ -151,7 +192,15 @@ void MpvPlayer::seekToZero() {
   if (!hasCurrentItem()) {
     return;
   }
-  ended = false;
+  const bool wasShownWhole = std::exchange(ended, false);
+  if (std::exchange(startedOver, false)) {
+    return;
+  }
+  if (wasShownWhole && form == Form::once && repeatable) {
+    load(Form::repeated);
+    return;
+  }
+  run = 0;
   std::array command{"seek", "0", "absolute+keyframes", static_cast<const char*>(nullptr)};
   mpv_command_async(core.get(), 0, command.data());
 }
@@ -179,7 +228,7 @@ void MpvPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_COMMAND_REPLY:
       if (event.reply_userdata == kFirstLoad + generation) {
         if (event.error < 0) {
-          setStatus(PlayerItemStatus::failed);
+          failed();
           break;
         }
         const auto& result = static_cast<const mpv_event_command*>(event.data)->result;
@@ -196,6 +245,7 @@ void MpvPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
       // A first frame (or sound) is there: after loading, and after each seek.
       if (started) {
+        restarted = true;
         setStatus(PlayerItemStatus::readyToPlay);
         // A change that is undone before this thread looks is not told, so a new run is watched anew: the first look
         // always tells the value.
@@ -203,18 +253,11 @@ void MpvPlayer::handle(const mpv_event& event) {
         mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
       }
       break;
-    case MPV_EVENT_PROPERTY_CHANGE: {
-      const auto& property = *static_cast<const mpv_event_property*>(event.data);
-      if (event.error < 0 || property.format != MPV_FORMAT_FLAG || *static_cast<const int*>(property.data) == 0) {
-        break;
-      }
-      if (event.reply_userdata == kEndOfFile) {
-        raiseEnd();
-      } else if (event.reply_userdata == kIdle) {
-        videoOutput.frameLost();
+    case MPV_EVENT_PROPERTY_CHANGE:
+      if (const auto& property = *static_cast<const mpv_event_property*>(event.data); property.data != nullptr) {
+        handleChange(event.reply_userdata, property);
       }
       break;
-    }
     case MPV_EVENT_LOG_MESSAGE: {
       const auto& message = *static_cast<const mpv_event_log_message*>(event.data);
       std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
@@ -228,11 +271,55 @@ void MpvPlayer::handle(const mpv_event& event) {
   }
 }
 
-void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
-  if (playlistEntry == 0 || end.playlist_entry_id != playlistEntry) {
+void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& change) {
+  switch (property) {
+    case kEndOfFile:
+      if (*static_cast<const int*>(change.data) != 0) {
+        raiseEnd();
+      }
+      break;
+    case kIdle:
+      if (*static_cast<const int*>(change.data) != 0) {
+        videoOutput.frameLost();
+      }
+      break;
+    case kChapterCount:
+      // The file's own chapters are chapters of each run.
+      chaptersOfRun = std::max<std::int64_t>(*static_cast<const std::int64_t*>(change.data) / kRuns, 1);
+      break;
+    case kChapter:
+      enterRun(*static_cast<const std::int64_t*>(change.data) / chaptersOfRun);
+      break;
+    default:
+      break;
+  }
+}
+
+// The end of a run is told when the next has begun; whoever wants the item again has it already.
+void MpvPlayer::enterRun(std::int64_t number) {
+  if (form != Form::repeated || !restarted || number <= run) {
     return;
   }
-  if (end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF) {
+  run = number;
+  ended = true;
+  startedOver = true;
+  endObservers.notify();
+  startedOver = false;
+}
+
+void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
+  if (playlistEntry != 0 && end.playlist_entry_id == playlistEntry &&
+      (end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF)) {
+    failed();
+  }
+}
+
+void MpvPlayer::failed() {
+  if (form == Form::repeated) {
+    // It played by itself; perhaps its length is not known.
+    repeatable = false;
+    load(Form::once);
+  } else {
     setStatus(PlayerItemStatus::failed);
   }
 }
@@ -241,9 +328,9 @@ void MpvPlayer::raiseEnd() {
   if (!started || ended) {
     return;
   }
-  if (status != PlayerItemStatus::readyToPlay) {
+  if (!restarted) {
     // The end came before anything was shown.
-    setStatus(PlayerItemStatus::failed);
+    failed();
     return;
   }
   ended = true;

@@ -14,6 +14,9 @@ namespace quilex {
 
 /// The player over libmpv: one core that draws into a VideoOutput. All requests to the core are asynchronous. A core
 /// that cannot be made stops the process.
+///
+/// An item that is sought back to its start at its end is likely to be wanted again and again. It then goes on without
+/// a gap from run to run; the end of each is told as before, with the next one's first frame on screen.
 class MpvPlayer : public VideoPlayer {
  public:
   /// `output` must outlive the player.
@@ -33,9 +36,16 @@ class MpvPlayer : public VideoPlayer {
   [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
 
  private:
+  /// How the core has been given the item: as the file itself, or as many runs of it without a gap.
+  enum class Form { once, repeated };
+
+  void load(Form newForm);
   void drainEvents();
   void handle(const mpv_event& event);
+  void handleChange(std::uint64_t property, const mpv_event_property& change);
+  void enterRun(std::int64_t number);
   void handleEnd(const mpv_event_end_file& end);
+  void failed();
   void raiseEnd();
   void setStatus(PlayerItemStatus newStatus);
   void setFlag(const char* property, bool value);
@@ -52,6 +62,15 @@ class MpvPlayer : public VideoPlayer {
   std::int64_t playlistEntry = 0;
   /// Whether the core has turned to the current item.
   bool started = false;
+  /// Whether there has been a frame since the item was handed over in its present form.
+  bool restarted = false;
+  Form form = Form::once;
+  bool repeatable = true;
+  /// Of the repeated form: the run that is shown, and the chapters in each.
+  std::int64_t run = 0;
+  std::int64_t chaptersOfRun = 1;
+  /// While the end of a run is told: the next has begun.
+  bool startedOver = false;
   PlayerItemStatus status = PlayerItemStatus::unknown;
   bool ended = false;
   ObserverList<PlayerItemStatus> statusObservers;
