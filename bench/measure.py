@@ -19,10 +19,17 @@ COUNTER_BITS, COUNTER_CELL = 10, 24
 SECONDS = 8
 WARM_UP = 2
 
-# 15 Mbit/s with detail everywhere; and a light one of slow gradients.
-PICTURES = {
-    "heavy": ("testsrc2=s=1920x1080:r=30,noise=alls=24:allf=t,format=yuv420p", ["-b:v", "15M", "-maxrate", "18M", "-bufsize", "15M"]),
-    "light": ("gradients=s=1920x1080:r=30:n=4:speed=0.02:seed=1,format=yuv420p", ["-crf", "20"]),
+# Each clip by ffmpeg's options for its picture and its quality: 15 Mbit/s with detail everywhere; and one of the slow
+# loops that come with the agent.
+CLIPS = {
+    "heavy": (
+        ["-f", "lavfi", "-i", "testsrc2=s=1920x1080:r=30,noise=alls=24:allf=t"],
+        ["-b:v", "15M", "-maxrate", "18M", "-bufsize", "15M"],
+    ),
+    "light": (
+        ["-stream_loop", "-1", "-i", str(SOURCE / "build/release/share/quilexhelper/loops/silk.mp4")],
+        ["-crf", "18"],
+    ),
 }
 
 
@@ -54,12 +61,12 @@ def clip(name, folder):
     if path.exists():
         return path
     folder.mkdir(parents=True, exist_ok=True)
-    graph, quality = PICTURES[name]
+    picture, quality = CLIPS[name]
     strip = f"{COUNTER_BITS * COUNTER_CELL}x{COUNTER_CELL}"
-    command = ["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", graph]
+    command = ["ffmpeg", "-v", "error", "-y", *picture]
     command += ["-f", "rawvideo", "-pix_fmt", "gray", "-s", strip, "-r", str(CLIP_RATE), "-i", "-"]
     command += ["-filter_complex", "[0][1]overlay=0:0:shortest=1,format=yuv420p", "-frames:v", str(CLIP_FRAMES)]
-    command += ["-c:v", "libx264", "-preset", "veryfast", *quality, "-movflags", "+faststart"]
+    command += ["-c:v", "libx264", "-preset", "fast", *quality, "-movflags", "+faststart"]
     unfinished = path.with_suffix(".new.mp4")
     print(f"Making the {name} clip", file=sys.stderr)
     maker = subprocess.Popen([*command, str(unfinished)], stdin=subprocess.PIPE)

@@ -48,25 +48,19 @@ class Pages {
 
 }  // namespace
 
-/// Two buffers: the one that is shown stays as it is, for repainting, while the next frame is drawn into the other.
+/// One buffer, which stays in the processor's cache from frame to frame; and a second one for when the server still
+/// reads the first. What is shown stays as it is, for repainting, until the next frame.
 class X11ShmPicture : public Picture {
  public:
   X11ShmPicture(X11ShmRenderer& owner, PixelSize extent)
       : renderer(owner),
         size(extent),
         stride((static_cast<std::size_t>(extent.width) * kPixelBytes + kRowAlignment - 1) / kRowAlignment *
-               kRowAlignment) {
-    for (auto& buffer : buffers) {
-      buffer = std::make_unique<Buffer>(stride * static_cast<std::size_t>(size.height));
-      if (renderer.shares) {
-        share(*buffer);
-      }
-    }
-  }
+               kRowAlignment) {}
 
   ~X11ShmPicture() override {
     for (const auto& buffer : buffers) {
-      if (buffer->segment != 0) {
+      if (buffer && buffer->segment != 0) {
         xcb_shm_detach(connection(), buffer->segment);
         renderer.reads.erase(buffer->segment);
       }
@@ -74,19 +68,30 @@ class X11ShmPicture : public Picture {
   }
 
   bool draw(mpv_render_context* context) override {
-    Buffer& next = *buffers[1 - front];
-    if (next.segment != 0 && renderer.reads[next.segment] > 0) {
+    const auto free = std::find_if(buffers.begin(), buffers.end(), [&](const auto& each) {
+      return !each || each->segment == 0 || renderer.reads[each->segment] == 0;
+    });
+    if (free == buffers.end()) {
       return false;
     }
-    if (!drawSoftware(context, size, stride, next.pages.data())) {
+    if (!*free) {
+      *free = std::make_unique<Buffer>(stride * static_cast<std::size_t>(size.height));
+      if (renderer.shares) {
+        share(**free);
+      }
+    }
+    if (!drawSoftware(context, size, stride, (*free)->pages.data())) {
       return false;
     }
-    front = 1 - front;
+    front = free->get();
     return true;
   }
 
   void show(NativeWindow window, const PixelRect& part) override {
-    const Buffer& shown = *buffers[front];
+    if (front == nullptr) {
+      return;
+    }
+    const Buffer& shown = *front;
     if (shown.segment == 0) {
       send(window, part, shown);
       return;
@@ -148,7 +153,8 @@ class X11ShmPicture : public Picture {
   PixelSize size;
   std::size_t stride;
   std::array<std::unique_ptr<Buffer>, 2> buffers;
-  std::size_t front = 0;
+  /// Holds the frame that is shown; none before the first.
+  const Buffer* front = nullptr;
 };
 
 X11ShmRenderer::X11ShmRenderer(X11Connection& x11)
