@@ -45,10 +45,13 @@ def measure(context):
     desktop = Desktop(context, 2)
     try:
         peer = desktop.start_peer(path, 0, 1920, "--pause")
-        peer_share, peer_woken, _, _ = standing_without_settings(desktop, peer, seconds)
+        desktop.prepare(path)
+        peer_share, peer_woken, _, _ = standing(desktop, peer, seconds)
         desktop.stop(peer)
         agent = desktop.start_ours(path, 2)
-        for name, settings in (("paused", {"isPlaying": False}), ("closed", {"isPlaying": True, "IsOpenPlayer": False})):
+        for name, settings in (("paused", {"isPlaying": False}), ("closed", {"IsOpenPlayer": False})):
+            desktop.write_settings(isPlaying=True)
+            wait_for(desktop.moves, "a moving picture")
             desktop.write_settings(**settings)
             wait_for(lambda: not desktop.moves(), "a picture that stands")
             share, woken, drawings, openings = standing(desktop, agent, seconds)
@@ -63,7 +66,3 @@ def measure(context):
         desktop.close()
     return rows
 
-
-def standing_without_settings(desktop, program, seconds):
-    desktop.prepare(desktop.context.clips)
-    return standing(desktop, program, seconds)
