@@ -69,6 +69,23 @@ std::optional<std::filesystem::path> localPath(std::string_view url) {
   return path;
 }
 
+std::string fileURL(const std::filesystem::path& path) {
+  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+  constexpr std::string_view kPlainMarks = "/-._~";
+  std::string url = "file://";
+  for (const char character : path.native()) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool isAlphanumeric =
+        (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+    if (isAlphanumeric || kPlainMarks.find(character) != std::string_view::npos) {
+      url.push_back(character);
+    } else {
+      url.append({'%', kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]});
+    }
+  }
+  return url;
+}
+
 bool namesExistingFile(std::string_view url) {
   const auto path = localPath(url);
   std::error_code ignored;

@@ -6,21 +6,12 @@ namespace quilex {
 
 namespace {
 
-constexpr const char* kMonitorArrange = "MonitorArrange";
-constexpr const char* kScreenIndex = "ScreenIndex";
-constexpr const char* kPlayMode = "PlayMode";
-constexpr const char* kVolume = "Volume";
-constexpr const char* kMute = "Mute";
-constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
-constexpr const char* kIsPlaying = "isPlaying";
-constexpr const char* kAutolaunch = "autolaunch";
-
-constexpr float kDefaultVolume = 0.5F;
+using namespace settings;
 
 void registerDefaults(SettingsSuite& suite) {
   const auto missing = [&](const char* key) { return !suite.contains(key); };
   if (missing(kAutolaunch)) {
-    suite.setBoolean(kAutolaunch, true);
+    suite.setBoolean(kAutolaunch, kDefaultAutolaunch);
   }
   if (missing(kVolume)) {
     suite.setReal(kVolume, kDefaultVolume);
@@ -29,10 +20,10 @@ void registerDefaults(SettingsSuite& suite) {
     suite.setBoolean(kMute, false);
   }
   if (missing(kIsOpenPlayer)) {
-    suite.setBoolean(kIsOpenPlayer, true);
+    suite.setBoolean(kIsOpenPlayer, kDefaultIsOpenPlayer);
   }
   if (missing(kIsPlaying)) {
-    suite.setBoolean(kIsPlaying, true);
+    suite.setBoolean(kIsPlaying, kDefaultIsPlaying);
   }
   suite.synchronize();
 }

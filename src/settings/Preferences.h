@@ -9,6 +9,7 @@
 #include "app/ObservableProperty.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
+#include "settings/SettingsKeys.h"
 
 namespace quilex {
 
@@ -17,8 +18,8 @@ namespace quilex {
 class Preferences {
  public:
   struct Key {
-    static constexpr const char* currentVideoSign = "CurrentVideoSign";
-    static constexpr const char* alreadyImportVideo = "alreadyImportVideo";
+    static constexpr const char* currentVideoSign = settings::kCurrentVideoSign;
+    static constexpr const char* alreadyImportVideo = settings::kAlreadyImportVideo;
   };
 
   /// Writes the defaults that are missing from the suite, reads every property and starts the reload. Both arguments

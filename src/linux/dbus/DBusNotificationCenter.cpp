@@ -59,4 +59,12 @@ InstanceState claimInstanceName() {
   return bus.registerService(kAgentName) ? InstanceState::first : InstanceState::another;
 }
 
+AgentPresence agentPresence() {
+  const auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    return AgentPresence::noBus;
+  }
+  return bus.interface()->isServiceRegistered(kAgentName).value() ? AgentPresence::running : AgentPresence::absent;
+}
+
 }  // namespace quilex

@@ -25,4 +25,9 @@ enum class InstanceState { first, another, noBus };
 /// Takes the session-bus name that marks the one agent of a session.
 InstanceState claimInstanceName();
 
+enum class AgentPresence { running, absent, noBus };
+
+/// Whether the session has an agent, as that name tells.
+AgentPresence agentPresence();
+
 }  // namespace quilex

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/FatalError.h"
+#include "library/MediaFormats.h"
 
 namespace quilex {
 
@@ -76,10 +77,6 @@ constexpr std::array kOptions{
     Option{"demuxer", "lavf"},
 };
 
-constexpr const char* kFormats =
-    "format_whitelist=\"mov,matroska,webm,avi,mpegts,mpeg,mpegvideo,flv,live_flv,ogg,asf,gif,apng,webp_pipe,h264,hevc,"
-    "av1,ivf,obu,nut,mxf,rm,dv,y4m,yuv4mpegpipe,m4v\",protocol_whitelist=file";
-
 // The file many times in a row as one item: an edit decision list, of which the core decodes each part while it still
 // shows the one before (mpv's DOCS/edl-mpv.rst; the length in front of a name takes it literally). Each part begins a
 // chapter.
@@ -108,7 +105,9 @@ MpvHandle makeCore() {
       fatalError(std::string("the player library does not know the option ") + option.name);
     }
   }
-  mpv_set_option_string(core.get(), "demuxer-lavf-o", kFormats);
+  const auto allowed =
+      std::string("format_whitelist=\"") + kMediaFormats + "\",protocol_whitelist=\"" + kMediaProtocols + "\"";
+  mpv_set_option_string(core.get(), "demuxer-lavf-o", allowed.c_str());
   if (mpv_initialize(core.get()) < 0) {
     fatalError("the player library could not be started");
   }

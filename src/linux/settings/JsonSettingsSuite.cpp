@@ -16,6 +16,7 @@
 #include <limits>
 #include <memory>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace quilex {
@@ -28,6 +29,7 @@ using namespace std::chrono_literals;
 // A file changed this recently may change again without its time stamp moving, so it is read once more later.
 constexpr auto kTimestampGranularity = 100ms;
 constexpr auto kLockRetry = 10ms;
+constexpr auto kFailureRetry = 1000ms;
 constexpr auto kPatienceAtExit = 1000ms;
 
 std::int64_t nanoseconds(const timespec& time) {
@@ -65,12 +67,12 @@ std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> J
 JsonSettingsSuite::JsonSettingsSuite(fs::path file, RunLoop& loop) : path(std::move(file)), runLoop(loop) {}
 
 JsonSettingsSuite::~JsonSettingsSuite() {
-  if (!pending.empty()) {
-    try {
-      write(kPatienceAtExit);
-    } catch (const std::exception& error) {
-      std::fprintf(stderr, "the settings file %s was not written: %s\n", path.c_str(), error.what());
+  try {
+    if (const auto error = writeNow(kPatienceAtExit)) {
+      std::fprintf(stderr, "%s\n", error->message.c_str());
     }
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "the settings file %s was not written: %s\n", path.c_str(), error.what());
   }
 }
 
@@ -214,26 +216,63 @@ void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value
 void JsonSettingsSuite::synchronize() {
   retry.reset();
   refresh();
-  if (!pending.empty() && !write(0ms)) {
-    retry = runLoop.after(state == Reading::good || state == Reading::missing ? kLockRetry : 1000ms,
-                          [this] { synchronize(); });
+  if (pending.empty()) {
+    return;
+  }
+  switch (write()) {
+    case Writing::done:
+      break;
+    case Writing::locked:
+      retry = runLoop.after(kLockRetry, [this] { synchronize(); });
+      break;
+    case Writing::failed:
+      complain(writeError + "; trying again");
+      retry = runLoop.after(kFailureRetry, [this] { synchronize(); });
+      break;
   }
 }
 
-// Brings the pending changes into the file; false, with the changes still pending, when that cannot be done now.
-bool JsonSettingsSuite::write(std::chrono::milliseconds patience) {
+std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!pending.empty()) {
+    const Writing outcome = write();
+    if (outcome == Writing::failed || (outcome == Writing::locked && std::chrono::steady_clock::now() >= deadline)) {
+      pending.clear();
+      retry.reset();
+      return WriteError{"the settings file " + path.string() + " " + writeError};
+    }
+    if (outcome == Writing::locked) {
+      // At this pace rather than at the lock's own, which slows down the longer it waits.
+      std::this_thread::sleep_for(kLockRetry);
+    }
+  }
+  retry.reset();
+  return std::nullopt;
+}
+
+// Brings the pending changes into the file. Where that cannot be done they stay pending, and `writeError` says why.
+JsonSettingsSuite::Writing JsonSettingsSuite::write() {
   const QString name = QFile::decodeName(path.c_str());
   QLockFile lock(name + QStringLiteral(".lock"));
   lock.setStaleLockTime(10s);
-  if (!lock.tryLock(static_cast<int>(patience.count()))) {
+  if (!lock.tryLock(0)) {
     if (lock.error() == QLockFile::LockFailedError) {
-      return false;
+      writeError = "is locked by another program";
+      return Writing::locked;
     }
-    complain("cannot be locked for writing; settings last until the program ends");
-    return true;
+    writeError = "cannot be locked for writing";
+    return Writing::failed;
   }
-  if (const Reading found = readFile(); found == Reading::malformed || found == Reading::unreadable) {
-    return false;
+  switch (readFile()) {
+    case Reading::good:
+    case Reading::missing:
+      break;
+    case Reading::unreadable:
+      writeError = "cannot be read (" + readError + ")";
+      return Writing::failed;
+    case Reading::malformed:
+      writeError = "is not a JSON object";
+      return Writing::failed;
   }
   Json changed = values;
   for (const auto& [key, value] : pending) {
@@ -247,13 +286,15 @@ bool JsonSettingsSuite::write(std::chrono::milliseconds patience) {
   const std::string text = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
   if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), static_cast<qint64>(text.size())) < 0 ||
       !file.commit()) {
-    complain("cannot be written (" + file.errorString().toStdString() + "); settings last until the program ends");
-    return true;
+    writeError = "cannot be written (" + file.errorString().toStdString() + ")";
+    return Writing::failed;
   }
   values = std::move(changed);
   pending.clear();
-  seen = signatureOf(path);
-  return true;
+  lastComplaint.clear();
+  // Another process may have replaced the file since, so the next look reads it in any case.
+  seen.reset();
+  return Writing::done;
 }
 
 }  // namespace quilex

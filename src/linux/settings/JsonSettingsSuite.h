@@ -19,12 +19,17 @@ namespace quilex {
 ///
 /// Before each read the file is looked at, and parsed again only if it was replaced or changed. A write locks the file
 /// against the other processes, reads it afresh, changes its own keys alone and replaces it atomically; while another
-/// process holds the lock, the write is tried again from the run loop. A file that is malformed or gone while the
-/// program runs leaves the last good values in force; nothing is written over a malformed one.
+/// process holds the lock, or the file cannot be written, the write is tried again from the run loop. A file that is
+/// malformed or gone while the program runs leaves the last good values in force; nothing is written over a malformed
+/// one.
 class JsonSettingsSuite : public SettingsSuite {
  public:
   /// What keeps a suite from being opened.
   struct OpenError {
+    std::string message;
+  };
+  /// What keeps changes from being written.
+  struct WriteError {
     std::string message;
   };
 
@@ -46,6 +51,9 @@ class JsonSettingsSuite : public SettingsSuite {
   void setString(const std::string& key, const std::string& value) override;
   void remove(const std::string& key) override;
   void synchronize() override;
+  /// Writes the changes now, blocking for at most about `patience` while another process writes. Nothing when they are
+  /// in the file; otherwise none of them is, and they are given up.
+  std::optional<WriteError> writeNow(std::chrono::milliseconds patience);
 
   /// How often the file's contents were read; shows that an unchanged file is not.
   std::size_t contentReads() const { return reads; }
@@ -63,6 +71,7 @@ class JsonSettingsSuite : public SettingsSuite {
     bool operator==(const Signature&) const = default;
   };
   enum class Reading { good, missing, unreadable, malformed };
+  enum class Writing { done, locked, failed };
 
   JsonSettingsSuite(std::filesystem::path file, RunLoop& loop);
 
@@ -71,7 +80,7 @@ class JsonSettingsSuite : public SettingsSuite {
   void refresh() const;
   Json value(const std::string& key) const;
   void change(const std::string& key, std::optional<Json> value);
-  bool write(std::chrono::milliseconds patience);
+  Writing write();
   void complain(const std::string& problem) const;
 
   std::filesystem::path path;
@@ -84,6 +93,7 @@ class JsonSettingsSuite : public SettingsSuite {
   mutable std::size_t reads = 0;
   /// Own changes that are not in the file yet; nothing stands for a removed key.
   std::map<std::string, std::optional<Json>> pending;
+  std::string writeError;
   std::optional<Disposable> retry;
 };
 

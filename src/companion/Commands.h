@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "companion/Result.h"
+
+namespace quilex {
+
+/// How much of a list is asked for.
+enum class ListForm { table, json };
+
+/// The program's name and version.
+std::string versionLine();
+
+// The commands. Each writes what it has to tell to standard output; a failure is what is left to say at the end.
+
+Outcome importCommand(const std::vector<std::string>& files);
+Outcome listCommand(ListForm form);
+/// `name`, here and below, is a sign or the beginning of one.
+Outcome playCommand(const std::string& name);
+Outcome removeCommand(const std::vector<std::string>& names);
+/// With no key, all settings.
+Outcome getCommand(const std::string& key);
+Outcome setCommand(const std::string& key, const std::string& value);
+Outcome statusCommand();
+
+}  // namespace quilex

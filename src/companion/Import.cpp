@@ -1,0 +1,171 @@
+#include "companion/Import.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QDate>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <system_error>
+#include <utility>
+
+#include "companion/FileDigest.h"
+#include "companion/Interruption.h"
+#include "companion/MediaFile.h"
+#include "companion/Text.h"
+#include "library/FileURL.h"
+
+namespace quilex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kSignLength = 32;
+constexpr qsizetype kLongestShownName = 40;
+
+struct Imported {
+  VideoLibrary::Addition how;
+  VideoDetail video;
+};
+
+// The file's absolute path, with the links to its folder resolved, so that it has one name whatever led to it.
+Result<fs::path> locate(const std::string& given) {
+  std::error_code error;
+  const fs::file_status status = fs::status(given, error);
+  if (!fs::exists(status)) {
+    return Failure{status.type() == fs::file_type::not_found ? "there is no such file"
+                                                             : "cannot be found: " + error.message()};
+  }
+  if (!fs::is_regular_file(status)) {
+    return Failure{fs::is_directory(status) ? "is a folder, not a video file" : "is not a regular file"};
+  }
+  const fs::path absolute = fs::absolute(given, error);
+  fs::path folder = fs::canonical(absolute.parent_path(), error);
+  if (access(given.c_str(), R_OK) != 0) {
+    error = std::error_code(errno, std::generic_category());
+  }
+  if (error) {
+    return Failure{"cannot be opened: " + error.message()};
+  }
+  if (fs::file_size(given, error) == 0) {
+    return Failure{"is empty"};
+  }
+  return folder / absolute.filename();
+}
+
+/// What changes when a file is written.
+struct FileState {
+  std::uintmax_t size;
+  fs::file_time_type written;
+  bool operator==(const FileState&) const = default;
+};
+
+FileState stateOf(const fs::path& path) {
+  std::error_code ignored;
+  return {fs::file_size(path, ignored), fs::last_write_time(path, ignored)};
+}
+
+VideoDetail describe(const fs::path& path, std::uintmax_t size, const MediaFacts& facts, const std::string& digest) {
+  VideoDetail video;
+  video.sign = digest.substr(0, kSignLength);
+  video.title = cleanText(path.stem().string());
+  video.url = fileURL(path);
+  video.time = std::llround(facts.seconds);
+  video.size = static_cast<std::int64_t>(size);
+  video.ratio = facts.ratio;
+  video.width = facts.width;
+  video.height = facts.height;
+  video.frame = facts.frames;
+  video.rate = std::llround(facts.framesPerSecond);
+  video.audio = facts.hasSound ? 1 : 0;
+  video.uptime = QDate::currentDate().toString(Qt::ISODate).toStdString();
+  return video;
+}
+
+Result<Imported> importVideo(const std::string& given, VideoLibrary& library,
+                             const std::function<void(std::uintmax_t)>& showPercent) {
+  auto located = locate(given);
+  if (auto* failure = std::get_if<Failure>(&located)) {
+    return std::move(*failure);
+  }
+  const auto& path = std::get<fs::path>(located);
+  const FileState before = stateOf(path);
+  auto opened = MediaFile::open(path);
+  if (auto* failure = std::get_if<Failure>(&opened)) {
+    return std::move(*failure);
+  }
+  auto& media = std::get<MediaFile>(opened);
+  auto digest = fileDigest(path, [&](std::uintmax_t bytes) {
+    showPercent(bytes * 100 / before.size);
+    return !interrupted();
+  });
+  if (auto* failure = std::get_if<Failure>(&digest)) {
+    return std::move(*failure);
+  }
+  const auto video = describe(path, before.size, media.facts(), std::get<std::string>(digest));
+  const auto makeCover = [&]() -> Result<std::string> {
+    auto cover = media.cover();
+    if (!(stateOf(path) == before)) {
+      return Failure{"was changed while it was read; import it again when it is complete"};
+    }
+    return cover;
+  };
+  auto added = library.add(video, makeCover);
+  if (auto* failure = std::get_if<Failure>(&added)) {
+    return std::move(*failure);
+  }
+  return Imported{std::get<VideoLibrary::Addition>(added), video};
+}
+
+std::string shortName(const std::string& file) {
+  const QString name = QString::fromStdString(cleanText(fs::path(file).filename().string()));
+  return (name.size() <= kLongestShownName ? name : name.left(kLongestShownName - 1) + QChar(0x2026)).toStdString();
+}
+
+std::string describe(const Imported& imported) {
+  const char* note = "";
+  switch (imported.how) {
+    case VideoLibrary::Addition::added:
+      break;
+    case VideoLibrary::Addition::moved:
+      note = " (already in the library; it now plays from its new place)";
+      break;
+    case VideoLibrary::Addition::known:
+      note = " (already in the library)";
+      break;
+  }
+  return imported.video.sign + "  " + imported.video.title + note;
+}
+
+}  // namespace
+
+ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& library) {
+  ImportCount count;
+  Progress progress;
+  for (std::size_t index = 0; index < files.size() && !interrupted(); ++index) {
+    const std::string& file = files[index];
+    const std::string place =
+        "[" + std::to_string(index + 1) + "/" + std::to_string(files.size()) + "] " + shortName(file) + " ";
+    const auto imported = importVideo(
+        file, library, [&](std::uintmax_t percent) { progress.show(place + std::to_string(percent) + " %"); });
+    progress.erase();
+    if (interrupted() && std::holds_alternative<Failure>(imported)) {
+      break;
+    }
+    if (const auto* failure = std::get_if<Failure>(&imported)) {
+      printError(file + ": " + failure->message);
+      ++count.refused;
+    } else {
+      printLine(describe(std::get<Imported>(imported)));
+      ++count.inLibrary;
+    }
+  }
+  count.wasInterrupted = count.inLibrary + count.refused < files.size();
+  return count;
+}
+
+}  // namespace quilex

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "companion/Result.h"
+#include "companion/VideoLibrary.h"
+
+namespace quilex {
+
+/// What became of the files that were to be imported.
+struct ImportCount {
+  std::size_t inLibrary = 0;
+  std::size_t refused = 0;
+  bool wasInterrupted = false;
+};
+
+/// Adds the videos to the library one after the other, with a line on standard output for each that is in the library
+/// then, and one on standard error for each that is refused.
+ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& library);
+
+}  // namespace quilex

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace quilex {
+
+/// From now on the first SIGINT, SIGTERM or SIGHUP only makes `interrupted` true, so that the work under way can be
+/// ended in order; a second one ends the process as usual.
+void catchInterruptions();
+bool interrupted();
+
+}  // namespace quilex

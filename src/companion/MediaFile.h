@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "companion/Result.h"
+
+struct AVFormatContext;
+
+namespace quilex {
+
+/// What the library keeps about a video.
+struct MediaFacts {
+  double seconds = 0;
+  /// Pixels, as the video is shown: turned as its rotation says.
+  int width = 0;
+  int height = 0;
+  /// Width to height in smallest terms, with pixels that are not square taken into account: "16:9".
+  std::string ratio;
+  double framesPerSecond = 0;
+  std::int64_t frames = 0;
+  bool hasSound = false;
+};
+
+/// A video file, opened with the demuxers that the wallpaper plays with and no others.
+class MediaFile {
+ public:
+  /// `path` is absolute. Fails for what the wallpaper would not play.
+  static Result<MediaFile> open(const std::filesystem::path& path);
+
+  const MediaFacts& facts() const { return description; }
+
+  /// A JPEG of a picture a bit into the video, upright and at most 640 pixels wide. Fails if none can be decoded.
+  Result<std::string> cover();
+
+ private:
+  struct CloseInput {
+    void operator()(AVFormatContext* context) const;
+  };
+  using Input = std::unique_ptr<AVFormatContext, CloseInput>;
+
+  explicit MediaFile(Input opened) : input(std::move(opened)) {}
+  static Result<Input> openInput(const std::filesystem::path& path);
+  Outcome describe(const std::filesystem::path& path);
+
+  Input input;
+  int pictureStream = -1;
+  /// Degrees clockwise by which the pictures are to be turned.
+  double rotation = 0;
+  MediaFacts description;
+};
+
+}  // namespace quilex

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "companion/Result.h"
+#include "linux/settings/JsonSettingsSuite.h"
+#include "platform/RunLoop.h"
+
+namespace quilex {
+
+/// The settings shared with the agent, for a program that ends once it has written them.
+class Settings {
+ public:
+  static Result<std::unique_ptr<Settings>> open();
+
+  SettingsSuite& suite() { return *store; }
+  /// Writes what was set, all of it at once or nothing.
+  Outcome write();
+
+  /// Waits until a running agent has taken over what was written, which it does within a second and shows by writing
+  /// it back.
+  void awaitAgent() const;
+
+ private:
+  /// Writes are asked for one by one, so there is nothing to be run later.
+  struct NoRunLoop : RunLoop {
+    Disposable after(std::chrono::milliseconds /*delay*/, std::function<void()> /*action*/) override {
+      return Disposable([] {});
+    }
+    Disposable every(std::chrono::milliseconds /*interval*/, std::function<void()> /*action*/) override {
+      return Disposable([] {});
+    }
+  };
+
+  std::filesystem::path file;
+  NoRunLoop runLoop;
+  std::unique_ptr<JsonSettingsSuite> store;
+};
+
+}  // namespace quilex

@@ -1,0 +1,62 @@
+#include "companion/Text.h"
+
+#include <unistd.h>
+
+#include <QString>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace quilex {
+
+namespace {
+
+int writeErrno = 0;
+
+}  // namespace
+
+std::string cleanText(std::string_view text) {
+  QString clean = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  for (QChar& character : clean) {
+    if (character.category() == QChar::Other_Control) {
+      character = QLatin1Char(' ');
+    }
+  }
+  return clean.toStdString();
+}
+
+void printLine(std::string_view line) {
+  const bool written = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() &&
+                       std::fputc('\n', stdout) != EOF && std::fflush(stdout) == 0;
+  if (!written && writeErrno == 0) {
+    writeErrno = errno;
+  }
+}
+
+void printError(std::string_view message) {
+  std::fprintf(stderr, "quilex: %s\n", cleanText(message).c_str());
+}
+
+std::optional<std::string> outputError() {
+  return writeErrno == 0 || writeErrno == EPIPE ? std::nullopt : std::optional<std::string>(std::strerror(writeErrno));
+}
+
+Progress::Progress() : visible(isatty(STDERR_FILENO) == 1) {}
+
+void Progress::show(const std::string& text) {
+  if (visible && text != shown) {
+    shown = text;
+    std::fprintf(stderr, "\r%s\033[K", text.c_str());
+    std::fflush(stderr);
+  }
+}
+
+void Progress::erase() {
+  if (!shown.empty()) {
+    shown.clear();
+    std::fputs("\r\033[K", stderr);
+    std::fflush(stderr);
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,272 @@
+#include "companion/VideoLibrary.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <utility>
+
+#include "library/FileURL.h"
+#include "library/LibraryFile.h"
+#include "library/VideoRows.h"
+
+namespace quilex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kBusyTimeoutMilliseconds = 10'000;
+constexpr std::size_t kShortestPrefix = 4;
+constexpr std::size_t kSignLength = 32;
+constexpr const char* kCoverEnding = ".jpg";
+constexpr const char* kUnfinishedEnding = ".jpg.new";
+
+std::string insertStatement() {
+  std::string columns;
+  std::string marks;
+  const auto addColumn = [&](const char* key) {
+    const char* separator = columns.empty() ? "" : ", ";
+    columns.append(separator).append("\"").append(VideoDetail::columnFor(key)).append("\"");
+    marks.append(separator).append("?");
+  };
+  std::apply([&](const auto&... each) { (addColumn(each.key), ...); }, VideoDetail::fields());
+  return "insert into LocalVideos (" + columns + ") values (" + marks + ")";
+}
+
+}  // namespace
+
+VideoLibrary::VideoLibrary(fs::path library, std::unique_ptr<SQLite::Database> database)
+    : path(std::move(library)), covers(path.parent_path() / "Covers"), db(std::move(database)) {}
+
+VideoLibrary::~VideoLibrary() = default;
+
+Result<std::unique_ptr<VideoLibrary>> VideoLibrary::open(const fs::path& supportDirectory,
+                                                         const std::optional<fs::path>& templateFile) {
+  const std::string file = libraryFile(supportDirectory);
+  std::error_code ignored;
+  if (!fs::exists(file, ignored)) {
+    if (!templateFile) {
+      return Failure{"there is no library at " + file + " yet, and the application bundle has no Quilex.db"};
+    }
+    if (const std::error_code error = placeLibrary(*templateFile, file)) {
+      return Failure{"the library " + file + " cannot be made: " + error.message()};
+    }
+  }
+  try {
+    return std::unique_ptr<VideoLibrary>(new VideoLibrary(
+        file, std::make_unique<SQLite::Database>(file, SQLite::OPEN_READWRITE, kBusyTimeoutMilliseconds)));
+  } catch (const SQLite::Exception& error) {
+    return Failure{"the library " + file + " cannot be opened: " + error.what()};
+  }
+}
+
+// Turns the database's exceptions into failures.
+template <typename Value>
+Result<Value> VideoLibrary::guarded(const std::function<Result<Value>()>& work) const {
+  try {
+    return work();
+  } catch (const SQLite::Exception& error) {
+    const bool locked = error.getErrorCode() == SQLITE_BUSY || error.getErrorCode() == SQLITE_LOCKED;
+    return Failure{"the library " + path.string() + ": " +
+                   (locked ? "another program keeps it locked" : std::string(error.what()))};
+  }
+}
+
+std::vector<VideoDetail> VideoLibrary::query(const char* text, const std::string* argument) {
+  std::vector<VideoDetail> videos;
+  if (const int code = queryVideos(db->getHandle(), text, argument, videos); code != SQLITE_DONE) {
+    throw SQLite::Exception(db->getHandle(), code);
+  }
+  return videos;
+}
+
+std::vector<VideoDetail> VideoLibrary::readAll() {
+  return query("select * from LocalVideos", nullptr);
+}
+
+std::optional<VideoDetail> VideoLibrary::find(const std::string& sign) {
+  auto videos = query("select * from LocalVideos where sign = ?", &sign);
+  return videos.empty() ? std::nullopt : std::optional(std::move(videos.back()));
+}
+
+Result<std::vector<VideoDetail>> VideoLibrary::videos() {
+  return guarded<std::vector<VideoDetail>>([&] { return readAll(); });
+}
+
+void VideoLibrary::insert(const VideoDetail& video) {
+  SQLite::Statement statement(*db, insertStatement());
+  int index = 0;
+  std::apply([&](const auto&... each) { (statement.bind(++index, video.*each.member), ...); }, VideoDetail::fields());
+  statement.exec();
+}
+
+Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::function<Result<std::string>()>& cover) {
+  return guarded<Addition>([&]() -> Result<Addition> {
+    // Most of what is known is found without keeping others from writing, and without making a cover.
+    std::optional<VideoDetail> known = find(video.sign);
+    std::string jpeg;
+    if (!known) {
+      auto made = cover();
+      if (auto* failure = std::get_if<Failure>(&made)) {
+        return std::move(*failure);
+      }
+      jpeg = std::get<std::string>(std::move(made));
+    } else if (namesExistingFile(known->url)) {
+      return Addition::known;
+    }
+    SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    known = find(video.sign);
+    if (known && namesExistingFile(known->url)) {
+      return Addition::known;
+    }
+    if (known) {
+      SQLite::Statement statement(*db, "update LocalVideos set url = ? where sign = ?");
+      statement.bind(1, video.url);
+      statement.bind(2, video.sign);
+      statement.exec();
+      transaction.commit();
+      return Addition::moved;
+    }
+    if (auto failure = writeCover(video, jpeg)) {
+      return std::move(*failure);
+    }
+    try {
+      video.id = db->execAndGet("select coalesce(max(vid), 0) + 1 from LocalVideos").getInt64();
+      insert(video);
+      transaction.commit();
+    } catch (const SQLite::Exception&) {
+      // While the lock is still held: afterwards the cover could be another process's.
+      std::error_code ignored;
+      fs::remove(covers / (video.sign + kCoverEnding), ignored);
+      throw;
+    }
+    return Addition::added;
+  });
+}
+
+// The cover appears whole or not at all. Called under the database's lock, so that no two processes write one.
+Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) const {
+  const fs::path finished = covers / (video.sign + kCoverEnding);
+  const fs::path unfinished = covers / (video.sign + kUnfinishedEnding);
+  std::error_code error;
+  fs::create_directories(covers, error);
+  errno = 0;
+  std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
+  stream << jpeg;
+  stream.close();
+  if (!stream) {
+    error = std::error_code(errno, std::generic_category());
+  } else {
+    fs::rename(unfinished, finished, error);
+  }
+  if (error || !stream) {
+    std::error_code ignored;
+    fs::remove(unfinished, ignored);
+    return Failure{"the cover " + finished.string() + " cannot be written: " + error.message()};
+  }
+  video.imgurl = fileURL(finished);
+  video.imgsize = static_cast<std::int64_t>(jpeg.size());
+  return std::nullopt;
+}
+
+Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::string>& names,
+                                                      const BeforeRemoval& beforeRemoval) {
+  return guarded<std::vector<VideoDetail>>([&]() -> Result<std::vector<VideoDetail>> {
+    SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    const std::vector<VideoDetail> before = readAll();
+    std::vector<VideoDetail> removed;
+    for (const std::string& name : names) {
+      auto found = findVideo(before, name);
+      if (auto* failure = std::get_if<Failure>(&found)) {
+        return std::move(*failure);
+      }
+      auto& video = std::get<VideoDetail>(found);
+      if (std::ranges::find(removed, video.sign, &VideoDetail::sign) == removed.end()) {
+        removed.push_back(std::move(video));
+      }
+    }
+    for (const VideoDetail& video : removed) {
+      SQLite::Statement statement(*db, "delete from LocalVideos where sign = ?");
+      statement.bind(1, video.sign);
+      statement.exec();
+    }
+    if (auto failure = beforeRemoval(before, removed)) {
+      return std::move(*failure);
+    }
+    transaction.commit();
+    return removed;
+  });
+}
+
+std::vector<fs::path> VideoLibrary::strayCovers() {
+  std::set<std::string> signs;
+  for (const VideoDetail& video : readAll()) {
+    signs.insert(video.sign);
+  }
+  std::vector<fs::path> strays;
+  std::error_code ignored;
+  fs::directory_iterator entries(covers, ignored);
+  for (; entries != fs::directory_iterator(); entries.increment(ignored)) {
+    const std::string name = entries->path().filename().string();
+    const std::string sign = name.substr(0, kSignLength);
+    const std::string ending = name.substr(sign.size());
+    // Nothing but what `writeCover` makes.
+    const bool isSign = sign.size() == kSignLength && sign.find_first_not_of("0123456789abcdef") == std::string::npos;
+    if (isSign && (ending == kUnfinishedEnding || (ending == kCoverEnding && !signs.contains(sign)))) {
+      strays.push_back(entries->path());
+    }
+  }
+  return strays;
+}
+
+Outcome VideoLibrary::sweepCovers() {
+  const auto swept = guarded<bool>([&]() -> Result<bool> {
+    if (strayCovers().empty()) {
+      return true;
+    }
+    // Under the lock no other process is between writing a cover and its row.
+    const SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    for (const fs::path& stray : strayCovers()) {
+      std::error_code ignored;
+      fs::remove(stray, ignored);
+    }
+    return true;
+  });
+  const auto* failure = std::get_if<Failure>(&swept);
+  return failure != nullptr ? Outcome(*failure) : std::nullopt;
+}
+
+Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std::string& name) {
+  std::set<std::string> matches;
+  const VideoDetail* found = nullptr;
+  for (const VideoDetail& video : videos) {
+    if (video.sign == name) {
+      // Of several rows with a sign the last one counts, as for the agent.
+      found = &video;
+      matches = {name};
+    } else if (name.size() >= kShortestPrefix && video.sign.starts_with(name) && !matches.contains(name)) {
+      found = &video;
+      matches.insert(video.sign);
+    }
+  }
+  if (matches.size() > 1) {
+    std::string list;
+    for (const std::string& sign : matches) {
+      list += (list.empty() ? "" : ", ") + sign;
+    }
+    return Failure{"\"" + name + "\" begins the signs of several videos: " + list};
+  }
+  if (found == nullptr) {
+    const bool tooShort = name.size() < kShortestPrefix;
+    return Failure{"no video in the library has the sign \"" + name + "\"" +
+                   (tooShort ? "; the beginning of a sign needs 4 characters" : "")};
+  }
+  return *found;
+}
+
+}  // namespace quilex
