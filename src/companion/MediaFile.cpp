@@ -28,6 +28,7 @@ constexpr int kSmallestHighDefinition = 720;
 constexpr double kCoverShare = 0.1;
 constexpr double kCoverLatestSecond = 10;
 constexpr int kCoverMostPictures = 300;
+constexpr const char* kUndecodable = "is damaged: its pictures cannot be decoded";
 
 struct Free {
   void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
@@ -47,7 +48,7 @@ std::string openFailure(int error) {
     case AVERROR_INVALIDDATA:
       return "is not a video, or is damaged";
     case AVERROR(EINVAL):
-      return "is not in a video format that the wallpaper plays";
+      return "is not of a video format that the wallpaper plays";
     case AVERROR_EXIT:
       return "interrupted";
     default:
@@ -109,10 +110,6 @@ class PictureReader {
     return nullptr;
   }
 
-  /// After the file was set to another place.
-  void restart() { avcodec_flush_buffers(decoder.get()); }
-  bool isOpen() const { return opened; }
-
  private:
   bool feed() {
     while (av_read_frame(input, packet.get()) >= 0) {
@@ -133,6 +130,32 @@ class PictureReader {
   Owned<AVFrame> frame{av_frame_alloc()};
   bool opened = false;
 };
+
+// The picture at that many seconds from the beginning, or the last one before; null where none can be decoded.
+Owned<AVFrame> pictureAt(AVFormatContext* input, int index, double seconds) {
+  if (index >= static_cast<int>(input->nb_streams)) {
+    return nullptr;
+  }
+  const auto start = input->start_time != AV_NOPTS_VALUE ? input->start_time : 0;
+  const auto target = start + std::llround(seconds * AV_TIME_BASE);
+  if (seconds > 0) {
+    av_seek_frame(input, -1, target, AVSEEK_FLAG_BACKWARD);
+  }
+  PictureReader pictures(input, index);
+  Owned<AVFrame> latest;
+  for (int count = 0; count < kCoverMostPictures; ++count) {
+    const AVFrame* picture = pictures.next();
+    if (picture == nullptr) {
+      break;
+    }
+    latest.reset(av_frame_clone(picture));
+    const auto time = picture->best_effort_timestamp;
+    if (time == AV_NOPTS_VALUE || av_compare_ts(time, input->streams[index]->time_base, target, AV_TIME_BASE_Q) >= 0) {
+      break;
+    }
+  }
+  return latest;
+}
 
 QImage scaled(const AVFrame& frame, AVRational pixelShape, bool quarterTurn) {
   const double stretch = pixelShape.num > 0 && pixelShape.den > 0 ? av_q2d(pixelShape) : 1;
@@ -164,7 +187,7 @@ void MediaFile::CloseInput::operator()(AVFormatContext* context) const {
   avformat_close_input(&context);
 }
 
-Result<MediaFile::Input> MediaFile::openInput(const std::filesystem::path& path) {
+Result<MediaFile::Input> MediaFile::openInput(const std::filesystem::path& file) {
   av_log_set_level(AV_LOG_QUIET);
   AVFormatContext* context = avformat_alloc_context();
   AVDictionary* options = nullptr;
@@ -174,7 +197,7 @@ Result<MediaFile::Input> MediaFile::openInput(const std::filesystem::path& path)
     context->interrupt_callback.callback = checkInterruption;
   }
   // With its protocol the path is taken as it stands, whatever characters are in it.
-  int error = avformat_open_input(&context, ("file:" + path.string()).c_str(), nullptr, &options);
+  int error = avformat_open_input(&context, ("file:" + file.string()).c_str(), nullptr, &options);
   av_dict_free(&options);
   Input opened(context);
   if (error >= 0) {
@@ -186,19 +209,19 @@ Result<MediaFile::Input> MediaFile::openInput(const std::filesystem::path& path)
   return opened;
 }
 
-Result<MediaFile> MediaFile::open(const std::filesystem::path& path) {
-  auto opened = openInput(path);
+Result<MediaFile> MediaFile::open(const std::filesystem::path& file) {
+  auto opened = openInput(file);
   if (auto* failure = std::get_if<Failure>(&opened)) {
     return std::move(*failure);
   }
-  MediaFile file(std::get<Input>(std::move(opened)));
-  if (auto failure = file.describe(path)) {
+  MediaFile media(file, std::get<Input>(std::move(opened)));
+  if (auto failure = media.describe()) {
     return std::move(*failure);
   }
-  return file;
+  return media;
 }
 
-Outcome MediaFile::describe(const std::filesystem::path& path) {
+Outcome MediaFile::describe() {
   const auto isPicture = [](const AVStream* stream) {
     // A cover that a sound file carries is no video.
     return stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
@@ -230,7 +253,9 @@ Outcome MediaFile::describe(const std::filesystem::path& path) {
   if (input->duration > 0 && input->duration_estimation_method != AVFMT_DURATION_FROM_BITRATE) {
     description.seconds = static_cast<double>(input->duration) / AV_TIME_BASE;
     if (description.frames <= 0) {
-      description.frames = std::llround(description.seconds * description.framesPerSecond);
+      const double shown = stream->duration > 0 ? static_cast<double>(stream->duration) * av_q2d(stream->time_base)
+                                                : description.seconds;
+      description.frames = std::llround(shown * description.framesPerSecond);
     }
   } else if (const auto again = openInput(path); const auto* whole = std::get_if<Input>(&again)) {
     description.frames = countPictures(whole->get(), pictureStream);
@@ -241,41 +266,34 @@ Outcome MediaFile::describe(const std::filesystem::path& path) {
 }
 
 Result<std::string> MediaFile::cover() {
-  AVStream* stream = input->streams[pictureStream];
-  PictureReader pictures(input.get(), pictureStream);
-  if (!pictures.isOpen()) {
+  const AVStream* stream = input->streams[pictureStream];
+  if (avcodec_find_decoder(stream->codecpar->codec_id) == nullptr) {
     return Failure{std::string("cannot be decoded: no decoder for ") + avcodec_get_name(stream->codecpar->codec_id)};
   }
-  const auto start = input->start_time != AV_NOPTS_VALUE ? input->start_time : 0;
   const double offset = std::min(description.seconds * kCoverShare, kCoverLatestSecond);
-  const auto target = start + std::llround(offset * AV_TIME_BASE);
-  av_seek_frame(input.get(), -1, target, AVSEEK_FLAG_BACKWARD);
-  const AVFrame* picture = pictures.next();
-  if (picture == nullptr && av_seek_frame(input.get(), -1, start, AVSEEK_FLAG_BACKWARD) >= 0) {
-    pictures.restart();
-    picture = pictures.next();
-  }
-  QImage image;
-  for (int count = 1; picture != nullptr; ++count) {
-    const bool reached = picture->best_effort_timestamp != AV_NOPTS_VALUE &&
-                         av_compare_ts(picture->best_effort_timestamp, stream->time_base, target, AV_TIME_BASE_Q) >= 0;
-    // The last picture before the end, or before this takes too long, does as well.
-    Owned<AVFrame> kept(av_frame_clone(picture));
-    picture = reached || count == kCoverMostPictures ? nullptr : pictures.next();
-    if (picture == nullptr && kept) {
-      const AVRational shape = av_guess_sample_aspect_ratio(input.get(), stream, kept.get());
-      image = scaled(*kept, shape, isQuarterTurn(rotation));
+  auto picture = pictureAt(input.get(), pictureStream, offset);
+  if (!picture) {
+    // Some files can only be read from their beginning.
+    auto again = openInput(path);
+    if (auto* whole = std::get_if<Input>(&again)) {
+      input = std::move(*whole);
+      picture = pictureAt(input.get(), pictureStream, 0);
     }
   }
   if (interrupted()) {
     return Failure{"interrupted"};
   }
+  if (!picture) {
+    return Failure{kUndecodable};
+  }
+  const AVRational shape = av_guess_sample_aspect_ratio(input.get(), input->streams[pictureStream], picture.get());
+  QImage image = scaled(*picture, shape, isQuarterTurn(rotation));
   if (const double turn = static_cast<double>(std::lround(rotation / 90)) * 90; turn != 0) {
     image = image.transformed(QTransform().rotate(turn));
   }
   QBuffer jpeg;
   if (image.isNull() || !jpeg.open(QIODevice::WriteOnly) || !image.save(&jpeg, "JPEG", kCoverQuality)) {
-    return Failure{"is damaged: none of its pictures can be decoded"};
+    return Failure{kUndecodable};
   }
   return jpeg.data().toStdString();
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "companion/Result.h"
 
@@ -27,8 +28,8 @@ struct MediaFacts {
 /// A video file, opened with the demuxers that the wallpaper plays with and no others.
 class MediaFile {
  public:
-  /// `path` is absolute. Fails for what the wallpaper would not play.
-  static Result<MediaFile> open(const std::filesystem::path& path);
+  /// `file` is absolute. Fails for what the wallpaper would not play.
+  static Result<MediaFile> open(const std::filesystem::path& file);
 
   const MediaFacts& facts() const { return description; }
 
@@ -41,10 +42,11 @@ class MediaFile {
   };
   using Input = std::unique_ptr<AVFormatContext, CloseInput>;
 
-  explicit MediaFile(Input opened) : input(std::move(opened)) {}
-  static Result<Input> openInput(const std::filesystem::path& path);
-  Outcome describe(const std::filesystem::path& path);
+  MediaFile(std::filesystem::path file, Input opened) : path(std::move(file)), input(std::move(opened)) {}
+  static Result<Input> openInput(const std::filesystem::path& file);
+  Outcome describe();
 
+  std::filesystem::path path;
   Input input;
   int pictureStream = -1;
   /// Degrees clockwise by which the pictures are to be turned.

@@ -155,6 +155,36 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatIsNoJsonObject) {
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":4})"; }));
 }
 
+TEST_F(FilesTest, AChangeRightAfterAnOwnWriteIsSeen) {
+  const auto suite = open();
+  for (int value = 10; value < 99; ++value) {
+    suite->setInteger("n", 10);
+    ASSERT_FALSE(suite->writeNow(0ms));
+    auto text = read(file);
+    write(file, text.replace(text.find("10"), 2, std::to_string(value)));  // in place, with the same size
+    ASSERT_EQ(suite->integer("n"), value);
+  }
+}
+
+TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
+  file = folder + "sub/settings.json";
+  const auto suite = open();
+  std::filesystem::remove(folder + "sub");
+  suite->setInteger("a", 1);
+  EXPECT_NE(suite->writeNow(0ms)->message.find(file), std::string::npos);
+  EXPECT_FALSE(suite->contains("a"));
+  suite->setInteger("b", 2);
+  suite->synchronize();
+  std::filesystem::create_directory(folder + "sub");
+  EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":2})"; }));
+  // Another program holds the lock.
+  const auto held = folder + "sub/settings.json.lock";
+  write(held, "");
+  suite->setInteger("b", 3);
+  EXPECT_NE(suite->writeNow(50ms)->message.find("locked"), std::string::npos);
+  EXPECT_EQ(stored(), R"({"b":2})");
+}
+
 TEST_F(FilesTest, ProcessesThatWriteAtOnceLoseNothingOfEachOther) {
   if (const auto given = qgetenv("QUILEX_TEST_FILE").toStdString(); !given.empty()) {
     file = given;  // in one of the processes started below

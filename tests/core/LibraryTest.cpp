@@ -22,6 +22,11 @@ TEST(FileURLTest, FileURLsOfThisMachineAndAbsolutePathsNameFilesButNoDirectories
         "file:///a%00"sv, "file:///a%2"sv, "file:///a%+1"sv, "file:///a%0x"sv, "file:///a b"sv}) {
     EXPECT_EQ(localPath(url), std::nullopt) << url;
   }
+  std::string bytes = "/";
+  for (int byte = 1; byte < 256; ++byte) {
+    bytes.push_back(static_cast<char>(byte));
+  }
+  EXPECT_EQ(localPath(fileURL(bytes)), bytes);
   const TemporaryFolder folder;
   EXPECT_TRUE(namesExistingFile("file://" + folder.write("video")));
   EXPECT_FALSE(namesExistingFile(folder / "missing"));

@@ -43,26 +43,23 @@ def make_clip(path, graph, seconds=30):
     return str(path)
 
 
-class Session:
-    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None):
-        self.agent_program = pathlib.Path(build) / "bin" / "quilexhelper"
+class UserSession:
+    """The folders, the bus and the programs of a user, without a display."""
+
+    def __init__(self, build, environment=os.environ):
+        self.programs_folder = pathlib.Path(build).resolve() / "bin"
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="quilex-session-"))
         self.settings_file = self.folder / "config/K4TQZM71RX.quilex/settings.json"
         self.library_file = self.folder / "data/com.dravo.quilex.QuilexHelper/Quilex.db"
-        self.desktop = VirtualDesktop(monitors)
         self.programs = []
-        self.agent = None
         self.environment = {
-            **self.desktop.environment,
+            **environment,
             "XDG_CONFIG_HOME": str(self.folder / "config"),
             "XDG_DATA_HOME": str(self.folder / "data"),
             "XDG_CACHE_HOME": str(self.folder / "cache"),
         }
         bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-        if manager:
-            self.start(*manager.split(), stderr=subprocess.DEVNULL)
-            wait_for(self.window_manager, "the window manager")
 
     def start(self, *command, **options):
         self.programs.append(subprocess.Popen(command, env=self.environment, **options))
@@ -74,44 +71,14 @@ class Session:
         ).stdout
 
     def close(self):
-        self.end_agent()
         for program in reversed(self.programs):
             program.terminate()
             program.wait(timeout=DEADLINE)
             if program.stdout:
                 program.stdout.close()
-        self.desktop.close()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    # The agent
-
-    def start_agent(self, **variables):
-        output = open(self.folder / "output", "ab")
-        errors = open(self.folder / "errors", "ab")
-        with output, errors:
-            self.agent = subprocess.Popen(
-                [self.agent_program], env={**self.environment, **variables}, stdout=output, stderr=errors
-            )
-        return self.agent
-
-    def end_agent(self, how=signal.SIGTERM):
-        """Ends the agent and answers its exit status; sanitizers report by that status too."""
-        if self.agent is None:
-            return 0
-        self.agent.send_signal(how)
-        status = self.agent.wait(timeout=DEADLINE)
-        self.agent = None
-        if status != 0:
-            print(self.errors(), file=sys.stderr)
-        return status
-
-    def output(self):
-        return (self.folder / "output").read_text()
-
-    def errors(self):
-        return (self.folder / "errors").read_text()
-
-    # What it shares with the main application
+    # What the agent shares with the main application
 
     def settings(self):
         return json.loads(self.settings_file.read_text()) if self.settings_file.exists() else {}
@@ -140,6 +107,52 @@ class Session:
         place = ["--object-path", "/com/dravo/quilex/Notifications"]
         signal_name = "com.dravo.quilex.Notifications.Posted"
         self.run("gdbus", "emit", "--session", *place, "--signal", signal_name, f"'{name}'", "''", "@a{sv} {}")
+
+
+class Session(UserSession):
+    """A user's session on a virtual desktop, with an agent."""
+
+    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None):
+        self.desktop = VirtualDesktop(monitors)
+        super().__init__(build, self.desktop.environment)
+        self.agent_program = self.programs_folder / "quilexhelper"
+        self.agent = None
+        if manager:
+            self.start(*manager.split(), stderr=subprocess.DEVNULL)
+            wait_for(self.window_manager, "the window manager")
+
+    def close(self):
+        self.end_agent()
+        super().close()
+        self.desktop.close()
+
+    # The agent
+
+    def start_agent(self, **variables):
+        output = open(self.folder / "output", "ab")
+        errors = open(self.folder / "errors", "ab")
+        with output, errors:
+            self.agent = subprocess.Popen(
+                [self.agent_program], env={**self.environment, **variables}, stdout=output, stderr=errors
+            )
+        return self.agent
+
+    def end_agent(self, how=signal.SIGTERM):
+        """Ends the agent and answers its exit status; sanitizers report by that status too."""
+        if self.agent is None:
+            return 0
+        self.agent.send_signal(how)
+        status = self.agent.wait(timeout=DEADLINE)
+        self.agent = None
+        if status != 0:
+            print(self.errors(), file=sys.stderr)
+        return status
+
+    def output(self):
+        return (self.folder / "output").read_text()
+
+    def errors(self):
+        return (self.folder / "errors").read_text()
 
     # What a person sees
 

@@ -284,8 +284,9 @@ JsonSettingsSuite::Writing JsonSettingsSuite::write() {
   }
   QSaveFile file(name);
   const std::string text = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), static_cast<qint64>(text.size())) < 0 ||
-      !file.commit()) {
+  const auto size = static_cast<qint64>(text.size());
+  // A disk that becomes full takes a part, which is no error to QSaveFile.
+  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size || !file.commit()) {
     writeError = "cannot be written (" + file.errorString().toStdString() + ")";
     return Writing::failed;
   }

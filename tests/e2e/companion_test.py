@@ -1,0 +1,317 @@
+"""What the companion's command line does to the library, the settings and the agent."""
+
+import itertools
+import json
+import os
+import pathlib
+import pty
+import random
+import resource
+import shutil
+import signal
+import sqlite3
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import urllib.parse
+
+from session import Session, UserSession, make_clip, wait_for
+
+BUILD = sys.argv.pop(1)
+
+RED, GREEN = (192, 32, 32), (32, 160, 32)
+
+
+def vary(clip, target, number):
+    """The clip with other contents: an unused box at its end, which no reader minds."""
+    target.write_bytes(clip.read_bytes() + struct.pack(">I4sI", 12, b"free", number))
+    return target
+
+
+class CompanionTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="quilex-clips-")
+        cls.addClassCleanup(folder.cleanup)
+        cls.clips = pathlib.Path(folder.name)
+        cls.red = make_clip(cls.clips / "red.mp4", "color=c=0xC02020")
+        cls.green = make_clip(cls.clips / "green.mp4", "color=c=0x20A020")
+        cls.small = cls.clips / "small.mp4"
+        encoding = ["-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac"]
+        sources = ["-f", "lavfi", "-i", "testsrc=s=128x72:r=10", "-f", "lavfi", "-i", "sine", "-t", "1"]
+        subprocess.run(["ffmpeg", "-v", "error", *sources, *encoding, str(cls.small)], check=True, timeout=60)
+
+    def setUp(self):
+        self.session = UserSession(BUILD)
+        self.addCleanup(lambda: self.session.close())
+        self.covers = self.session.library_file.parent / "Covers"
+
+    def command(self, *arguments):
+        return [self.session.programs_folder / "quilex", *arguments]
+
+    def quilex(self, *arguments, status=0, **options):
+        """Runs the program and answers what it wrote where it is to be looked for."""
+        done = subprocess.run(
+            self.command(*arguments), env=self.session.environment, capture_output=True, timeout=120, check=False, **options
+        )
+        errors = done.stderr.decode()
+        self.assertEqual(done.returncode, status, (arguments, done.stdout, errors))
+        self.assertTrue(all(line.startswith("quilex: ") for line in errors.splitlines()), errors)
+        return done.stdout.decode() if status == 0 else errors
+
+    def videos(self):
+        return json.loads(self.quilex("list", "--json"))
+
+    def rows(self):
+        with sqlite3.connect(self.session.library_file, timeout=60) as database:
+            rows = database.execute("select sign, imgurl from LocalVideos where imgurl != '' order by vid").fetchall()
+            self.assertEqual(database.execute("pragma integrity_check").fetchall(), [("ok",)])
+        database.close()
+        for sign, cover in rows:
+            self.assertEqual(cover, (self.covers / (sign + ".jpg")).as_uri())
+            self.assertTrue((self.covers / (sign + ".jpg")).read_bytes().endswith(b"\xff\xd9"))
+        return rows
+
+    def check_covers(self, count):
+        """Every one of the videos has its cover, and there is nothing else."""
+        self.assertEqual({sign + ".jpg" for sign, _ in self.rows()}, set(os.listdir(self.covers)))
+        self.assertEqual(len(os.listdir(self.covers)), count)
+        self.assertEqual(set(os.listdir(self.covers.parent)), {"Quilex.db", "Covers"})
+
+
+class Companion(CompanionTest):
+    def test_import_describes_the_video(self):
+        posted = self.session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
+        wait_for(lambda: b"NameAcquired" in posted.stdout.readline(), "the monitor of the bus")
+        loops = len(self.videos())
+        self.assertGreaterEqual(loops, 3)
+        turned = self.clips / "turned.mp4"
+        turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
+        self.quilex("import", self.small, turned)
+        wait_for(lambda: b'"UpdateVideoList"' in posted.stdout.readline(), "the notification")
+        self.assertEqual(self.session.settings()["alreadyImportVideo"], True)
+        video, upright = self.videos()[loops:]
+        facts = {"id": loops + 1, "title": "small", "time": 1, "size": self.small.stat().st_size, "ratio": "16:9"}
+        facts |= {"width": 128, "height": 72, "frame": 10, "rate": 10, "audio": 1, "url": self.small.as_uri()}
+        self.assertLessEqual(facts.items(), video.items())
+        self.assertEqual((upright["width"], upright["height"], upright["ratio"]), (72, 128, "9:16"))
+        self.check_covers(2)
+        # On a terminal it tells how far it is, and leaves no trace of that.
+        terminal, errors = pty.openpty()
+        subprocess.run(self.command("import", self.red), env=self.session.environment, stderr=errors, stdout=subprocess.DEVNULL, check=True)
+        os.close(errors)
+        shown = os.read(terminal, 4096).decode()
+        os.close(terminal)
+        self.assertRegex(shown, r"(?s)^\r\[1/1\] red.mp4 .*100 %.*\r\x1b\[K$")
+
+    def test_files_that_are_no_videos_are_refused_one_by_one(self):
+        folder = self.session.folder / "videos"
+        folder.mkdir()
+        (folder / "folder.mp4").mkdir()
+        os.mkfifo(folder / "pipe.mp4")
+        contents = {"text.txt": b"words\n" * 99, "list.m3u8": b"#EXTM3U\n#EXTINF:1,\nsmall.mp4\n", "empty.mp4": b""}
+        contents |= {"garbage.mp4": random.randbytes(9999), "cut.mp4": self.small.read_bytes()[:2000]}
+        contents |= {"list.ffconcat": b"ffconcat version 1.0\nfile small.mp4\n"}
+        for name, content in contents.items():
+            (folder / name).write_bytes(content)
+        sound = folder / "sound.m4a"
+        subprocess.run(["ffmpeg", "-v", "error", "-i", str(self.small), "-vn", str(sound)], check=True, timeout=60)
+        names = ["missing.mp4", *os.listdir(folder)]
+        errors = self.quilex("import", *(folder / name for name in names), self.small, status=1).splitlines()
+        for name, error in zip(names, errors, strict=False):
+            self.assertTrue(error.startswith(f"quilex: {folder}/{name}: "), error)
+        self.assertEqual(len(errors), len(names) + 1)
+        for name, words in {"missing.mp4": "no such file", "folder.mp4": "a folder", "empty.mp4": "empty"}.items():
+            self.assertIn(words, errors[names.index(name)])
+        self.check_covers(1)
+
+    def test_any_name_will_do_and_contents_count_once(self):
+        names = [b"a b%20#?\n\x1b[31m.mp4", b"\xff\xfe.mp4", b"-x.mp4", b"n" * 251 + b".mp4", "日本.mp4".encode()]
+        folder = os.fsencode(self.session.folder)
+        for number, name in enumerate(names):
+            vary(self.small, pathlib.Path(os.fsdecode(os.path.join(folder, name))), number)
+        loops = len(self.videos())
+        self.quilex("import", "--", *names, cwd=folder)
+        for name, video in zip(names, self.videos()[loops:], strict=True):
+            path = urllib.parse.unquote_to_bytes(video["url"].removeprefix("file://"))
+            self.assertEqual(path, os.path.join(os.path.realpath(folder), name))
+            self.assertTrue(video["title"].isprintable())
+        self.assertNotIn("\x1b", self.quilex("list"))
+        again = self.quilex("import", os.path.join(folder, names[0]))
+        self.assertIn("already in the library", again)
+        # A video that was moved is found again; a copy of one that is in its place changes nothing.
+        url = lambda: self.videos()[loops]["url"]
+        first, copy = os.path.join(folder, names[0]), os.path.join(folder, b"copy.mp4")
+        before = url()
+        shutil.copy(first, copy)
+        self.quilex("import", copy)
+        self.assertEqual(url(), before)
+        os.remove(first)
+        self.assertIn("(its file is gone)", self.quilex("list"))
+        self.quilex("import", copy)
+        self.assertTrue(url().endswith("/copy.mp4"))
+        self.assertEqual(len(self.videos()), loops + len(names))
+
+    def test_play_and_remove(self):
+        loops = [video["sign"] for video in self.videos()]
+        self.quilex("import", self.red, self.green)
+        red, green = (video["sign"] for video in self.videos()[-2:])
+        self.session.write_settings(IsOpenPlayer=False)
+        self.quilex("play", red[:6])
+        chosen = {"CurrentVideoSign": red, "IsOpenPlayer": True, "isPlaying": True}
+        self.assertLessEqual(chosen.items(), self.session.settings().items())
+        self.assertRegex(self.quilex("list"), rf"\n\* {red}  0:30 +640x360 +red\n")
+        self.assertIn(f"red ({red})", self.quilex("status"))
+
+        with sqlite3.connect(self.session.library_file) as database:
+            rows = [("abcd1", "/gone"), ("abcd2", "/gone")]
+            database.executemany("insert into LocalVideos (sign, url) values (?, ?)", rows)
+        database.close()
+        self.assertIn("abcd1, abcd2", self.quilex("play", "abcd", status=1))
+        self.assertIn("is gone", self.quilex("play", "abcd1", status=1))
+        self.assertIn("4 characters", self.quilex("play", red[:3], status=1))
+        self.assertEqual(self.session.settings()["CurrentVideoSign"], red)
+
+        # All or nothing; the wallpaper goes on with the next that can be played, and closes after the last.
+        self.quilex("remove", green, "unknown", status=1)
+        self.assertEqual(len(self.videos()), len(loops) + 4)
+        self.quilex("remove", green, red, red)
+        self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
+        self.check_covers(0)
+        self.assertTrue(pathlib.Path(self.red).exists())
+        self.quilex("remove", *loops)
+        self.assertEqual(self.session.settings()["IsOpenPlayer"], False)
+        self.quilex("remove", "abcd1", "abcd2")
+        self.assertEqual(self.videos(), [])
+
+    def test_settings(self):
+        absent = dict(line.split(" ", 1) for line in self.quilex("get").splitlines())
+        self.assertEqual(absent | {"Volume": "0.5", "IsOpenPlayer": "true", "Mute": "false", "PlayMode": "0"}, absent)
+        self.assertFalse(self.session.settings_file.exists())
+        german = {**self.session.environment, "LC_ALL": "de_DE.UTF-8"}
+        subprocess.run(self.command("set", "Volume", "0.1"), env=german, check=True, timeout=20)
+        self.assertEqual(self.session.settings(), {"Volume": 0.1})
+        refused = [("Volume", value) for value in ("nan", "inf", "-inf", " 1", "1 ", "1x", "1.01", "1e999", "0,5", "", "-1")]
+        refused += [("PlayMode", value) for value in ("3", "-1", "1.0", "9" * 30)] + [("Mute", "yes"), ("volume", "1")]
+        for key, value in refused:
+            self.assertIn(key, self.quilex("set", "--", key, value, status=2))
+        self.assertIn("in the library", self.quilex("set", "CurrentVideoSign", "nothing", status=1))
+        self.quilex("frobnicate", status=2)
+        self.assertEqual(self.session.settings(), {"Volume": 0.1})
+        self.assertIn("MonitorArrange", self.quilex("set", "--help"))
+
+        # What cannot be written is told, and nothing of it is lost.
+        def small_disk():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
+
+        self.session.write_settings(another="x" * 999)
+        before = self.session.settings_file.read_bytes()
+        self.assertIn("settings.json", self.quilex("set", "Mute", "true", status=1, preexec_fn=small_disk))
+        self.assertEqual(self.session.settings_file.read_bytes(), before)
+        self.session.settings_file.write_text("{")
+        for arguments in (("set", "Mute", "true"), ("get", "Mute"), ("import", self.small)):
+            self.assertIn("settings.json is not a JSON object", self.quilex(*arguments, status=1))
+        self.assertEqual(self.session.settings_file.read_text(), "{")
+
+    def test_the_output_may_end_early(self):
+        full = subprocess.run(
+            f"'{self.command()[0]}' list >/dev/full; echo $?; '{self.command()[0]}' list | true; echo ${{PIPESTATUS[0]}}",
+            shell=True, executable="/bin/bash", env=self.session.environment, capture_output=True, text=True, check=True,
+        )
+        self.assertEqual(full.stdout.split(), ["1", "0"])
+        self.assertEqual(full.stderr.count("\n"), 1)
+
+
+class CompanionAtOnce(CompanionTest):
+    def run_all(self, commands):
+        """Runs the commands at once and answers their standard output."""
+        options = {"env": self.session.environment, "stdout": subprocess.PIPE}
+        running = [subprocess.Popen(self.command(*each), **options) for each in commands]
+        results = [(each.communicate(timeout=300)[0].decode(), each.returncode) for each in running]
+        self.assertEqual({status for _, status in results}, {0})
+        return [output for output, _ in results]
+
+    def test_settings_lose_nothing(self):
+        self.session.write_settings(another="one")
+        sign = self.videos()[0]["sign"]
+        rounds = [("1", "2", "3", "0.25", "true", "false"), ("2", "1", "4", "0.75", "false", "true")]
+        for number, values in enumerate(rounds * 2):
+            keys = ("MonitorArrange", "PlayMode", "ScreenIndex", "Volume", "Mute", "isPlaying")
+            wanted = dict(zip(keys, values)) | {"CurrentVideoSign": sign, "autolaunch": "false", "IsOpenPlayer": "false"}
+            wanted["alreadyImportVideo"] = "true"
+            # A hundred at once in the last round; before it each key once, so that nothing makes up for a loss.
+            self.run_all([("set", key, value) for key, value in wanted.items()] * (10 if number == 3 else 1))
+            stored = {key: json.dumps(value).strip('"') for key, value in self.session.settings().items()}
+            self.assertEqual(stored, wanted | {"another": "one"})
+
+    def test_imports_add_one_row_each(self):
+        clips = [vary(self.small, self.clips / f"once {number}.mp4", number) for number in range(4)]
+        self.session.library_file.parent.parent.mkdir()
+        output = self.run_all([("import", clip) for clip in clips] * 25)
+        self.assertEqual(sum("already" not in line for line in output), len(clips))
+        self.check_covers(len(clips))
+        numbers = [video["id"] for video in self.videos()]
+        self.assertEqual(numbers, list(range(1, len(numbers) + 1)))
+
+    def test_an_import_may_be_killed_at_any_moment(self):
+        clips = [vary(self.small, self.clips / f"many {number}.mp4", number) for number in range(200)]
+        options = {"env": self.session.environment, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+        for how in [signal.SIGKILL] * 4 + [signal.SIGINT] + [signal.SIGKILL] * 4:
+            done = len(self.rows()) if self.session.library_file.exists() else 0
+            lines = done + random.randint(0, 18)
+            with subprocess.Popen(self.command("import", *clips), **options) as program:
+                shown = list(itertools.islice(program.stdout, lines))
+                # Somewhere within the next file.
+                try:
+                    program.wait(timeout=random.uniform(0, 0.03))
+                except subprocess.TimeoutExpired:
+                    pass
+                program.send_signal(how)
+                program.stdout.read()
+                self.assertEqual(program.wait(timeout=20), -how if how == signal.SIGKILL else 1)
+                errors = program.stderr.read()
+            self.assertEqual(b"interrupted" in errors, how == signal.SIGINT)
+            self.assertEqual(len(shown), lines)
+            self.assertGreaterEqual(len(self.rows()) if self.session.library_file.exists() else 0, lines)
+        self.quilex("import", *clips)
+        self.check_covers(200)
+
+
+class CompanionWithAgent(CompanionTest):
+    def test_the_agent_follows(self):
+        self.session.close()
+        self.session = session = Session(BUILD)
+        session.make_library()
+        self.assertIn("not running", self.quilex("status"))
+        red, green = (line.split()[0] for line in self.quilex("import", self.red, self.green).splitlines())
+        session.start_agent()
+        everywhere = lambda colour: {(640, 360): colour, (1680, 300): colour}
+        session.wait_for_pixels(everywhere(RED), "the first video")
+        self.assertIn("agent:       running", self.quilex("status"))
+        self.quilex("play", green)
+        session.wait_for_pixels(everywhere(GREEN), "the other video")
+        self.quilex("set", "Volume", "0.25")
+        self.quilex("set", "MonitorArrange", "2")
+        wait_for(lambda: len(session.windows()) == 1, "one monitor only")
+        self.quilex("set", "MonitorArrange", "1")
+        wait_for(lambda: len(session.windows()) == 2, "both monitors")
+        self.assertEqual(session.settings()["Volume"], 0.25)
+        self.quilex("play", red)
+        session.wait_for_pixels(everywhere(RED), "the first video again")
+        # The video to go on with is then the first of the list, where a list without the removed one begins.
+        self.quilex("remove", red)
+        session.wait_for_pixels(everywhere(GREEN), "the video that is left")
+        self.quilex("remove", green)
+        wait_for(lambda: not session.windows(), "no wallpaper")
+        self.quilex("import", self.red)
+        self.quilex("play", red)
+        session.wait_for_pixels(everywhere(RED), "the video that was imported again")
+        self.assertEqual(session.end_agent(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
