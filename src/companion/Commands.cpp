@@ -136,7 +136,7 @@ std::string agentLine() {
 std::string meaningInForce(const SettingsSuite& suite, const char* key) {
   const auto setting = std::get<Setting>(findSetting(key));
   std::string_view meanings = setting.meaning;
-  const std::string value = setting.value(suite);
+  std::string value = setting.value(suite);
   for (std::string number = "0"; number != value; ++number[0]) {
     const auto end = meanings.find("; ");
     if (end == std::string_view::npos) {

@@ -21,6 +21,8 @@ namespace quilex {
 
 namespace {
 
+// AV_TIME_BASE_Q, which is no C++.
+constexpr AVRational kTimeBase{1, AV_TIME_BASE};
 constexpr int kCoverWidth = 640;
 constexpr int kCoverQuality = 85;
 constexpr int kSmallestHighDefinition = 720;
@@ -150,7 +152,7 @@ Owned<AVFrame> pictureAt(AVFormatContext* input, int index, double seconds) {
     }
     latest.reset(av_frame_clone(picture));
     const auto time = picture->best_effort_timestamp;
-    if (time == AV_NOPTS_VALUE || av_compare_ts(time, input->streams[index]->time_base, target, AV_TIME_BASE_Q) >= 0) {
+    if (time == AV_NOPTS_VALUE || av_compare_ts(time, input->streams[index]->time_base, target, kTimeBase) >= 0) {
       break;
     }
   }

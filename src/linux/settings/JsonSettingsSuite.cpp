@@ -285,9 +285,10 @@ JsonSettingsSuite::Writing JsonSettingsSuite::write() {
   QSaveFile file(name);
   const std::string text = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
   const auto size = static_cast<qint64>(text.size());
-  // A disk that becomes full takes a part, which is no error to QSaveFile.
-  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size || !file.commit()) {
-    writeError = "cannot be written (" + file.errorString().toStdString() + ")";
+  // QSaveFile itself would put a file in place of which a full disk took only a part.
+  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size || !file.flush() || !file.commit()) {
+    const bool named = file.error() != QFileDevice::NoError;
+    writeError = "cannot be written (" + (named ? file.errorString().toStdString() : "the disk may be full") + ")";
     return Writing::failed;
   }
   values = std::move(changed);
