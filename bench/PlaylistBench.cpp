@@ -46,9 +46,9 @@ double seconds(const std::function<void()>& work) {
 
 // The least that any reading of these rows must do: each column converted to its type, nothing kept.
 void bareLoop(sqlite3* database) {
-  static constexpr std::array kIsText{false, true,  true,  true,  true,  true,  false, false, true,
-                                      false, true,  true,  false, false, false, false, false, true,
-                                      false, false, true,  true,  false, true,  false};
+  static constexpr std::array kIsText{false, true,  true, true,  true,  true,  false, false, true,
+                                      false, true,  true, false, false, false, false, false, true,
+                                      false, false, true, true,  false, true,  false};
   sqlite3_stmt* statement = nullptr;
   sqlite3_prepare_v2(database, "select * from LocalVideos", -1, &statement, nullptr);
   std::size_t sum = 0;

@@ -4,10 +4,9 @@
 // "drawings N" with the number of times that anything was drawn on the screen. The counter is a strip of kBits cells,
 // white for 1, in the top left corner of the screen, the least significant bit first (see measure.py).
 
+#include <poll.h>
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
-
-#include <poll.h>
 
 #include <chrono>
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
+#include <QCoreApplication>
 #include <cstdlib>
 #include <random>
 #include <string_view>
@@ -10,6 +11,7 @@
 
 #include "app/FatalError.h"
 #include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/QtStatusItem.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/x11/X11ShmRenderer.h"
 
@@ -52,11 +54,8 @@ UniformRandom systemRandom() {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::function<void()> desktopLost) {
-  auto x11 = X11Connection::open();
-  if (!x11) {
-    return Failure{"no desktop to play on: there is no X server at DISPLAY, or it has no 24-bit colour"};
-  }
+std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<X11Connection> x11,
+                                                                                   std::function<void()> desktopLost) {
   auto loop = std::make_unique<QtRunLoop>();
   const auto file = configHome() / AppInfo::groupIdentifier / "settings.json";
   auto suite = JsonSettingsSuite::open(file, *loop);
@@ -78,6 +77,7 @@ Composition::Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<Jso
     : runLoop(std::move(loop)),
       suite(std::move(settingsSuite)),
       connection(std::move(x11)),
+      systemTray(*connection),
       renderer(*chosen),
       output(std::move(chosen)),
       windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
@@ -126,6 +126,24 @@ VideoPlayerManager& Composition::videoPlayerManager() {
   return *manager;
 }
 
+StatusBarManager& Composition::statusBarManager() {
+  if (!statusBar) {
+    const auto makeStatusItem = [this] {
+      return std::make_unique<QtStatusItem>(
+          bundle, *runLoop,
+          EmbeddingTray{[this] { return systemTray.isPresent(); },
+                        [this](std::function<void()> handler) { return systemTray.observe(std::move(handler)); }});
+    };
+    statusBar = std::make_unique<StatusBarManager>(
+        StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
+                                   [](const char* english, const char* comment) {
+                                     return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+                                   },
+                                   appInfo().displayVersion(), nullptr});
+  }
+  return *statusBar;
+}
+
 const AppInfo& AppInfo::shared() {
   return Composition::instance().appInfo();
 }
@@ -137,6 +155,9 @@ LocalVideoDBManager& LocalVideoDBManager::shared() {
 }
 VideoPlayerManager& VideoPlayerManager::shared() {
   return Composition::instance().videoPlayerManager();
+}
+StatusBarManager& StatusBarManager::shared() {
+  return Composition::instance().statusBarManager();
 }
 
 }  // namespace quilex

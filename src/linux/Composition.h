@@ -8,6 +8,7 @@
 
 #include "app/AppInfo.h"
 #include "library/LocalVideoDBManager.h"
+#include "linux/LinuxWorkspace.h"
 #include "linux/StandardConsole.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
@@ -15,9 +16,11 @@
 #include "linux/render/VideoOutput.h"
 #include "linux/settings/JsonSettingsSuite.h"
 #include "linux/x11/X11Connection.h"
+#include "linux/x11/X11SystemTray.h"
 #include "linux/x11/X11WindowServer.h"
 #include "playback/VideoPlayerManager.h"
 #include "settings/Preferences.h"
+#include "ui/StatusBarManager.h"
 
 namespace quilex {
 
@@ -30,8 +33,9 @@ class Composition {
     std::string message;
   };
 
-  /// Connects to the desktop and opens the settings. `desktopLost` is called once if the desktop goes away.
-  static std::variant<std::unique_ptr<Composition>, Failure> make(std::function<void()> desktopLost);
+  /// Opens the settings and chooses the renderer. `desktopLost` is called once if the desktop goes away.
+  static std::variant<std::unique_ptr<Composition>, Failure> make(std::unique_ptr<X11Connection> x11,
+                                                                  std::function<void()> desktopLost);
   ~Composition();
   Composition(const Composition&) = delete;
   Composition& operator=(const Composition&) = delete;
@@ -43,8 +47,10 @@ class Composition {
   Preferences& preferences();
   LocalVideoDBManager& library();
   VideoPlayerManager& videoPlayerManager();
+  StatusBarManager& statusBarManager();
   DistributedNotificationCenter& notificationCenter() { return notifications; }
   WindowServer& windowServer() { return *windows; }
+  Workspace& workspace() { return session; }
 
  private:
   Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<JsonSettingsSuite> settings,
@@ -55,8 +61,10 @@ class Composition {
   StandardConsole console;
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
+  LinuxWorkspace session;
   std::unique_ptr<JsonSettingsSuite> suite;
   std::unique_ptr<X11Connection> connection;
+  X11SystemTray systemTray;
   Renderer& renderer;
   VideoOutput output;
   std::unique_ptr<X11WindowServer> windows;
@@ -64,6 +72,7 @@ class Composition {
   std::unique_ptr<Preferences> settings;
   std::unique_ptr<LocalVideoDBManager> videos;
   std::unique_ptr<VideoPlayerManager> manager;
+  std::unique_ptr<StatusBarManager> statusBar;
 };
 
 }  // namespace quilex

@@ -1,4 +1,4 @@
-#include <QCoreApplication>
+#include <QApplication>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,31 +10,23 @@
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/qt/TerminationSignals.h"
 
-int main(int argc, char** argv) {
-  using quilex::Composition;
+namespace {
 
-  // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
-  std::signal(SIGPIPE, SIG_IGN);
-  const QCoreApplication application(argc, argv);
+using quilex::Composition;
 
-  const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
+// The toolkit ends the process by itself when it is the first to see that the desktop is gone; the main application is
+// told even then.
+quilex::AppDelegate* delegateAtExit = nullptr;
 
-  switch (quilex::claimInstanceName()) {
-    case quilex::InstanceState::first:
-      break;
-    case quilex::InstanceState::another:
-      std::fputs("quilexhelper: already running in this session\n", stderr);
-      return EXIT_SUCCESS;
-    case quilex::InstanceState::noBus:
-      std::fputs(
-          "quilexhelper: no D-Bus session bus: changes of the library are not noticed, and a second start is not "
-          "prevented\n",
-          stderr);
-      break;
+void terminateDelegate() {
+  if (delegateAtExit != nullptr) {
+    delegateAtExit->applicationWillTerminate();
   }
+}
 
+int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   int status = EXIT_SUCCESS;
-  auto made = Composition::make([&status] {
+  auto made = Composition::make(std::move(x11), [&status] {
     std::fputs("quilexhelper: the X server is gone\n", stderr);
     status = EXIT_FAILURE;
     QCoreApplication::quit();
@@ -45,12 +37,55 @@ int main(int argc, char** argv) {
   }
   const auto composition = std::get<std::unique_ptr<Composition>>(std::move(made));
 
-  quilex::AppDelegate delegate({[]() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
-                                composition->notificationCenter()});
-  const auto screens =
-      composition->windowServer().observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
+  quilex::AppDelegate delegate({[]() -> quilex::Preferences& { return quilex::Preferences::shared(); },
+                                []() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
+                                []() -> quilex::StatusBarManager& { return quilex::StatusBarManager::shared(); },
+                                composition->workspace(), composition->notificationCenter()});
+  delegateAtExit = &delegate;
+  std::atexit(terminateDelegate);
+  quilex::WindowServer& windows = composition->windowServer();
+  const auto screens = windows.observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
+  const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
+  const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
   QCoreApplication::exec();
   delegate.applicationWillTerminate();
+  delegateAtExit = nullptr;
   return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
+  std::signal(SIGPIPE, SIG_IGN);
+  // The toolkit would end the process without a word of ours if there were no desktop.
+  auto x11 = quilex::X11Connection::open();
+  if (!x11) {
+    std::fputs("quilexhelper: no desktop to play on: there is no X server at DISPLAY, or it has no 24-bit colour\n",
+               stderr);
+    return EXIT_FAILURE;
+  }
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+  }
+  const QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
+
+  switch (quilex::claimInstanceName()) {
+    case quilex::InstanceState::first:
+      break;
+    case quilex::InstanceState::another:
+      std::fputs("quilexhelper: already running in this session\n", stderr);
+      return EXIT_SUCCESS;
+    case quilex::InstanceState::noBus:
+      std::fputs(
+          "quilexhelper: no D-Bus session bus: changes of the library are not noticed, a second start is not "
+          "prevented, "
+          "and the status item appears only in trays of the older kind\n",
+          stderr);
+      break;
+  }
+  return runAgent(std::move(x11));
 }

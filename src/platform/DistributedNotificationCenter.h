@@ -17,6 +17,9 @@ class DistributedNotificationCenter {
   [[nodiscard]] virtual Disposable observe(const std::string& name, std::function<void()> handler) = 0;
   /// Posts a notification with no object and no user information.
   virtual void post(const std::string& name) = 0;
+  /// Holds notifications back from this process, or, with false, delivers them whether or not it is the active one. A
+  /// centre that never holds any back ignores this.
+  virtual void setSuspended(bool suspended) = 0;
 };
 
 }  // namespace quilex

@@ -49,6 +49,9 @@ class WindowServer {
 
   /// Tells that monitors came, went or changed; once per turn of the run loop however many changes there were.
   [[nodiscard]] virtual Disposable observeScreens(std::function<void()> handler) = 0;
+  /// Tells that the agent's windows, taken together, came to be fully covered by other windows, or visible again. Not
+  /// told of what the agent's own showing, hiding and ordering of them brings about.
+  [[nodiscard]] virtual Disposable observeOcclusion(std::function<void()> handler) = 0;
   /// Tells that another workspace became the active one. Never, on desktops that do not say so.
   [[nodiscard]] virtual Disposable observeActiveSpace(std::function<void()> handler) = 0;
 };

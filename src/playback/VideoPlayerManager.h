@@ -51,6 +51,8 @@ class VideoPlayerManager {
   VideoPlayerScreenType screenType;
   /// The screen that `lonely` uses.
   std::int64_t screenIndex;
+  /// Whether the wallpaper stands in front of the desktop icons; takes effect with the next `applyLevelAndOrder`.
+  bool isHideDesktopIcon = false;
 
   // Windows (VideoPlayerManagerWindows.cpp)
 
@@ -61,7 +63,6 @@ class VideoPlayerManager {
   void applyLevelAndOrder();
   /// Puts the wallpaper in front of the desktop icons, or behind them.
   void setHideDesktopIcon(bool hide);
-  bool isHideDesktopIcon() const { return hidesDesktopIcon; }
   /// To be called when monitors came, went or changed.
   void screensChanged();
   void activeSpaceDidChange();
@@ -121,7 +122,6 @@ class VideoPlayerManager {
   std::vector<std::unique_ptr<WallpaperWindow>> windows;
   VideoInfoList list;
   std::mutex videoListLocker;
-  bool hidesDesktopIcon = false;
   bool awaitsPlayableNode = false;
   /// Whether the library answered when the playlist was last filled.
   bool listWasRead = true;

@@ -44,7 +44,7 @@ void VideoPlayerManager::relayout() {
 
 void VideoPlayerManager::applyLevelAndOrder(WallpaperWindow& window) const {
   window.setLevel(WindowLevel::desktopIcon);
-  hidesDesktopIcon ? window.orderFront() : window.orderBack();
+  isHideDesktopIcon ? window.orderFront() : window.orderBack();
 }
 
 void VideoPlayerManager::applyLevelAndOrder() {
@@ -54,7 +54,7 @@ void VideoPlayerManager::applyLevelAndOrder() {
 }
 
 void VideoPlayerManager::setHideDesktopIcon(bool hide) {
-  hidesDesktopIcon = hide;
+  isHideDesktopIcon = hide;
   if (services.preferences.isOpenPlayer.get()) {
     applyLevelAndOrder();
   }
@@ -67,7 +67,7 @@ void VideoPlayerManager::screensChanged() {
 }
 
 void VideoPlayerManager::activeSpaceDidChange() {
-  setHideDesktopIcon(hidesDesktopIcon);
+  setHideDesktopIcon(isHideDesktopIcon);
 }
 
 std::optional<std::int64_t> VideoPlayerManager::valueForKey(std::string_view key) const {

@@ -62,7 +62,7 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
   auto program = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "program");
   const QString path = "/com/dravo/quilex/Notifications";
   const QString interface = "com.dravo.quilex.Notifications";
-  SignalReceiver receiver([&] { ++seen; });
+  SignalReceiver receiver([&](bool) { ++seen; });
   program.connect({}, path, interface, "Posted", "ssa{sv}", &receiver, SLOT(received()));
   program.interface()->isServiceRegistered("a.b");  // the bus has the registration once it answers this
   center.post("A");

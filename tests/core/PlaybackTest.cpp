@@ -1,10 +1,7 @@
-#include <SQLiteCpp/SQLiteCpp.h>
-
 #include <set>
 
-#include "app/AppDelegate.h"
 #include "playback/ScreenLayout.h"
-#include "support/Fakes.h"
+#include "support/AgentTest.h"
 
 namespace quilex::test {
 
@@ -36,53 +33,7 @@ TEST(ScreenLayoutTest, ChoosesScreensLaysOutViewsAndTellsWhenTheyNoLongerFit) {
   EXPECT_TRUE(needsRelayout({left, main}, {main, {"left", {-1280, 1, 1280, 800}}}));
 }
 
-struct PlaybackTest : testing::Test {
-  PlaybackTest() {
-    sql("create table LocalVideos(sign, url)");
-    windowServer.currentScreens = {{"left", {0, 0, 1920, 1080}}, {"right", {1920, 0, 1920, 1080}}};
-  }
-  void sql(const std::string& text) const {
-    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(text);
-  }
-  // Files of small letters do not exist.
-  void add(const std::vector<std::string>& signs) const {
-    for (const std::string& sign : signs) {
-      sql("insert into LocalVideos values('" + sign + "', 'file://" + folder / sign + "')");
-      sign < "a" ? folder.write(sign) : sign;
-    }
-  }
-  void launch(const decltype(FakeSettingsSuite::values)& stored) {
-    manager.reset();
-    suite.values = stored;
-    preferences.emplace(suite, runLoop);
-    library.emplace(folder.path, std::nullopt, console);
-    const auto makePlayer = [this] {
-      auto made = std::make_unique<FakeVideoPlayer>();
-      player = made.get();
-      return made;
-    };
-    manager.emplace(VideoPlayerManager::Services{*preferences, *library, windowServer, center, runLoop, console,
-                                                 makePlayer, [this](std::size_t bound) { return random(bound); }});
-    delegate.applicationDidFinishLaunching();
-  }
-  std::string commands() { return std::exchange(player->commands, ""); }
-  std::string orders(std::size_t window) { return std::exchange(windowServer.orders.at(window), ""); }
-  void libraryChanged() { center.names["UpdateVideoList"].notify(); }
-  void end() { player->endObservers.notify(); }
-  void status(PlayerItemStatus newStatus) { player->statusObservers.notify(newStatus); }
-  TemporaryFolder folder;
-  FakeRunLoop runLoop;
-  FakeSettingsSuite suite;
-  FakeConsole console;
-  FakeNotificationCenter center;
-  FakeWindowServer windowServer;
-  std::function<std::size_t(std::size_t)> random = [](std::size_t) { return 0U; };
-  FakeVideoPlayer* player = nullptr;
-  std::optional<Preferences> preferences;
-  std::optional<LocalVideoDBManager> library;
-  std::optional<VideoPlayerManager> manager;
-  AppDelegate delegate{{[this]() -> VideoPlayerManager& { return *manager; }, center}};
-};
+using PlaybackTest = AgentTest;
 
 TEST_F(PlaybackTest, LaunchPlaysInAWindowOnEachScreen) {
   add({"a", "b", "C"});

@@ -12,8 +12,10 @@
 #include "platform/DistributedNotificationCenter.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
+#include "platform/StatusItem.h"
 #include "platform/VideoPlayer.h"
 #include "platform/WindowServer.h"
+#include "platform/Workspace.h"
 
 namespace quilex::test {
 
@@ -113,6 +115,7 @@ struct FakeNotificationCenter : DistributedNotificationCenter {
   std::map<std::string, ObserverList<>> names;
   Disposable observe(const std::string& name, Handler handler) override { return names[name].add(std::move(handler)); }
   void post(const std::string& name) override { posted += " " + name; }
+  void setSuspended(bool suspended) override { posted += suspended ? " held" : " delivered"; }
 };
 
 struct FakeVideoPlayer : VideoPlayer {
@@ -162,6 +165,7 @@ struct FakeWindowServer : WindowServer {
   std::deque<std::string> orders;
   ObserverList<> screenObservers;
   ObserverList<> spaceObservers;
+  ObserverList<> occlusionObservers;
   std::vector<Screen> screens() const override { return currentScreens; }
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override {
     auto window = std::make_unique<Window>(screen, orders.emplace_back());
@@ -169,7 +173,33 @@ struct FakeWindowServer : WindowServer {
     return window;
   }
   Disposable observeScreens(Handler handler) override { return screenObservers.add(std::move(handler)); }
+  Disposable observeOcclusion(Handler handler) override { return occlusionObservers.add(std::move(handler)); }
   Disposable observeActiveSpace(Handler handler) override { return spaceObservers.add(std::move(handler)); }
+};
+
+struct FakeStatusItem : StatusItem {
+  std::string image;
+  std::shared_ptr<Menu> menu;
+  void setTemplateImage(const std::string& name) override { image = name; }
+  void setMenu(std::shared_ptr<Menu> newMenu) override { menu = std::move(newMenu); }
+};
+
+struct FakeWorkspace : Workspace {
+  /// What was asked for, and the answer to give in an open panel.
+  std::string log;
+  std::function<void(bool)> answer;
+  ObserverList<> wakeObservers;
+  ObserverList<> resignObservers;
+  void launchApplication(const std::string& identifier) override { log += " " + identifier; }
+  void showOpenPanel(const std::vector<std::string>& types, std::function<void(bool)> done) override {
+    for (const std::string& type : types) {
+      log += " " + type;
+    }
+    answer = std::move(done);
+  }
+  void terminate() override { log += " terminate"; }
+  Disposable observeWake(Handler handler) override { return wakeObservers.add(std::move(handler)); }
+  Disposable observeResignActive(Handler handler) override { return resignObservers.add(std::move(handler)); }
 };
 
 }  // namespace quilex::test

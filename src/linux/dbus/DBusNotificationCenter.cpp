@@ -24,7 +24,7 @@ DBusNotificationCenter::DBusNotificationCenter() = default;
 DBusNotificationCenter::~DBusNotificationCenter() = default;
 
 Disposable DBusNotificationCenter::observe(const std::string& name, std::function<void()> handler) {
-  const auto receiver = std::make_shared<SignalReceiver>(std::move(handler));
+  const auto receiver = std::make_shared<SignalReceiver>([run = std::move(handler)](bool) { run(); });
   const QStringList match{QString::fromStdString(name)};
   auto bus = QDBusConnection::sessionBus();
   if (bus.isConnected()) {

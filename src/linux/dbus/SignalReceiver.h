@@ -6,22 +6,23 @@
 
 namespace quilex {
 
-/// The slot that a bus connection calls.
+/// The slots that a bus connection calls. `argument` is the signal's only one if it is a boolean, else false.
 class SignalReceiver : public QObject {
   Q_OBJECT
 
  public:
-  explicit SignalReceiver(std::function<void()> action) : handler(std::move(action)) {}
+  explicit SignalReceiver(std::function<void(bool argument)> action) : handler(std::move(action)) {}
 
  public slots:  // NOLINT(readability-redundant-access-specifiers): Qt's own
-  void received() {
+  void received() { received(false); }
+  void received(bool argument) {
     // The handler may release the registration and with it this object.
     const auto running = handler;
-    running();
+    running(argument);
   }
 
  private:
-  std::function<void()> handler;
+  std::function<void(bool)> handler;
 };
 
 }  // namespace quilex

@@ -12,9 +12,11 @@ namespace quilex {
 namespace {
 
 constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> kAtomNames{
+    "MANAGER",
     "_MOTIF_WM_HINTS",
     "_NET_CURRENT_DESKTOP",
     "_NET_SUPPORTING_WM_CHECK",
+    "_NET_SYSTEM_TRAY_S0",
     "_NET_WM_DESKTOP",
     "_NET_WM_NAME",
     "_NET_WM_PID",

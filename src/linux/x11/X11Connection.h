@@ -28,9 +28,11 @@ template <typename Type>
 using XcbPointer = std::unique_ptr<Type, FreeDeleter>;
 
 enum class Atom {
+  manager,
   motifWmHints,
   netCurrentDesktop,
   netSupportingWmCheck,
+  netSystemTray,
   netWmDesktop,
   netWmName,
   netWmPid,

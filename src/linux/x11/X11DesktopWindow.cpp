@@ -118,15 +118,15 @@ void X11DesktopWindow::order(Order where) {
   wanted = true;
   wantedOrder = where;
   corrections = 0;
-  if (mapped) {
-    restack();
-  } else if (surface && surface->isReady()) {
-    show();
-  }
+  misplaced = true;
 }
 
 void X11DesktopWindow::settle() {
-  if (!wanted && mapped) {
+  if (wanted && mapped && misplaced) {
+    restack();
+  } else if (wanted && !mapped && surface && surface->isReady()) {
+    show();
+  } else if (!wanted && mapped) {
     mapped = false;
     if (surface) {
       surface->setVisible(false);
@@ -163,6 +163,7 @@ void X11DesktopWindow::reassert() {
 }
 
 void X11DesktopWindow::restack() {
+  misplaced = false;
   if (!connection.hasWindowManager()) {
     restackUnmanaged();
     return;

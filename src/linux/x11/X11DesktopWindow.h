@@ -24,12 +24,15 @@ class X11DesktopWindow {
   void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
 
   enum class Order { back, front };
-  /// Shows the window (as soon as there is a frame to show) at that end of the desktop windows.
+  /// The window is to be shown (as soon as there is a frame to show) at that end of the desktop windows. Takes effect
+  /// with `settle`, as does hiding, so that what is undone in the same turn of the run loop is never seen.
   void order(Order where);
-  /// The window is to be hidden; it stays until `settle`, so that it can be shown again without leaving the screen.
   void orderOut() { wanted = false; }
-  /// Unmaps the window if it is still to be hidden.
+  /// Shows, restacks or hides the window as it was asked last.
   void settle();
+  bool isMapped() const { return mapped; }
+  /// Whether other windows cover all of it.
+  bool isObscured() const { return obscured; }
   /// A window manager came or went.
   void reassert();
 
@@ -58,6 +61,7 @@ class X11DesktopWindow {
   bool wanted = false;
   bool mapped = false;
   bool obscured = false;
+  bool misplaced = false;
   bool pressed = false;
   int corrections = 0;
 };

@@ -12,6 +12,8 @@ namespace quilex {
 namespace {
 
 constexpr std::chrono::milliseconds kNextTurn{0};
+// The server and the window manager have answered a request of the agent's own by then.
+constexpr std::chrono::milliseconds kOwnOrdering{500};
 
 std::string atomName(xcb_connection_t* connection, xcb_atom_t atom) {
   const XcbPointer<xcb_get_atom_name_reply_t> reply(
@@ -34,14 +36,19 @@ class X11WindowServer::Window : public WallpaperWindow {
   }
   // The type of the window is its level.
   void setLevel(WindowLevel /*level*/) override {}
-  void orderBack() override { window->order(X11DesktopWindow::Order::back); }
-  void orderFront() override { window->order(X11DesktopWindow::Order::front); }
+  void orderBack() override { order(X11DesktopWindow::Order::back); }
+  void orderFront() override { order(X11DesktopWindow::Order::front); }
   void orderOut() override {
     window->orderOut();
     server.settleSoon();
   }
 
  private:
+  void order(X11DesktopWindow::Order where) {
+    window->order(where);
+    server.settleSoon();
+  }
+
   X11WindowServer& server;
   std::unique_ptr<X11DesktopWindow> window;
 };
@@ -131,6 +138,30 @@ void X11WindowServer::settle() {
   for (X11DesktopWindow* window : windows) {
     window->settle();
   }
+  ownOrdering = runLoop.after(kOwnOrdering, [this] {
+    ownOrdering.reset();
+    covered = isCovered();
+  });
+}
+
+bool X11WindowServer::isCovered() const {
+  bool anyMapped = false;
+  for (const X11DesktopWindow* window : windows) {
+    anyMapped = anyMapped || window->isMapped();
+    if (window->isMapped() && !window->isObscured()) {
+      return false;
+    }
+  }
+  return anyMapped;
+}
+
+void X11WindowServer::checkOcclusion() {
+  occlusionCheck.reset();
+  if (ownOrdering || covered == isCovered()) {
+    return;
+  }
+  covered = !covered;
+  occlusionObservers.notify();
 }
 
 void X11WindowServer::handle(const xcb_generic_event_t& event) {
@@ -154,6 +185,10 @@ void X11WindowServer::handle(const xcb_generic_event_t& event) {
   for (X11DesktopWindow* window : windows) {
     window->handle(event);
   }
+  if (type == XCB_VISIBILITY_NOTIFY && !occlusionCheck) {
+    // The windows are told one after another.
+    occlusionCheck = runLoop.after(kNextTurn, [this] { checkOcclusion(); });
+  }
 }
 
 void X11WindowServer::rootPropertyChanged(xcb_atom_t name) {
@@ -168,6 +203,10 @@ void X11WindowServer::rootPropertyChanged(xcb_atom_t name) {
 
 Disposable X11WindowServer::observeScreens(std::function<void()> handler) {
   return screenObservers.add(std::move(handler));
+}
+
+Disposable X11WindowServer::observeOcclusion(std::function<void()> handler) {
+  return occlusionObservers.add(std::move(handler));
 }
 
 Disposable X11WindowServer::observeActiveSpace(std::function<void()> handler) {

@@ -22,6 +22,8 @@ class X11WindowServer : public WindowServer {
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
+  /// From the visibility that the server tells; under a compositing manager, which redirects windows, it tells none.
+  [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> handler) override;
 
  private:
@@ -32,6 +34,8 @@ class X11WindowServer : public WindowServer {
   void give(std::unique_ptr<X11DesktopWindow> window);
   void settleSoon();
   void settle();
+  bool isCovered() const;
+  void checkOcclusion();
 
   X11Connection& connection;
   VideoOutput& output;
@@ -45,8 +49,13 @@ class X11WindowServer : public WindowServer {
   std::vector<std::unique_ptr<X11DesktopWindow>> givenUp;
   ObserverList<> screenObservers;
   ObserverList<> spaceObservers;
+  ObserverList<> occlusionObservers;
+  bool covered = false;
   std::optional<Disposable> screensChanged;
   std::optional<Disposable> settling;
+  std::optional<Disposable> occlusionCheck;
+  /// While what the server tells may come of the agent's own ordering.
+  std::optional<Disposable> ownOrdering;
   Disposable events;
 };
 

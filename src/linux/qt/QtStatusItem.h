@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <QIcon>
+#include <QSystemTrayIcon>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/Disposable.h"
+#include "linux/bundle/LinuxBundle.h"
+#include "linux/qt/QtMenu.h"
+#include "platform/RunLoop.h"
+#include "platform/StatusItem.h"
+
+namespace quilex {
+
+/// A status area of the older kind, in which programs embed windows (System Tray Protocol Specification 0.3).
+struct EmbeddingTray {
+  std::function<bool()> isPresent;
+  std::function<Disposable(std::function<void()>)> observe;
+};
+
+/// The status item with QSystemTrayIcon: a StatusNotifierItem where a host for those runs, else an embedded icon. It
+/// is made once a host of either kind is there, because the toolkit settles on a kind with the first item for good;
+/// from then on it comes back with each host of its kind.
+class QtStatusItem : public StatusItem {
+ public:
+  /// `embeddingTray` has no functions on desktops without such trays. The bundle and the run loop must outlive the
+  /// item. Needs a QApplication.
+  QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray);
+
+  void setTemplateImage(const std::string& name) override;
+  void setMenu(std::shared_ptr<Menu> menu) override;
+
+ private:
+  void lookForHost();
+  void appear();
+
+  const LinuxBundle& images;
+  RunLoop& runLoop;
+  EmbeddingTray olderTray;
+  QtMenu menu;
+  QIcon icon;
+  QDBusServiceWatcher hosts;
+  std::optional<Disposable> olderTrayComes;
+  std::optional<Disposable> patience;
+  std::unique_ptr<QSystemTrayIcon> tray;
+};
+
+}  // namespace quilex

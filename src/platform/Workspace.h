@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/Disposable.h"
+
+namespace quilex {
+
+/// The user's session around the agent. Main thread; every call returns at once.
+class Workspace {
+ public:
+  virtual ~Workspace() = default;
+
+  /// Starts the application with that bundle identifier; a failure is ignored.
+  virtual void launchApplication(const std::string& bundleIdentifier) = 0;
+  /// Lets the user choose a file with one of these name extensions; `done` is told once whether one was chosen. The
+  /// panel does not hold anything else up.
+  virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes, std::function<void(bool chosen)> done) = 0;
+  /// Ends the agent, from the run loop.
+  virtual void terminate() = 0;
+
+  /// Tells that the machine woke from sleep. Never, where nothing on the system tells it.
+  [[nodiscard]] virtual Disposable observeWake(std::function<void()> handler) = 0;
+  /// Tells that the agent had the keyboard and lost it to another program.
+  [[nodiscard]] virtual Disposable observeResignActive(std::function<void()> handler) = 0;
+};
+
+}  // namespace quilex

@@ -1,0 +1,188 @@
+#include "support/AgentTest.h"
+
+namespace quilex::test {
+
+using namespace std::literals;
+
+struct StatusBarTest : AgentTest {
+  StatusBarTest() { add({"A", "B"}); }
+
+  static Menu& open(const Menu& menu, const std::string& title) { return *find(menu, title).submenu(); }
+  static MenuItem& find(const Menu& menu, const std::string& title) {
+    for (const auto& item : menu.itemArray()) {
+      if (item->title().substr(0, item->title().find('|')) == title) {
+        return *item;
+      }
+    }
+    throw std::out_of_range(title);
+  }
+  MenuItem& item(const std::string& title) const { return find(*statusItem->menu, title); }
+  Menu& screenMenu() const { return open(*statusItem->menu, "Screen"); }
+  Menu& singleMenu() const { return open(screenMenu(), "Single"); }
+
+  // "-" for a separator; else the title, with "*" for a mark, "!" where disabled, "^key", "#tag" and the submenu.
+  static std::string shape(const Menu& menu) {
+    std::string text;
+    for (const auto& item : menu.itemArray()) {
+      text += text.empty() ? "" : ", ";
+      text += item->isSeparator() ? "-" : item->title().substr(0, item->title().find('|'));
+      text += item->state() ? "*" : "";
+      text += item->isEnabled() ? "" : "!";
+      text += item->keyEquivalent().empty() ? "" : "^" + item->keyEquivalent();
+      text += item->tag() == 0 ? "" : "#" + std::to_string(item->tag());
+      text += item->submenu() ? " [" + shape(*item->submenu()) + "]" : "";
+    }
+    return text;
+  }
+  std::string shape() const { return shape(*statusItem->menu); }
+  void screens(std::size_t count) {
+    windowServer.currentScreens.clear();
+    for (std::size_t index = 0; index < count; ++index) {
+      windowServer.currentScreens.push_back({"", {100.0 * double(index), 0, 100, 100}});
+    }
+    delegate.applicationDidChangeScreenParameters();
+    windowServer.screenObservers.notify();
+  }
+};
+
+TEST_F(StatusBarTest, TheMenuShowsTheSettingsAsTheyAreAtItsFirstBuilding) {
+  const std::string rest = "-, Screen [Integration*, Mirror, Single [1*^1, 2^2#1]], -, Quit^q";
+  launch({});
+  EXPECT_EQ(statusItem->image, "quilex_statusBar");
+  EXPECT_EQ(shape(), "Main Window, 1.0.0 (1)!, Check for Updates..., -, Close Video Wallpaper, Pause, Hide Desktop "
+                     "Icon, Mute, " + rest);
+  EXPECT_EQ(item("Check for Updates...").title(), "Check for Updates...|Check Update");
+  launch({{"IsOpenPlayer", false}, {"isPlaying", false}, {"Mute", true}});
+  EXPECT_EQ(shape(), "Main Window, 1.0.0 (1)!, Check for Updates..., -, Open Video Wallpaper, Play!, Hide Desktop "
+                     "Icon!, Mute*, " + rest);
+  for (const auto& [arrangement, index, marks] :
+       {std::tuple(1L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"), {2L, 1L, "Integration, Mirror, Single [1^1, 2*^2#1]"},
+        {2L, 5L, "Integration, Mirror, Single [1*^1, 2^2#1]"}, {2L, -1L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
+        {3L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"}}) {
+    launch({{"MonitorArrange", arrangement}, {"ScreenIndex", index}});
+    EXPECT_EQ(shape(screenMenu()), marks) << arrangement << index;
+  }
+}
+
+TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
+  launch({});
+  preferences->mute.set(true);
+  preferences->screenIndex.set(1);
+  EXPECT_EQ(shape(screenMenu()), "Integration*, Mirror, Single [1^1, 2*^2#1]");
+  for (const auto& [raw, marks] : {std::pair(2L, "Integration, Mirror, Single* [1^1, 2*^2#1]"),
+                                   {-1L, "Integration, Mirror, Single* [1^1, 2*^2#1]"},
+                                   {3L, "Integration, Mirror, Single* [1^1, 2*^2#1]"},
+                                   {1L, "Integration, Mirror*, Single [1^1, 2*^2#1]"}}) {
+    preferences->monitorArrange.set(raw);
+    EXPECT_EQ(shape(screenMenu()), marks) << raw;
+  }
+  preferences->isPlaying.set(false);
+  EXPECT_TRUE(shape().find("Close Video Wallpaper, Play, Hide Desktop Icon, Mute*") != std::string::npos) << shape();
+  item("Hide Desktop Icon").choose();
+  EXPECT_TRUE(item("Hide Desktop Icon").state() && manager->isHideDesktopIcon);
+  preferences->isOpenPlayer.set(false);
+  EXPECT_TRUE(shape().find("Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*") != std::string::npos) << shape();
+  EXPECT_FALSE(manager->isHideDesktopIcon);
+  const std::string before = shape();
+  item("Hide Desktop Icon").choose();
+  EXPECT_EQ(shape(), before) << "a disabled item does nothing";
+}
+
+TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
+  launch({{"CurrentVideoSign", "A"s}});
+  commands();
+  item("Main Window").choose();
+  item("Check for Updates...").choose();
+  item("Quit").choose();
+  EXPECT_EQ(std::exchange(workspace.log, ""), " com.dravo.quilex.macOS check terminate");
+
+  item("Close Video Wallpaper").choose();
+  EXPECT_EQ(std::pair(commands(), suite.boolean("IsOpenPlayer")), std::pair(" pause pause"s, false));
+  item("Open Video Wallpaper").choose();
+  EXPECT_EQ(std::pair(commands(), suite.boolean("IsOpenPlayer")), std::pair(" A play A play"s, true));
+  item("Pause").choose();
+  EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" pause pause"s, false));
+  item("Play").choose();
+  EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" play play"s, true));
+  EXPECT_TRUE(shape().find("Close Video Wallpaper, Pause, ") != std::string::npos) << shape();
+  orders(0);
+  item("Hide Desktop Icon").choose();
+  EXPECT_EQ(orders(0), " front");
+  item("Hide Desktop Icon").choose();
+  EXPECT_EQ(orders(0), " back");
+  item("Mute").choose();
+  EXPECT_TRUE(player->muted && suite.boolean("Mute") && item("Mute").state());
+  item("Mute").choose();
+  EXPECT_FALSE(player->muted || suite.boolean("Mute") || item("Mute").state());
+
+  statusBar->showLocalFileWindow();
+  EXPECT_EQ(workspace.log, " mp4 mov");
+  workspace.answer(false);
+  EXPECT_EQ(commands(), "");
+  workspace.answer(true);
+  EXPECT_EQ(commands(), " play");
+}
+
+TEST_F(StatusBarTest, TheArrangementIsChosenForPlaybackAndSettingsAlike) {
+  launch({{"ScreenIndex", 1L}});
+  find(screenMenu(), "Mirror").choose();
+  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(1L, 1L));
+  EXPECT_EQ(std::pair(manager->screenType, manager->screenIndex), std::pair(VideoPlayerScreenType::dynamic, 0L));
+  EXPECT_EQ(shape(screenMenu()), "Integration, Mirror*, Single [1^1, 2*^2#1]");
+  find(singleMenu(), "1").choose();
+  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(2L, 0L));
+  EXPECT_EQ(shape(screenMenu()), "Integration, Mirror, Single* [1*^1, 2^2#1]");
+  EXPECT_EQ(manager->windowList().size(), 1U);
+  find(screenMenu(), "Integration").choose();
+  EXPECT_EQ(suite.integer("MonitorArrange"), 0);
+  EXPECT_EQ(manager->windowList().size(), 2U);
+}
+
+TEST_F(StatusBarTest, AChangeOfTheScreensBuildsTheMenuAnewOutOfTheSameItems) {
+  launch({});
+  MenuItem* const mute = &item("Mute");
+  screens(1);
+  EXPECT_EQ(shape().find("Screen"), std::string::npos) << shape();
+  EXPECT_TRUE(shape().ends_with("Mute, -, -, Quit^q")) << shape();
+  screens(3);
+  EXPECT_EQ(&item("Mute"), mute);
+  EXPECT_EQ(shape(singleMenu()), "1*^1, 2^2#1, 3^3#2");
+  // Each building registers once more, and the settings are followed once all the same.
+  int rebuilt = 0;
+  const auto counting = singleMenu().observe([&] { ++rebuilt; });
+  windowServer.screenObservers.notify();
+  EXPECT_EQ(rebuilt, 3 * 4);
+  int told = 0;
+  const auto tellings = item("Mute").observe([&] { ++told; });
+  preferences->mute.set(true);
+  EXPECT_EQ(told, 1);
+  statusBar->removeStatusMenu();
+  EXPECT_EQ(statusItem->menu, nullptr);
+  preferences->mute.set(false);
+  EXPECT_EQ(told, 1);
+  screens(0);
+  EXPECT_EQ(manager->windowList().size(), 0U);
+}
+
+TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
+  launch({{"CurrentVideoSign", "A"s}});
+  commands();
+  workspace.wakeObservers.notify();
+  EXPECT_EQ(commands(), " play");
+  delegate.applicationDidChangeOcclusionState();
+  EXPECT_EQ(commands(), " A play");
+  delegate.applicationDidResignActive();
+  for (auto* setting : {&preferences->isPlaying, &preferences->isOpenPlayer}) {
+    setting->set(false);
+    commands();
+    workspace.wakeObservers.notify();
+    delegate.applicationDidChangeOcclusionState();
+    EXPECT_EQ(commands(), "");
+    setting->set(true);
+  }
+  delegate.applicationWillTerminate();
+  delegate.applicationWillTerminate();
+  EXPECT_EQ(center.posted, " delivered com.dravo.quilex.mac.ter");
+}
+
+}  // namespace quilex::test

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include "app/AppDelegate.h"
+#include "support/Fakes.h"
+
+namespace quilex::test {
+
+/// The agent's core over fakes, with a library in a folder of its own.
+struct AgentTest : testing::Test {
+  AgentTest() {
+    sql("create table LocalVideos(sign, url)");
+    windowServer.currentScreens = {{"left", {0, 0, 1920, 1080}}, {"right", {1920, 0, 1920, 1080}}};
+  }
+  void sql(const std::string& text) const {
+    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(text);
+  }
+  // Files of small letters do not exist.
+  void add(const std::vector<std::string>& signs) const {
+    for (const std::string& sign : signs) {
+      sql("insert into LocalVideos values('" + sign + "', 'file://" + folder / sign + "')");
+      sign < "a" ? folder.write(sign) : sign;
+    }
+  }
+  void launch(const decltype(FakeSettingsSuite::values)& stored) {
+    statusBar.reset();
+    manager.reset();
+    suite.values = stored;
+    preferences.emplace(suite, runLoop);
+    library.emplace(folder.path, std::nullopt, console);
+    const auto makePlayer = [this] {
+      auto made = std::make_unique<FakeVideoPlayer>();
+      player = made.get();
+      return made;
+    };
+    manager.emplace(VideoPlayerManager::Services{*preferences, *library, windowServer, center, runLoop, console,
+                                                 makePlayer, [this](std::size_t bound) { return random(bound); }});
+    statusBar.emplace(StatusBarManager::Services{
+        *preferences, *manager, windowServer, workspace,
+        [this] {
+          auto made = std::make_unique<FakeStatusItem>();
+          statusItem = made.get();
+          return made;
+        },
+        [](const char* english, const char* comment) { return std::string(english) + "|" + comment; }, "1.0.0 (1)",
+        [this] { workspace.log += " check"; }});
+    delegate.applicationDidFinishLaunching();
+  }
+  std::string commands() { return std::exchange(player->commands, ""); }
+  std::string orders(std::size_t window) { return std::exchange(windowServer.orders.at(window), ""); }
+  void libraryChanged() { center.names["UpdateVideoList"].notify(); }
+  void end() { player->endObservers.notify(); }
+  void status(PlayerItemStatus newStatus) { player->statusObservers.notify(newStatus); }
+  TemporaryFolder folder;
+  FakeRunLoop runLoop;
+  FakeSettingsSuite suite;
+  FakeConsole console;
+  FakeNotificationCenter center;
+  FakeWindowServer windowServer;
+  std::function<std::size_t(std::size_t)> random = [](std::size_t) { return 0U; };
+  FakeVideoPlayer* player = nullptr;
+  std::optional<Preferences> preferences;
+  std::optional<LocalVideoDBManager> library;
+  std::optional<VideoPlayerManager> manager;
+  FakeWorkspace workspace;
+  FakeStatusItem* statusItem = nullptr;
+  std::optional<StatusBarManager> statusBar;
+  AppDelegate delegate{{[this]() -> Preferences& { return *preferences; },
+                        [this]() -> VideoPlayerManager& { return *manager; },
+                        [this]() -> StatusBarManager& { return *statusBar; }, workspace, center}};
+};
+
+}  // namespace quilex::test
