@@ -17,7 +17,8 @@ class Workspace {
   virtual void launchApplication(const std::string& bundleIdentifier) = 0;
   /// Lets the user choose a file with one of these name extensions; `done` is told once whether one was chosen. The
   /// panel does not hold anything else up.
-  virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes, std::function<void(bool chosen)> done) = 0;
+  virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes,
+                             std::function<void(bool chosen)> done) = 0;
   /// Ends the agent, from the run loop.
   virtual void terminate() = 0;
 

@@ -126,8 +126,7 @@ MenuItem& StatusBarManager::playPause() {
 
 MenuItem& StatusBarManager::hideDesktopIcon() {
   if (!hideDesktopIconItem) {
-    hideDesktopIconItem =
-        makeItem("Hide Desktop Icon", "hide desktop icon", &StatusBarManager::hideDesktopIconAction);
+    hideDesktopIconItem = makeItem("Hide Desktop Icon", "hide desktop icon", &StatusBarManager::hideDesktopIconAction);
     hideDesktopIconItem->setCheckable(true);
     hideDesktopIconItem->setEnabled(services.preferences.isOpenPlayer.get());
   }
@@ -146,8 +145,7 @@ MenuItem& StatusBarManager::muting() {
 
 MenuItem& StatusBarManager::combo() {
   if (!comboItem) {
-    comboItem =
-        makeItem("Integration", "make up all monitors into one player", &StatusBarManager::changeMonitorArray);
+    comboItem = makeItem("Integration", "make up all monitors into one player", &StatusBarManager::changeMonitorArray);
     comboItem->setCheckable(true);
   }
   return *comboItem;

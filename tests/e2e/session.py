@@ -90,6 +90,10 @@ class UserSession:
         unfinished.write_text(json.dumps({**self.settings(), **values}))
         os.replace(unfinished, self.settings_file)
 
+    def set_value(self, key, value):
+        """As a person does, from a terminal."""
+        subprocess.run([self.programs_folder / "quilex", "set", key, value], env=self.environment, check=True, timeout=DEADLINE)
+
     def make_library(self, *rows):
         self.library_file.parent.mkdir(parents=True, exist_ok=True)
         self.library_file.unlink(missing_ok=True)
@@ -175,11 +179,11 @@ class Session(UserSession):
         """Ids and names of the root's descendants from the topmost down, as xwininfo prints them."""
         return self.run("xwininfo", "-root", "-tree")
 
-    def moves(self):
-        """Whether the picture changes; a wait for it, or for its opposite, decides."""
-        first = self.desktop.screenshot()
+    def moves(self, box=None):
+        """Whether the picture changes, or that part of it; a wait for it, or for its opposite, decides."""
+        first = self.desktop.screenshot().crop(box)
         time.sleep(0.2)
-        return ImageChops.difference(first, self.desktop.screenshot()).getbbox() is not None
+        return ImageChops.difference(first, self.desktop.screenshot().crop(box)).getbbox() is not None
 
     def pixels(self, *points):
         picture = self.desktop.screenshot()

@@ -28,8 +28,7 @@ Disposable observeWakeFromSleep(std::function<void()> handler) {
     bus.connect(kService, kPath, kInterface, kSignal, receiver.get(), SLOT(received(bool)));
   }
   return Disposable([receiver] {
-    QDBusConnection::systemBus().disconnect(kService, kPath, kInterface, kSignal, receiver.get(),
-                                            SLOT(received(bool)));
+    QDBusConnection::systemBus().disconnect(kService, kPath, kInterface, kSignal, receiver.get(), SLOT(received(bool)));
   });
 }
 

@@ -2,7 +2,10 @@
 
 #include <QCursor>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QString>
 #include <chrono>
 #include <utility>
@@ -11,15 +14,11 @@ namespace quilex {
 
 namespace {
 
-const QString kHostService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 // A panel that starts together with the agent may offer the older tray a little before the newer one.
 constexpr std::chrono::seconds kPreferNewer{2};
-
-bool hasNotifierHost() {
-  const auto bus = QDBusConnection::sessionBus();
-  return bus.isConnected() && bus.interface()->isServiceRegistered(kHostService);
-}
 
 }  // namespace
 
@@ -27,8 +26,11 @@ QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTr
     : images(bundle),
       runLoop(loop),
       olderTray(std::move(embeddingTray)),
-      hosts(kHostService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
-  QObject::connect(&hosts, &QDBusServiceWatcher::serviceRegistered, &hosts, [this] { lookForHost(); });
+      watchers(kWatcher, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration),
+      hostComes([this](bool) { lookForHost(); }) {
+  QObject::connect(&watchers, &QDBusServiceWatcher::serviceRegistered, &watchers, [this] { lookForHost(); });
+  QDBusConnection::sessionBus().connect(kWatcher, kWatcherPath, kWatcher,
+                                        QStringLiteral("StatusNotifierHostRegistered"), &hostComes, SLOT(received()));
   if (olderTray.observe) {
     olderTrayComes.emplace(olderTray.observe([this] { lookForHost(); }));
   }
@@ -55,14 +57,30 @@ void QtStatusItem::lookForHost() {
   if (tray) {
     return;
   }
-  if (hasNotifierHost()) {
-    appear();
-  } else if (olderTray.isPresent && olderTray.isPresent() && !patience) {
+  // A watcher may run before any panel has told it that it shows items.
+  auto question = QDBusMessage::createMethodCall(
+      kWatcher, kWatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+  question << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
+  question.setAutoStartService(false);
+  auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), &watchers);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watchers, [this, answer] {
+    answer->deleteLater();
+    const QDBusPendingReply<QDBusVariant> reply = *answer;
+    if (reply.isValid() && reply.value().variant().toBool()) {
+      appear();
+    } else {
+      lookForOlderTray();
+    }
+  });
+}
+
+void QtStatusItem::lookForOlderTray() {
+  if (!tray && !patience && olderTray.isPresent && olderTray.isPresent()) {
     patience.emplace(runLoop.after(kPreferNewer, [this] {
-      patience.reset();
-      if (hasNotifierHost() || olderTray.isPresent()) {
+      if (olderTray.isPresent()) {
         appear();
       }
+      patience.reset();
     }));
   }
 }

@@ -10,6 +10,7 @@
 
 #include "app/Disposable.h"
 #include "linux/bundle/LinuxBundle.h"
+#include "linux/dbus/SignalReceiver.h"
 #include "linux/qt/QtMenu.h"
 #include "platform/RunLoop.h"
 #include "platform/StatusItem.h"
@@ -36,6 +37,7 @@ class QtStatusItem : public StatusItem {
 
  private:
   void lookForHost();
+  void lookForOlderTray();
   void appear();
 
   const LinuxBundle& images;
@@ -43,7 +45,8 @@ class QtStatusItem : public StatusItem {
   EmbeddingTray olderTray;
   QtMenu menu;
   QIcon icon;
-  QDBusServiceWatcher hosts;
+  QDBusServiceWatcher watchers;
+  SignalReceiver hostComes;
   std::optional<Disposable> olderTrayComes;
   std::optional<Disposable> patience;
   std::unique_ptr<QSystemTrayIcon> tray;

@@ -1,0 +1,215 @@
+"""Journeys of the status menu and of the agent's life: what panel, wallpaper, settings and login manager see."""
+
+import os
+import pathlib
+import subprocess
+import sys
+import time
+import unittest
+
+import dbus.bus
+from wallpaper_test import BLACK, BLUE, BUILD, GREEN, RED, WHITE, Journey
+
+from session import make_clip, wait_for
+
+ITEM, MENU = "org.kde.StatusNotifierItem", "com.canonical.dbusmenu"
+WATCHER, MOCK = "org.kde.StatusNotifierWatcher", "org.freedesktop.DBus.Mock"
+LOGIN = "org.freedesktop.login1"
+HOST = pathlib.Path(__file__).with_name("status_host.py")
+
+COMBO = {(700, 300): RED, (900, 300): WHITE, (1290, 300): WHITE, (1400, 300): BLUE}
+MIRROR = {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (1281, 1): RED, (2079, 599): BLUE}
+SECOND = {(640, 360): BLACK, (1281, 1): RED, (2079, 599): BLUE}
+
+
+class Panel:
+    """A host for status items, as a panel is one, and what it sees of the agent's."""
+
+    def __init__(self, session):
+        self.session = session
+        self.host = None
+        self.bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.start()
+
+    def start(self):
+        self.host = self.session.start("/usr/bin/python3", "-m", "dbusmock", "--template", str(HOST),
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for(lambda: self.bus.name_has_owner(WATCHER), "the host of status items")
+        self.mock = dbus.Interface(self.bus.get_object(WATCHER, "/StatusNotifierWatcher"), MOCK)
+
+    def stop(self):
+        self.host.terminate()
+        self.host.wait(timeout=20)
+        self.session.programs.remove(self.host)
+        wait_for(lambda: not self.bus.name_has_owner(WATCHER), "the end of the host")
+
+    def item(self):
+        """The agent's status item, once it has registered itself."""
+        calls = wait_for(lambda: self.mock.GetMethodCalls("RegisterStatusNotifierItem"), "the status item")
+        name = str(calls[-1][1][0]).split("/")[0]
+        return self.bus.get_object(name, "/StatusNotifierItem")
+
+    def property(self, name):
+        return self.item().Get(ITEM, name, dbus_interface=dbus.PROPERTIES_IFACE)
+
+    def menu(self):
+        return dbus.Interface(self.bus.get_object(self.item().bus_name, self.property("Menu")), MENU)
+
+    def layout(self):
+        return self.menu().GetLayout(0, -1, [])[1]
+
+    def shape(self, item=None):
+        """"-" for a separator; else the label with "*" for a mark, "!" where disabled, and the submenu."""
+        parts = []
+        for _, properties, children in (item or self.layout())[2]:
+            if properties.get("type") == "separator":
+                parts.append("-")
+                continue
+            text = str(properties["label"]).replace("_", "")
+            text += "*" if properties.get("toggle-state", 0) == 1 else ""
+            text += "" if properties.get("enabled", True) else "!"
+            if children:
+                text += " [" + self.shape((0, {}, children)) + "]"
+            parts.append(text)
+        return ", ".join(parts)
+
+    def click(self, *path):
+        item = self.layout()
+        for label in path:
+            item = next(each for each in item[2] if str(each[1].get("label", "")).replace("_", "") == label)
+        self.menu().Event(item[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
+
+    def wait_for_shape(self, part):
+        try:
+            wait_for(lambda: part in self.shape(), part)
+        except AssertionError as failure:
+            raise AssertionError(f"{part} is not in {self.shape()}") from failure
+
+
+class StatusMenu(Journey):
+    def begin_with_panel(self, *rows, **settings):
+        session = self.begin(*rows, **settings)
+        session.start_agent()
+        wait_for(lambda: len(session.windows()) == 2, "the wallpaper")
+        return session, Panel(session)
+
+    def test_menu_settings_and_wallpaper_agree(self):
+        session, panel = self.begin_with_panel(("halves", "file://" + self.halves.replace(" ", "%20")))
+        entry = session.folder / "data/applications/com.dravo.quilex.macOS.desktop"
+        entry.parent.mkdir(parents=True)
+        entry.write_text(f"[Desktop Entry]\nType=Application\nName=Main\nExec=touch {session.folder}/launched\n")
+        screens = "Screen [Integration*, Mirror, Single [1*, 2]], -, Quit"
+        panel.wait_for_shape("Main Window, 1.0.0(1)!, Check for Updates..., -, Close Video Wallpaper, Pause, "
+                             "Hide Desktop Icon, Mute, -, " + screens)
+        self.assertTrue(panel.property("IconName") or panel.property("IconPixmap"))
+        shortcuts = {str(each[1]["label"]).replace("_", ""): each[1].get("shortcut") for each in panel.layout()[2] if "label" in each[1]}
+        self.assertEqual(shortcuts["Quit"], [["Control", "Q"]])
+
+        panel.click("Screen", "Mirror")
+        session.wait_for_pixels(MIRROR, "mirror, chosen from the menu")
+        panel.wait_for_shape("Screen [Integration, Mirror*, Single [1*, 2]]")
+        panel.click("Screen", "Single", "2")
+        session.wait_for_pixels(SECOND, "the second monitor, chosen from the menu")
+        panel.wait_for_shape("Screen [Integration, Mirror, Single* [1, 2*]]")
+        self.assertEqual((session.settings()["MonitorArrange"], session.settings()["ScreenIndex"]), (2, 1))
+        session.set_value("MonitorArrange", "0")
+        session.wait_for_pixels(COMBO, "one picture, set by another program")
+        panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
+
+        panel.click("Mute")
+        panel.wait_for_shape("Mute*")
+        wait_for(lambda: session.settings()["Mute"], "the setting")
+        session.set_value("Mute", "false")
+        panel.wait_for_shape("Mute,")
+        panel.click("Hide Desktop Icon")
+        panel.wait_for_shape("Hide Desktop Icon*")
+        panel.click("Close Video Wallpaper")
+        panel.wait_for_shape("Open Video Wallpaper, Pause!, Hide Desktop Icon!")
+        wait_for(lambda: not session.windows(), "no wallpaper")
+        session.set_value("IsOpenPlayer", "true")
+        session.wait_for_pixels(COMBO, "the wallpaper, opened by another program")
+        panel.wait_for_shape("Close Video Wallpaper, Pause, Hide Desktop Icon,")
+        panel.click("Main Window")
+        wait_for((session.folder / "launched").exists, "the main application")
+
+        # A panel that goes takes nothing with it, and one that comes has the item and its menu again.
+        panel.stop()
+        panel.start()
+        panel.click("Screen", "Mirror")
+        session.wait_for_pixels(MIRROR, "mirror, chosen from the menu of the new panel")
+
+        posted = session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
+        wait_for(lambda: b"NameAcquired" in posted.stdout.readline(), "the monitor of the bus")
+        panel.click("Quit")
+        self.assertEqual(session.agent.wait(timeout=20), 0)
+        session.agent = None
+        wait_for(lambda: b"com.dravo.quilex.mac.ter" in posted.stdout.readline(), "the word of the end")
+
+    def test_pause_and_play(self):
+        session, panel = self.begin_with_panel(("moving", "file://" + self.moving))
+        wait_for(session.moves, "a moving picture")
+        panel.click("Pause")
+        panel.wait_for_shape("Close Video Wallpaper, Play, Hide")
+        wait_for(lambda: not session.moves(), "a picture that stands")
+        session.set_value("isPlaying", "true")
+        panel.wait_for_shape("Close Video Wallpaper, Pause, Hide")
+        wait_for(session.moves, "a moving picture")
+        self.assertEqual(session.end_agent(), 0)
+
+
+class Life(Journey):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        graph = "color=c=0xC02020,drawbox=w=640:h=360:c=0x20A020:t=fill:enable=gte(t\\,1)"
+        cls.change = make_clip(pathlib.Path(cls.clips.name) / "change.mp4", graph)
+
+    def moves_everywhere(self, *monitors):
+        for left, top, width, height in monitors:
+            box = (left, top, left + width, top + height)
+            wait_for(lambda: self.session.moves(box), f"a moving picture at {box}")
+
+    def test_sleep_screens_and_cover(self):
+        session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
+        system = session.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE,
+                               stderr=subprocess.DEVNULL)
+        address = system.stdout.readline().decode().strip()
+        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
+        session.start("/usr/bin/python3", "-m", "dbusmock", "--system", LOGIN, "/org/freedesktop/login1", LOGIN + ".Manager",
+                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        bus = dbus.bus.BusConnection(address)
+        wait_for(lambda: bus.name_has_owner(LOGIN), "the login manager")
+        manager = dbus.Interface(bus.get_object(LOGIN, "/org/freedesktop/login1"), MOCK)
+        session.start_agent()
+        both = [(0, 0, 1280, 720), (1280, 0, 800, 600)]
+        self.moves_everywhere(*both)
+        handles = lambda: len(os.listdir(f"/proc/{session.agent.pid}/fd"))
+        before = handles()
+
+        for _ in range(3):
+            for asleep in (True, False):
+                manager.EmitSignal(LOGIN + ".Manager", "PrepareForSleep", "b", [asleep])
+            self.moves_everywhere(*both)
+            session.desktop.set_monitors(["1280x720", None])
+            self.windows_cover((0, 0, 1280, 720))
+            session.desktop.set_monitors(self.monitors)
+            self.windows_cover(*both)
+            self.moves_everywhere(*both)
+        session.run("xrandr", "--fb", "2400x1000")
+        self.moves_everywhere(*both)
+        wait_for(lambda: handles() <= before + 1, "no more open files than before")
+        self.assertEqual(session.end_agent(), 0)
+
+    def test_being_covered_and_seen_again_starts_the_video_anew(self):
+        session = self.begin(("change", "file://" + self.change))
+        session.start_agent()
+        session.wait_for_pixels({(640, 360): GREEN}, "the second colour")
+        cover = session.start("xev", "-geometry", "2080x720+0+0", stdout=subprocess.DEVNULL)
+        session.wait_for_pixels({(640, 360): WHITE, (1680, 300): WHITE}, "a window over everything")
+        cover.terminate()
+        session.wait_for_pixels({(640, 360): RED}, "the first colour")
+        self.assertEqual(session.end_agent(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

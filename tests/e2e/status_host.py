@@ -1,0 +1,10 @@
+"""A template of python-dbusmock: the watcher of status items, as a panel that shows them runs it."""
+
+BUS_NAME = MAIN_IFACE = "org.kde.StatusNotifierWatcher"
+MAIN_OBJ = "/StatusNotifierWatcher"
+SYSTEM_BUS = False
+
+
+def load(mock, parameters):  # pylint: disable=unused-argument
+    mock.AddProperty(MAIN_IFACE, "IsStatusNotifierHostRegistered", True)
+    mock.AddMethod(MAIN_IFACE, "RegisterStatusNotifierItem", "s", "", "")
