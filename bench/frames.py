@@ -4,7 +4,7 @@ import statistics
 
 from measure import CLIP_FRAMES, Desktop, Row, clip, compared, spent
 
-LOOPS = 8
+LOOPS = 5
 
 
 def left_out(frames):

@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import statistics
 import subprocess
 import sys
 import time
@@ -159,11 +158,7 @@ def spent(process, seconds=SECONDS, warm_up=WARM_UP):
     return processor_seconds(process) - before
 
 
-def median_ratio(ours, references):
-    """Pairs of one round are compared with each other, because the machine changes from round to round."""
-    return statistics.median(a / b for a, b in zip(ours, references))
-
-
 def compared(figure, ours, references, target, unit):
-    form = lambda values: f"{statistics.median(values):.3g} {unit}"
-    return Row(figure, form(ours), form(references), median_ratio(ours, references), target)
+    """The least of each: whatever else runs on the machine only ever adds."""
+    form = lambda values: f"{min(values):.3g} {unit}"
+    return Row(figure, form(ours), form(references), min(ours) / min(references), target)

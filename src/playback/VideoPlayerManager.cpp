@@ -116,7 +116,7 @@ void VideoPlayerManager::playerItemDidReachEnd() {
   if (list.current() != nullptr) {
     loadPlayableNode();
   } else if (player().hasCurrentItem()) {
-    // Empty, or emptied by a reshuffle that could not read the library: what was playing goes on.
+    // An empty library, which does not stop what plays.
     player().seekToZero();
   }
   syncSign();

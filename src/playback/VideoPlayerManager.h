@@ -127,6 +127,7 @@ class VideoPlayerManager {
   bool listWasRead = true;
   std::size_t failuresInARow = 0;
   std::optional<Disposable> search;
+  std::optional<Disposable> reread;
   std::optional<Disposable> statusObservation;
   std::optional<Disposable> itemEndObservation;
   std::vector<Disposable> registrations;

@@ -9,6 +9,9 @@ namespace quilex {
 
 namespace {
 
+// Another process may hold the library for long, and each attempt waits for it a while.
+constexpr std::chrono::seconds kRereadInterval{10};
+
 // Every order is equally likely: an index is drawn among those that remain until none does (Fisher and Yates).
 void shuffle(std::vector<VideoDetail>& videos, const UniformRandom& random) {
   for (std::size_t drawn = 0; drawn < videos.size(); ++drawn) {
@@ -27,9 +30,15 @@ void VideoPlayerManager::updateVideoList() {
 
 void VideoPlayerManager::rebuildPlaylist() {
   const std::lock_guard lock(videoListLocker);
-  list.clear();
+  reread.reset();
   auto videos = services.library.allVideos();
   listWasRead = services.library.answered();
+  if (!listWasRead) {
+    // What was known of the library holds until it can be read again.
+    reread = services.runLoop.after(kRereadInterval, [this] { updateVideoList(); });
+    return;
+  }
+  list.clear();
   if (model == VideoPlayerPlayModel::random) {
     shuffle(videos, services.random);
   }
