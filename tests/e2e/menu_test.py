@@ -211,5 +211,31 @@ class Life(Journey):
         self.assertEqual(session.end_agent(), 0)
 
 
+class OlderTray(Journey):
+    monitors = ("1280x720",)
+
+    def test_without_a_bus_the_agent_plays_and_the_older_tray_has_the_item(self):
+        session = self.begin(("moving", "file://" + self.moving))
+        session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent"
+        session.start_agent()
+        wait_for(session.moves, "a moving picture")
+        self.assertEqual(session.errors().count("no D-Bus session bus"), 1)
+        tray = ["--edge", "top", "--align", "right", "--width", "10", "--height", "24", "--SetDockType", "true"]
+        session.start("trayer", *tray, stderr=subprocess.DEVNULL)
+        dark = lambda pixel: sum(pixel) < 300
+        icon = lambda: [*session.desktop.screenshot().crop((1256, 0, 1280, 24)).getdata()]
+        wait_for(lambda: 20 < sum(dark(pixel) for pixel in icon()) < 300, "the item in the tray")
+        for button in ("1", "3"):
+            session.run("xdotool", "mousemove", "1268", "12", "click", button)
+            session.wait_for_pixels({(1240, 60): WHITE, (1240, 100): WHITE}, "the open menu")
+            if button == "1":
+                session.run("xdotool", "key", "Escape")
+                wait_for(lambda: session.pixels((1240, 60), (1240, 100)) != [WHITE, WHITE], "the closed menu")
+        # Its third item that can be chosen.
+        session.run("xdotool", "key", "Down", "Down", "Down", "Return")
+        wait_for(lambda: not session.settings()["IsOpenPlayer"], "the wallpaper closed from the menu")
+        self.assertEqual(session.end_agent(), 0)
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -57,12 +57,17 @@ void QtStatusItem::lookForHost() {
   if (tray) {
     return;
   }
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    lookForOlderTray();
+    return;
+  }
   // A watcher may run before any panel has told it that it shows items.
   auto question = QDBusMessage::createMethodCall(
       kWatcher, kWatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   question << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
   question.setAutoStartService(false);
-  auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), &watchers);
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), &watchers);
   QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watchers, [this, answer] {
     answer->deleteLater();
     const QDBusPendingReply<QDBusVariant> reply = *answer;
