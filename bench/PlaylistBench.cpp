@@ -8,6 +8,8 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <functional>
 #include <string>
 #include <vector>
@@ -100,8 +102,11 @@ void measure(int rows) {
 
 }  // namespace
 
-int main() {
+int main() try {
   for (const int rows : {10'000, 100'000}) {
     measure(rows);
   }
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "%s\n", error.what());
+  return EXIT_FAILURE;
 }

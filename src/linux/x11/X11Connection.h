@@ -13,7 +13,7 @@
 #include "app/ObserverList.h"
 
 // Xlib's own header defines macros that stand in the way of ordinary names.
-struct _XDisplay;
+struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib's own
 
 namespace quilex {
 
