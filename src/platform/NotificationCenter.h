@@ -1,0 +1,36 @@
+#pragma once
+
+#include <any>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "app/Disposable.h"
+#include "app/ObserverList.h"
+
+namespace quilex {
+
+/// Notifications within the process, keyed by name. They carry a value of the type that their name's owner documents,
+/// or none. Main thread.
+class NotificationCenter {
+ public:
+  using Handler = std::function<void(const std::any& userInfo)>;
+
+  /// Calls the handler, from inside `post`, for each notification of that name, until the token is released. The token
+  /// may outlive the centre.
+  [[nodiscard]] Disposable observe(const std::string& name, Handler handler) {
+    return observers[name].add(std::move(handler));
+  }
+
+  void post(const std::string& name, const std::any& userInfo = {}) const {
+    if (const auto entry = observers.find(name); entry != observers.end()) {
+      entry->second.notify(userInfo);
+    }
+  }
+
+ private:
+  std::map<std::string, ObserverList<const std::any&>> observers;
+};
+
+}  // namespace quilex
