@@ -3,37 +3,66 @@
 #include <cmath>
 #include <limits>
 
-namespace quilex::json::detail {
+namespace quilex::json {
 
-bool read(const nlohmann::json& json, std::int64_t& value) {
+std::optional<nlohmann::json> parse(std::string_view text) {
+  bool tooDeep = false;
+  const auto keep = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& /*parsed*/) {
+    using Event = nlohmann::json::parse_event_t;
+    tooDeep |= depth >= kMaximumDepth && (event == Event::object_start || event == Event::array_start);
+    // What is not kept is not nested either, so that taking it apart again needs no stack.
+    return !tooDeep;
+  };
+  auto json = nlohmann::json::parse(text, keep, false);
+  if (tooDeep || json.is_discarded()) {
+    return {};
+  }
+  return json;
+}
+
+std::optional<std::int64_t> wholeNumber(const nlohmann::json& json) {
   if (json.is_number_unsigned()) {
     const auto number = json.get<std::uint64_t>();
-    value = static_cast<std::int64_t>(number);
-    return number <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+      return {};
+    }
+    return static_cast<std::int64_t>(number);
   }
   if (json.is_number_integer()) {
-    value = json.get<std::int64_t>();
-    return true;
+    return json.get<std::int64_t>();
   }
   if (json.is_number_float()) {
-    // JSON does not tell 3.0 and 1e2 from whole numbers.
     constexpr double kLimit = 0x1p63;
     const double number = json.get<double>();
-    if (std::trunc(number) != number || number < -kLimit || number >= kLimit) {
-      return false;
+    if (std::trunc(number) == number && number >= -kLimit && number < kLimit) {
+      return static_cast<std::int64_t>(number);
     }
-    value = static_cast<std::int64_t>(number);
-    return true;
   }
-  return false;
+  return {};
 }
 
-bool read(const nlohmann::json& json, std::string& value) {
+ReadingError detail::within(const std::string& key, ReadingError error) {
+  if (error) {
+    error->codingPath = error->codingPath.empty() ? key : key + "." + error->codingPath;
+  }
+  return error;
+}
+
+ReadingError Coder<std::int64_t>::read(const nlohmann::json& json, std::int64_t& value) {
+  const auto number = wholeNumber(json);
+  if (!number) {
+    return DecodingError{DecodingError::Kind::typeMismatch, {}};
+  }
+  value = *number;
+  return {};
+}
+
+ReadingError Coder<std::string>::read(const nlohmann::json& json, std::string& value) {
   if (!json.is_string()) {
-    return false;
+    return DecodingError{DecodingError::Kind::typeMismatch, {}};
   }
   value = json.get<std::string>();
-  return true;
+  return {};
 }
 
-}  // namespace quilex::json::detail
+}  // namespace quilex::json

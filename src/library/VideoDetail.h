@@ -70,10 +70,8 @@ struct VideoDetail {
   /// "vid"; all other names agree.
   static std::string columnFor(const std::string& key) { return key == "id" ? "vid" : key; }
 
-  static json::Decoded<VideoDetail> fromJSON(const nlohmann::json& object) {
-    return json::decode<VideoDetail>(object, fields());
-  }
-  nlohmann::ordered_json toJSON() const { return json::encode(*this, fields()); }
+  static json::Decoded<VideoDetail> fromJSON(const nlohmann::json& object) { return json::decode<VideoDetail>(object); }
+  nlohmann::ordered_json toJSON() const { return json::encode(*this); }
 };
 
 }  // namespace quilex
