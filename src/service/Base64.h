@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quilex {
+
+/// Standard base64 with padding, on one line.
+std::string base64Encode(std::string_view bytes);
+
+/// The bytes of a standard base64 text; nothing when it has a character outside the alphabet (a blank and a line break
+/// are such), or is not padded to a multiple of four characters.
+std::optional<std::string> base64Decode(std::string_view text);
+
+}  // namespace quilex

@@ -1,0 +1,92 @@
+#include "service/URL.h"
+
+#include <algorithm>
+
+namespace quilex {
+
+namespace {
+
+constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kHexadecimalDigits = "0123456789ABCDEFabcdef";
+constexpr std::string_view kMarks = "-._~!$&'()*+,;=";
+
+bool contains(std::string_view set, char character) {
+  return set.find(character) != std::string_view::npos;
+}
+
+/// Letters, digits, marks and escapes, and what else the component allows.
+bool isComponent(std::string_view text, std::string_view alsoAllowed) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%') {
+      const std::string_view escape = text.substr(i + 1, 2);
+      if (escape.size() < 2 || escape.find_first_not_of(kHexadecimalDigits) != std::string_view::npos) {
+        return false;
+      }
+    } else if (!contains(kLetters, text[i]) && !contains(kDigits, text[i]) && !contains(kMarks, text[i]) &&
+               !contains(alsoAllowed, text[i])) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool isScheme(std::string_view text) {
+  return !text.empty() && contains(kLetters, text.front()) && std::ranges::all_of(text, [](char c) {
+    return contains(kLetters, c) || contains(kDigits, c) || contains("+-.", c);
+  });
+}
+
+bool isAuthority(std::string_view text) {
+  if (const auto at = text.find('@'); at != std::string_view::npos) {
+    if (!isComponent(text.substr(0, at), ":")) {
+      return false;
+    }
+    text = text.substr(at + 1);
+  }
+  if (const auto colon = text.rfind(':'); colon != std::string_view::npos && !text.ends_with(']')) {
+    if (text.substr(colon + 1).find_first_not_of(kDigits) != std::string_view::npos) {
+      return false;
+    }
+    text = text.substr(0, colon);
+  }
+  if (text.starts_with('[')) {
+    // An IPv6 literal; whether its groups make sense is the network's business.
+    return text.size() > 2 && text.ends_with(']') && isComponent(text.substr(1, text.size() - 2), ":");
+  }
+  return isComponent(text, "");
+}
+
+bool isHierarchy(std::string_view text) {
+  if (text.starts_with("//")) {
+    const std::string_view authority = text.substr(2, text.substr(2).find('/'));
+    return isAuthority(authority) && isComponent(text.substr(2 + authority.size()), ":@/");
+  }
+  return isComponent(text, ":@/");
+}
+
+}  // namespace
+
+std::optional<URL> URL::parse(std::string_view text) {
+  std::string_view rest = text;
+  const auto takeFrom = [&](char separator) {
+    const auto position = std::min(rest.find(separator), rest.size());
+    const auto taken = rest.substr(position);
+    rest = rest.substr(0, position);
+    return taken.substr(taken.empty() ? 0 : 1);
+  };
+  const std::string_view fragment = takeFrom('#');
+  const std::string_view query = takeFrom('?');
+  if (const auto colon = rest.find(':'); colon != std::string_view::npos && colon < rest.find('/')) {
+    if (!isScheme(rest.substr(0, colon))) {
+      return {};
+    }
+    rest = rest.substr(colon + 1);
+  }
+  if (text.empty() || !isHierarchy(rest) || !isComponent(query, ":@/?") || !isComponent(fragment, ":@/?")) {
+    return {};
+  }
+  return URL(text);
+}
+
+}  // namespace quilex

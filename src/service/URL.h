@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quilex {
+
+/// A text that is a URL, absolute or relative, by the grammar of RFC 3986.
+class URL {
+ public:
+  /// Nothing when the text is empty or not a URL.
+  static std::optional<URL> parse(std::string_view text);
+
+  const std::string& string() const { return text; }
+
+  bool operator==(const URL&) const = default;
+
+ private:
+  explicit URL(std::string_view validText) : text(validText) {}
+
+  std::string text;
+};
+
+}  // namespace quilex

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/Disposable.h"
+#include "platform/HTTPSession.h"
+#include "platform/Image.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RandomSource.h"
+#include "platform/RunLoop.h"
+#include "platform/SettingsSuite.h"
+#include "platform/WallClock.h"
+#include "service/Envelope.h"
+#include "service/GuideModel.h"
+#include "service/Response.h"
+#include "service/UpgradeInfo.h"
+#include "service/VideoListRequest.h"
+
+namespace quilex {
+
+/// The client of the product's web service. Asks for the guide two seconds after it is made, and sends a heartbeat
+/// shortly after each local midnight. A request that fails is not tried again, and nobody is told. Main thread only.
+class WebModel {
+ public:
+  /// The kinds of heartbeat, with the numbers that are sent.
+  enum class HeartBeatType { Boot = 1, MidNight, HeartBeat };
+  enum class InstallWay { Update, Reinstall };
+
+  /// Posted on the notification centre after each reply that is named, without user information unless it is told.
+  struct Notification {
+    /// A heartbeat's reply that deciphered.
+    static constexpr const char* heartbeatUpdated = "HeartbeatUpdated";
+    /// Any end of a guide request.
+    static constexpr const char* newFeatureUpdated = "NewFeatureUpdated";
+    /// The same; the user information is the left panel's `GuideDictionary`, if there is a guide.
+    static constexpr const char* leafletUpdated = "leafletUpdated";
+  };
+
+  /// What the client works with; all of it must outlive the client.
+  struct Services {
+    /// Shared with the main application.
+    SettingsSuite& suite;
+    /// The agent's own.
+    SettingsSuite& standardDefaults;
+    RunLoop& runLoop;
+    WallClock& wallClock;
+    NotificationCenter& notificationCenter;
+    HTTPSessionFactory makeSession;
+    DecodeImage decodeImage;
+    UniformRandom random;
+    /// The service's origin, without a slash at its end.
+    std::string baseURL;
+    /// `AppInfo::version`.
+    std::string version;
+  };
+
+  explicit WebModel(Services services);
+  /// Ends the schedule and drops the requests that are under way, without calling their completions.
+  ~WebModel() = default;
+  WebModel(const WebModel&) = delete;
+  WebModel& operator=(const WebModel&) = delete;
+
+  /// The instance of this process.
+  static WebModel& shared();
+
+ private:
+  Services services;
+
+ public:
+  /// The last query of the catalogue; the agent makes none.
+  std::optional<VideoListRequest> latestRequest;
+  /// The last heartbeat's reply that deciphered, if it was an answer.
+  std::optional<HeartbeatResponse> heartbeatResponse;
+  /// The counter that heartbeats carry, as it stood when the client was made.
+  const std::int64_t ct;
+  /// The agent asks for none.
+  std::optional<BaseInfoResponse> baseInfo;
+
+ private:
+  std::unique_ptr<HTTPSession> sessionManager;
+
+ public:
+  /// The content of the last guide reply, if it was an answer.
+  std::optional<GuideModel> guideModel;
+
+  /// The installation's identifier, made when neither this program nor the main application has made it before.
+  const std::string& userID();
+
+  void requestGuideInfo();
+  /// Calls the completion, if given, once, with the reply's answer or nothing; not when the request cannot be made.
+  void sendHeartbeat(HeartBeatType type, const std::string& n,
+                     std::function<void(const std::optional<HeartbeatResponse>&)> completion = {});
+  /// Calls the completion, if given, once, with the version on offer or nothing.
+  void requestUpgradeInfo(std::function<void(const std::optional<UpgradeInfo>&)> completion = {});
+
+  // Timer actions
+
+  void refreshGudieInfo() { requestGuideInfo(); }
+  void midnightRefresh();
+
+ private:
+  /// Called with the text that the reply carries, or with nothing when the request failed or does not decipher.
+  using ReplyHandler = std::function<void(const std::optional<std::string>& text)>;
+
+  /// False, and `reply` is never called, when the request cannot be made.
+  bool send(envelope::Function function, const std::string& body, ReplyHandler reply);
+  HTTPSession& session();
+  void receiveGuide(const std::optional<std::string>& text);
+  /// Waits for the midnight that follows that time on the calendar, and the jitter; without such a midnight for
+  /// nothing.
+  void armMidnightTimer(WallClock::Time time);
+
+  const std::string instURL;
+  std::optional<std::string> identifier;
+  const std::chrono::milliseconds jitter;
+  WallClock::Time midnight;
+  std::optional<Disposable> guideTimer;
+  std::optional<Disposable> midnightTimer;
+};
+
+}  // namespace quilex
