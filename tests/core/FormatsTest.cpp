@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include "service/Response.h"
+#include "service/UpgradeInfo.h"
+#include "service/VideoListRequest.h"
+
+namespace quilex::test {
+
+using namespace std::literals;
+using json::DecodingError;
+using Kind = DecodingError::Kind;
+
+const std::string kVideo =
+    R"({"id":1,"sign":"a","preurl":"b","title":"c","url":"d","description":"e","time":2,"size":3,"imgurl":"f",)"
+    R"("imgsize":4,"tags":"g","ratio":"h","width":5,"height":6,"frame":7,"rate":8,"audio":9,"uptime":"i","down":10,)"
+    R"("view":11,"author":"j","avatar":"k","avatarsize":12,"hp":"l","upcount":13})";
+const std::string kHeartbeat =
+    R"({"ct":5,"time":{"st":1,"vt":[2,3],"tt":4},"msg":{"msg_bottom":{"msgid":1,"msg":"m","url":"u","color":"c",)"
+    R"("back":2},"msg_top":{"msgid":3,"tittle":"t","url":"v","color":{"show":"s","hover":"h","click":"k"},"point":4,)"
+    R"("type":5,"back":6,"width":7,"height":8}},"upgrade":[null,1,"s",{"a":[true]}],"speedlimit":9})";
+
+std::string enveloped(const std::string& data) {
+  return R"({"status":-1,"info":"grüße","data":)" + data + "}";
+}
+
+/// Every value in the text is required, not null and of its type, but for the free ones below "upgrade".
+template <typename Value>
+void expectStrict(const nlohmann::json& whole, const nlohmann::json::json_pointer& outer, const std::string& prefix) {
+  const auto errorOf = [](const nlohmann::json& changed) { return std::get<1>(json::decode<Value>(changed)); };
+  const auto& container = whole.at(outer);
+  for (const auto& [key, value] : container.items()) {
+    const std::string path = prefix + key;
+    const auto pointer = container.is_array() ? outer / std::stoul(key) : outer / key;
+    auto changed = whole;
+    changed[pointer] = nullptr;
+    EXPECT_EQ(errorOf(changed), (DecodingError{Kind::valueNotFound, path}));
+    changed[pointer] = true;
+    EXPECT_EQ(errorOf(changed), (DecodingError{Kind::typeMismatch, path}));
+    if (container.is_object()) {
+      changed.at(outer).erase(key);
+      EXPECT_EQ(errorOf(changed), (DecodingError{Kind::keyNotFound, path}));
+    }
+    if (value.is_structured() && key != "upgrade") {
+      expectStrict<Value>(whole, pointer, path + ".");
+    }
+  }
+}
+
+template <typename Value>
+void expectRoundTrip(const std::string& text) {
+  const auto value = json::decodeText<Value>(text);
+  ASSERT_TRUE(value) << text;
+  EXPECT_EQ(json::encode(*value).dump(), text);
+  auto whole = nlohmann::json::parse(text);
+  expectStrict<Value>(whole, nlohmann::json::json_pointer(), "");
+  whole["another"] = 1;
+  EXPECT_EQ(std::get<0>(json::decode<Value>(whole)), *value);
+  EXPECT_EQ(std::get<1>(json::decode<Value>(nlohmann::json::array())), (DecodingError{Kind::typeMismatch, ""}));
+}
+
+TEST(FormatsTest, EveryRecordKeepsItsKeysInOrderAndRequiresEachWithItsType) {
+  expectRoundTrip<HeartbeatResponse>(enveloped(kHeartbeat));
+  expectRoundTrip<BaseInfoResponse>(
+      enveloped(R"({"cate":[{"id":1,"title":"a"},{"id":2,"title":"b"}],"hottags":["c"],"hotkey":["d","e"]})"));
+  expectRoundTrip<VideoListResponse>(
+      enveloped(R"({"pages":1,"page":2,"total":3,"count":4,"vlist":[)" + kVideo + "," + kVideo + "]}"));
+  expectRoundTrip<KeywordResponse>(enveloped(R"(["a","b"])"));
+  expectRoundTrip<VideoDetailResponse>(enveloped(kVideo));
+  expectRoundTrip<GuideResponse>(
+      enveloped(R"({"leftPanel":["a"],"leftPanelUrl":["b"],"window":["c"],"windowUrl":["d"],"browser":["e"],)"
+                R"("browserUrl":["f"],"newFeature":["g"],"newFeatureUrl":["h","i"]})"));
+  expectRoundTrip<VideoListRequest>(R"({"ui":"a","cate":1,"page":2,"keywords":"b","sort":3,"author":"c"})");
+  expectRoundTrip<UpgradeInfo>(R"({"url":"a","md5":"b","ver":"c","exp":"d"})");
+}
+
+TEST(FormatsTest, FieldsAreWhatTheirKeysSay) {
+  const auto heartbeat = json::decodeText<HeartbeatResponse>(enveloped(kHeartbeat)).value();
+  const auto& [bottom, top] = heartbeat.data.msg;
+  EXPECT_EQ(std::tie(bottom.msgid, bottom.color, top.tittle, top.color.hover, top.height),
+            std::make_tuple(1, "c", "t", "h", 8));
+  EXPECT_EQ(heartbeat.data.upgrade.at(3),
+            (JSONAny{JSONAny::Dictionary{{"a", JSONAny{JSONAny::Array{JSONAny{true}}}}}}));
+}
+
+TEST(JSONAnyTest, EachValueHasTheTypeThatItsTextSays) {
+  const std::tuple<const char*, JSONAny::Value, const char*> cases[] = {
+      {"true", true, "true"},
+      {"1", 1L, "1"},
+      {"3.0", 3L, "3"},
+      {"1e2", 100L, "100"},
+      {"2.5", 2.5, "2.5"},
+      {"1e30", 1e30, "1e+30"},
+      {"-9223372036854775808", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
+      {"9223372036854775808", 0x1p63, "9.223372036854776e+18"},
+      {"18446744073709551616", 0x1p64, "1.8446744073709552e+19"},
+      {"\"1\"", "1"s, "\"1\""},
+      {"null", JSONNull(), "null"},
+      {"[]", JSONAny::Array(), "[]"},
+      {"{}", JSONAny::Dictionary(), "{}"},
+      {R"([null,{"b":[1]}])", JSONAny::Array{{JSONNull()}, {JSONAny::Dictionary{{"b", {JSONAny::Array{JSONAny{1L}}}}}}},
+       R"([null,{"b":[1]}])"}};
+  for (const auto& [text, value, written] : cases) {
+    const auto any = json::decodeText<JSONAny>(text);
+    ASSERT_TRUE(any) << text;
+    EXPECT_TRUE(any->value == value) << text;
+    EXPECT_EQ(json::encode(*any).dump(), written);
+  }
+}
+
+TEST(JSONAnyTest, WhatIsNoneOfItsKindsFailsWithItsDescription) {
+  const auto binary = nlohmann::json::binary({1});
+  EXPECT_EQ(std::get<1>(json::decode<JSONAny>({{"a", {1, binary}}})),
+            (DecodingError{Kind::typeMismatch, "a.1", "Cannot decode JSONAny"}));
+  EXPECT_EQ(std::get<1>(json::decode<JSONNull>(0)), (DecodingError{Kind::typeMismatch, "", "Wrong type for JSONNull"}));
+  EXPECT_EQ(std::get<0>(json::decode<JSONNull>(nullptr)), JSONNull());
+  EXPECT_EQ(JSONCodingKey("a").stringValue(), "a");
+  EXPECT_EQ(JSONCodingKey("1").intValue(), std::nullopt);
+  EXPECT_FALSE(JSONCodingKey::fromInteger(1));
+}
+
+TEST(JSONParsingTest, RefusesWhatIsMalformedOrNestedTooDeeply) {
+  const auto nested = [](std::size_t depth, const std::string& open, const std::string& close) {
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i) {
+      text += open;
+    }
+    text += "1";
+    for (std::size_t i = 0; i < depth; ++i) {
+      text += close;
+    }
+    return text;
+  };
+  for (const auto& [open, close] : {std::pair("["s, "]"s), {"{\"a\":", "}"}, {"[[1],", "]"}}) {
+    EXPECT_EQ(json::encode(json::decodeText<JSONAny>(nested(127, open, close)).value()).dump(),
+              nested(127, open, close));
+    EXPECT_FALSE(json::parse(nested(129, open, close)));
+    EXPECT_FALSE(json::parse(nested(200'000, open, close)));
+    EXPECT_FALSE(json::parse(nested(200'000, open, "")));
+  }
+  for (const char* text : {"", "{", "[1,]", "{\"a\":1", "nul", "1 2", "\"\xff\"", "\"\\ud800\"", "1e999", "'a'"}) {
+    EXPECT_FALSE(json::parse(text)) << text;
+  }
+}
+
+}  // namespace quilex::test

@@ -1,0 +1,255 @@
+#include "service/Cipher.h"
+#include "service/WebModel.h"
+#include "support/ServiceFakes.h"
+
+namespace quilex::test {
+
+using namespace std::literals;
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr const char* kUserID = "0F1E2D3C-4B5A-6978-8796-A5B4C3D2E1F0";
+constexpr std::size_t k32Bits = std::size_t{1} << 32U;
+
+struct FakeImage : Image {
+  explicit FakeImage(std::string_view imageBytes) : bytes(imageBytes) {}
+  std::string bytes;
+};
+
+struct WebModelTest : testing::Test {
+  WebModelTest() {
+    suite.values = {{"uuid", kUserID}};
+    for (const char* name : {"HeartbeatUpdated", "NewFeatureUpdated", "leafletUpdated"}) {
+      tokens.push_back(center.observe(name, [this, name](const std::any& userInfo) {
+        log += " "s + name;
+        if (userInfo.has_value()) {
+          leaflet = std::any_cast<GuideDictionary>(userInfo);
+          log += "+" + std::to_string(leaflet.size());
+        }
+      }));
+    }
+  }
+  WebModel& make() {
+    return model.emplace(WebModel::Services{
+        suite, standardDefaults, runLoop, clock, center,
+        [this](const HTTPSessionConfiguration& configuration) {
+          sessions += " " + configuration.userAgent + "/" + std::to_string(configuration.timeout.count());
+          return std::make_unique<FakeHTTPSession>(runLoop, requests);
+        },
+        [](std::string_view bytes) {
+          return bytes.starts_with("picture") ? std::make_shared<FakeImage>(bytes) : nullptr;
+        },
+        [this](std::size_t bound) { return bound == k32Bits ? random : ++digits % bound; }, "https://service.example",
+        "1.0.0.0"});
+  }
+  /// Answers the last request with what the service would make of the text.
+  void answer(const std::string& text) { requests.back().reply(encryptToBase64(text)); }
+  /// When heartbeats were sent.
+  std::vector<Milliseconds> heartbeats() const {
+    std::vector<Milliseconds> times;
+    for (const auto& request : requests) {
+      if (request.body.starts_with("f=21&")) {
+        times.push_back(request.time);
+      }
+    }
+    return times;
+  }
+  FakeRunLoop runLoop;
+  FakeWallClock clock{runLoop};
+  FakeSettingsSuite suite;
+  FakeSettingsSuite standardDefaults;
+  NotificationCenter center;
+  std::size_t random = k32Bits / 2;
+  std::size_t digits = 0;
+  std::string sessions;
+  std::vector<FakeHTTPSession::Request> requests;
+  std::string log;
+  GuideDictionary leaflet;
+  std::vector<Disposable> tokens;
+  std::optional<WebModel> model;
+};
+
+TEST_F(WebModelTest, HeartbeatsGoOutAtEachLocalMidnightAndTheJitter) {
+  struct Case {
+    Milliseconds start;
+    Milliseconds change;
+    std::chrono::hours offset;
+    std::vector<Milliseconds> sent;
+  };
+  // Times since the midnight before, in a zone whose offset changes at that time, with a jitter of half a minute.
+  const Case cases[] = {
+      {23h + 59min + 30s, 0h, 0h, {24h + 30s, 48h + 30s, 72h + 30s}},
+      {10s, 0h, 0h, {24h + 30s, 48h + 30s, 72h + 30s}},
+      {0s, 0h, 0h, {24h + 30s, 48h + 30s, 72h + 30s}},
+      {1h, 2h, 1h, {23h + 30s, 47h + 30s, 71h + 30s}},
+      {1h, 26h, 1h, {24h + 30s, 47h + 30s, 71h + 30s}},
+      {1h, 3h, -1h, {25h + 30s, 49h + 30s, 73h + 30s}},
+      // The clocks go back to the hour before midnight when it would begin.
+      {1h, 24h, -1h, {25h + 30s, 49h + 30s, 73h + 30s}},
+      // A day without a midnight begins at one o'clock, the next one at its midnight, whichever the start was.
+      {1h, 24h, 1h, {24h + 30s, 47h + 30s, 71h + 30s}},
+      {1h, 48h, 1h, {24h + 30s, 48h + 30s, 71h + 30s}},
+      {1h, 0h, 1h, {23h + 30s, 47h + 30s, 71h + 30s}}};
+  for (const auto& [start, change, offset, sent] : cases) {
+    const WallClock::Time day = std::chrono::sys_days(2026y / 3 / 8);
+    clock.offsets.resize(1);
+    clock.offsets.push_back({day + change, offset});
+    clock.start = day + start;
+    runLoop.now = 0s;
+    requests.clear();
+    make();
+    runLoop.advance(73h + 30s - start);
+    auto expected = sent;
+    for (auto& time : expected) {
+      time -= start;
+    }
+    EXPECT_EQ(heartbeats(), expected) << start.count() << " " << change.count() << " " << offset.count();
+  }
+}
+
+TEST_F(WebModelTest, TheJitterIsFromNothingToJustUnderAMinute) {
+  for (const auto& [number, jitter] :
+       {std::pair(std::size_t{0}, 0ms), {k32Bits / 4, 15000ms}, {k32Bits - 1, 59999ms}}) {
+    random = number;
+    runLoop.now = 0s;
+    requests.clear();
+    make();
+    runLoop.advance(25h);
+    EXPECT_EQ(heartbeats(), std::vector{24h + jitter});
+  }
+  clock.calendarEnds = true;
+  requests.clear();
+  make();
+  runLoop.advance(48h);
+  EXPECT_EQ(heartbeats(), std::vector<Milliseconds>());
+}
+
+TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
+  standardDefaults.values = {{"ct", 7L}};
+  const WebModel& web = make();
+  EXPECT_FALSE(web.latestRequest || web.baseInfo || web.heartbeatResponse || web.guideModel);
+  standardDefaults.values = {{"ct", 8L}};
+  runLoop.advance(1999ms);
+  EXPECT_EQ(sessions, "");
+  runLoop.advance(1h);
+  model->sendHeartbeat(WebModel::HeartBeatType::Boot, "n");
+  model->requestUpgradeInfo();
+  ASSERT_EQ(requests.size(), 3U);
+  EXPECT_EQ(requests[0].time, 2s);
+  EXPECT_EQ(sessions, " MACQuilex1.0.0.0/2000");
+  const std::string guide = envelope::guideBody(kUserID, "1.0.0.0");
+  const std::pair<envelope::Function, std::string> expected[] = {
+      {envelope::Function::guide, guide},
+      {envelope::Function::heartbeat, envelope::heartbeatBody("n", kUserID, 7, "1.0.0.0", 1)},
+      {envelope::Function::upgrade, guide}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(requests[i].url, "https://service.example/inst.html");
+    EXPECT_EQ(requests[i].contentType, "application/x-www-form-urlencoded; charset=utf-8");
+    EXPECT_EQ(requests[i].body, envelope::form(expected[i].first, expected[i].second));
+  }
+  answer("{}");
+  EXPECT_EQ(log, "") << "an update reply without a completion";
+}
+
+TEST_F(WebModelTest, TheUserIdentifierIsMadeOnceAndShared) {
+  suite.values = {{"uuid", 1L}};
+  make();
+  EXPECT_EQ(suite.writes, "");
+  model->requestGuideInfo();
+  EXPECT_EQ(suite.writes, " uuid=12345678-9ABC-4DEF-8123-456789ABCDEF");
+  EXPECT_EQ(suite.synchronisations, 1);
+  suite.values = {{"uuid", ""s}};
+  model->requestGuideInfo();
+  EXPECT_EQ(requests[0].body, requests[1].body);
+  make().userID();
+  EXPECT_EQ(model->userID(), "");
+}
+
+constexpr const char* kHeartbeat =
+    R"({"status":1,"info":"","data":{"ct":5,"time":{"st":1,"vt":[],"tt":4},"msg":{"msg_bottom":{"msgid":1,"msg":"",)"
+    R"("url":"","color":"","back":2},"msg_top":{"msgid":3,"tittle":"","url":"","color":{"show":"","hover":"",)"
+    R"("click":""},"point":4,"type":5,"back":6,"width":7,"height":8}},"upgrade":[],"speedlimit":9}})";
+
+TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
+  make();
+  int calls = 0;
+  const auto beat = [&](const std::optional<std::string>& reply) {
+    std::optional<HeartbeatResponse> given;
+    model->sendHeartbeat(WebModel::HeartBeatType::HeartBeat, "", [&](const auto& response) {
+      ++calls;
+      given = response;
+      EXPECT_EQ(log, "") << "the completion comes before the notification";
+    });
+    requests.back().reply(reply);
+    return given;
+  };
+  EXPECT_EQ(beat(encryptToBase64(kHeartbeat + "\0\0"s))->data.ct, 5);
+  EXPECT_EQ(std::exchange(log, ""), " HeartbeatUpdated");
+  for (const std::optional<std::string>& failure : {std::optional<std::string>(), {"<html>"}, {"AAAA"}}) {
+    EXPECT_EQ(beat(failure), std::nullopt);
+    EXPECT_EQ(log, "");
+    EXPECT_EQ(model->heartbeatResponse->data.ct, 5);
+  }
+  EXPECT_EQ(beat(encryptToBase64("{}")), std::nullopt);
+  EXPECT_EQ(log, " HeartbeatUpdated");
+  EXPECT_FALSE(model->heartbeatResponse);
+  EXPECT_EQ(calls, 5);
+}
+
+TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {
+  make();
+  std::vector<std::optional<UpgradeInfo>> answers;
+  const auto check = [&](const std::optional<std::string>& reply) {
+    model->requestUpgradeInfo([&](const auto& info) { answers.push_back(info); });
+    requests.back().reply(reply);
+  };
+  check(encryptToBase64(R"({"data":{"url":"u","md5":"m","ver":"2.0","exp":"e","more":1}})"));
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(answers[0], (UpgradeInfo{"u", "m", "2.0", "e"}));
+  check({});
+  check("502");
+  for (const char* text : {"", "{", "[]", "1", "{}", R"({"data":[]})", R"({"data":"a"})", R"({"data":null})",
+                           R"({"data":{"url":"u","ver":"2.0","exp":"e"}})"}) {
+    check(encryptToBase64(text));
+  }
+  EXPECT_EQ(answers.size(), 12U);
+  EXPECT_EQ(std::ranges::count(answers, std::optional<UpgradeInfo>()), 11);
+}
+
+TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
+  make();
+  const auto reply = [](const std::string& pictures, const std::string& addresses) {
+    return R"({"status":1,"info":"","data":{"leftPanel":)" + pictures + R"(,"leftPanelUrl":)" + addresses +
+           R"(,"window":[],"windowUrl":[],"browser":[],"browserUrl":[],"newFeature":["cGljdHVyZTE="],)"
+           R"("newFeatureUrl":["c"]}})";
+  };
+  const std::tuple<std::string, std::string, std::map<std::string, std::string>> cases[] = {
+      {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a","b"])", {{"picture1", "a"}, {"picture2", "b"}}},
+      {R"(["data:image/png;base64,cGljdHVyZTE=","x,,cGljdHVyZTI=,,"])",
+       R"(["a","b","c"])",
+       {{"picture1", "a"}, {"picture2", "b"}}},
+      {R"(["","  ",",,","cGljdHVyZTE","cGljdHVyZTE=\n","bm9uZQ==","cGljdHVyZTI="])",
+       R"(["a","a","a","a","a","a","b"])",
+       {{"picture2", "b"}}},
+      {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a b","","c"])", {{"picture3", "c"}}}};
+  for (const auto& [pictures, addresses, expected] : cases) {
+    model->requestGuideInfo();
+    answer(reply(pictures, addresses));
+    std::map<std::string, std::string> pairs;
+    for (const auto& [image, url] : leaflet) {
+      pairs[dynamic_cast<FakeImage&>(*image).bytes] = url.string();
+    }
+    EXPECT_EQ(pairs, expected);
+    EXPECT_EQ(leaflet, model->guideModel->leftPanel);
+    EXPECT_EQ(std::exchange(log, ""), " NewFeatureUpdated leafletUpdated+" + std::to_string(expected.size()));
+    EXPECT_EQ(model->guideModel->newFeature.size(), 1U);
+    EXPECT_FALSE(model->guideModel->response);
+  }
+  for (const auto& failure : {std::optional<std::string>(), {"<html>"}, encryptToBase64(reply("[]", "[1]"))}) {
+    model->requestGuideInfo();
+    requests.back().reply(failure);
+    EXPECT_EQ(std::exchange(log, ""), " NewFeatureUpdated leafletUpdated");
+    EXPECT_FALSE(model->guideModel);
+  }
+}
+
+}  // namespace quilex::test
