@@ -46,7 +46,7 @@ std::optional<std::string> runCipher(std::string_view input, Direction direction
       EVP_CipherFinal_ex(context.get(), out + size, &rest) != 1) {
     return {};
   }
-  output.resize(static_cast<std::size_t>(size + rest));
+  output.resize(static_cast<std::size_t>(size) + static_cast<std::size_t>(rest));
   return output;
 }
 

@@ -123,7 +123,7 @@ void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
        envelope::heartbeatBody(n, userID(), ct, services.version, static_cast<int>(type)), receive);
 }
 
-void WebModel::requestUpgradeInfo(std::function<void(const std::optional<UpgradeInfo>&)> completion) {
+void WebModel::requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion) {
   const auto receive = [completion](const std::optional<std::string>& text) {
     if (!completion) {
       return;

@@ -96,7 +96,7 @@ class WebModel {
   void sendHeartbeat(HeartBeatType type, const std::string& n,
                      std::function<void(const std::optional<HeartbeatResponse>&)> completion = {});
   /// Calls the completion, if given, once, with the version on offer or nothing.
-  void requestUpgradeInfo(std::function<void(const std::optional<UpgradeInfo>&)> completion = {});
+  void requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion = {});
 
   // Timer actions
 
