@@ -1,0 +1,72 @@
+// Feeds the service's client with replies: the input as it is, and the input enciphered as the service would do it.
+
+#include <cstdlib>
+
+#include "service/Cipher.h"
+#include "service/WebModel.h"
+#include "support/ServiceFakes.h"
+
+namespace quilex::test {
+namespace {
+
+void require(bool condition) {
+  if (!condition) {
+    std::abort();
+  }
+}
+
+/// What decodes must be the same after it was written and read again.
+template <typename Value>
+void checkFormat(const nlohmann::json& answer) {
+  const auto decoded = json::decode<Value>(answer);
+  if (const auto* const value = std::get_if<Value>(&decoded)) {
+    require(json::decodeText<Value>(json::encode(*value).dump()) == *value);
+  }
+}
+
+void checkFormats(const std::string& text) {
+  if (const auto answer = json::parse(text)) {
+    checkFormat<BaseInfoResponse>(*answer);
+    checkFormat<HeartbeatResponse>(*answer);
+    checkFormat<VideoListResponse>(*answer);
+    checkFormat<KeywordResponse>(*answer);
+    checkFormat<VideoDetailResponse>(*answer);
+    checkFormat<GuideResponse>(*answer);
+    checkFormat<VideoListRequest>(*answer);
+    checkFormat<UpgradeInfo>(*answer);
+    checkFormat<JSONAny>(*answer);
+  }
+}
+
+void checkClient(const std::string& reply) {
+  FakeRunLoop runLoop;
+  FakeWallClock clock(runLoop);
+  FakeSettingsSuite suite;
+  NotificationCenter center;
+  std::vector<FakeHTTPSession::Request> requests;
+  const auto decodeImage = [](std::string_view bytes) -> std::shared_ptr<Image> {
+    return bytes.empty() ? nullptr : std::make_shared<Image>();
+  };
+  WebModel model({suite, suite, runLoop, clock, center,
+                  [&](const auto& /*configuration*/) { return std::make_unique<FakeHTTPSession>(runLoop, requests); },
+                  decodeImage, [](std::size_t /*bound*/) { return 0U; }, "https://service.example", "1.0.0.0"});
+  int completions = 0;
+  model.requestGuideInfo();
+  model.sendHeartbeat(WebModel::HeartBeatType::MidNight, reply, [&](const auto& /*response*/) { ++completions; });
+  model.requestUpgradeInfo([&](const auto& /*info*/) { ++completions; });
+  for (const auto& request : requests) {
+    request.reply(reply);
+  }
+  require(completions == 2);
+}
+
+}  // namespace
+}  // namespace quilex::test
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string input(reinterpret_cast<const char*>(data), size);
+  quilex::test::checkFormats(input);
+  quilex::test::checkClient(input);
+  quilex::test::checkClient(quilex::encryptToBase64(input).value());
+  return 0;
+}
