@@ -24,7 +24,8 @@
 namespace quilex {
 
 /// The client of the product's web service. Asks for the guide two seconds after it is made, and sends a heartbeat
-/// shortly after each local midnight. A request that fails is not tried again, and nobody is told. Main thread only.
+/// shortly after each local midnight; those that the machine slept through are made up for, one by one, when it wakes.
+/// A request that fails is not tried again, and nobody is told. Main thread only.
 class WebModel {
  public:
   /// The kinds of heartbeat, with the numbers that are sent.

@@ -106,6 +106,16 @@ TEST_F(WebModelTest, HeartbeatsGoOutAtEachLocalMidnightAndTheJitter) {
   }
 }
 
+TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
+  clock.start = WallClock::Time(std::chrono::sys_days(2026y / 3 / 8)) + 1h;
+  make();
+  clock.start += 48h;
+  runLoop.advance(23h + 30s);
+  EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
+  runLoop.advance(24h);
+  EXPECT_EQ(heartbeats().size(), 4U);
+}
+
 TEST_F(WebModelTest, TheJitterIsFromNothingToJustUnderAMinute) {
   for (const auto& [number, jitter] :
        {std::pair(std::size_t{0}, 0ms), {k32Bits / 4, 15000ms}, {k32Bits - 1, 59999ms}}) {
