@@ -69,6 +69,18 @@ void readRow(sqlite3_stmt* statement, const ColumnMap& map, VideoDetail& video) 
   std::apply([&](const auto&... each) { (readField(video.*each.member), ...); }, VideoDetail::fields());
 }
 
+// About how many rows the table has, at most: their highest number, which SQLite finds without looking at them all. A
+// table that was pruned may have fewer by far, so what is not believable does not count.
+std::size_t mostRows(sqlite3* db) {
+  constexpr sqlite3_int64 kBelievable = 200'000;
+  const StatementHandle statement = prepare(db, "select max(rowid) from LocalVideos");
+  if (!statement || sqlite3_step(statement.get()) != SQLITE_ROW) {
+    return 0;
+  }
+  const sqlite3_int64 highest = sqlite3_column_int64(statement.get(), 0);
+  return highest > 0 && highest <= kBelievable ? static_cast<std::size_t>(highest) : 0;
+}
+
 }  // namespace
 
 int queryVideos(sqlite3* db, const char* text, const std::string* argument, std::vector<VideoDetail>& videos) {
@@ -78,6 +90,9 @@ int queryVideos(sqlite3* db, const char* text, const std::string* argument, std:
   }
   if (argument != nullptr) {
     sqlite3_bind_text(statement.get(), 1, argument->data(), static_cast<int>(argument->size()), SQLITE_STATIC);
+  }
+  if (argument == nullptr) {
+    videos.reserve(mostRows(db));
   }
   const ColumnMap map = mapColumns(statement.get());
   int step = sqlite3_step(statement.get());
