@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kBits = 10;
 constexpr int kCell = 24;  // pixels, both ways
-constexpr std::size_t kPixelBytes = 4;
+constexpr int kPixelBytes = 4;
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -37,7 +37,7 @@ std::optional<int> readCounter(xcb_connection_t* connection, xcb_window_t root) 
   const std::uint8_t* pixels = xcb_get_image_data(image.get());
   int counter = 0;
   for (int bit = 0; bit < kBits; ++bit) {
-    const auto middle = static_cast<std::size_t>(bit * kCell + kCell / 2);
+    const int middle = bit * kCell + kCell / 2;
     counter |= (pixels[middle * kPixelBytes] > 128 ? 1 : 0) << bit;
   }
   return counter;
