@@ -17,9 +17,9 @@
 
 namespace {
 
-constexpr int kBits = 10;
-constexpr int kCell = 24;  // pixels, both ways
-constexpr int kPixelBytes = 4;
+constexpr std::size_t kBits = 10;
+constexpr std::size_t kCell = 24;  // pixels, both ways
+constexpr std::size_t kPixelBytes = 4;
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -28,16 +28,18 @@ template <typename Type>
 using Reply = std::unique_ptr<Type, Free>;
 
 std::optional<int> readCounter(xcb_connection_t* connection, xcb_window_t root) {
-  const Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(
-      connection, xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, kCell / 2, kBits * kCell, 1, ~0U),
-      nullptr));
+  const Reply<xcb_get_image_reply_t> image(
+      xcb_get_image_reply(connection,
+                          xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, kCell / 2,
+                                        static_cast<std::uint16_t>(kBits * kCell), 1, ~0U),
+                          nullptr));
   if (!image) {
     return std::nullopt;
   }
   const std::uint8_t* pixels = xcb_get_image_data(image.get());
   int counter = 0;
-  for (int bit = 0; bit < kBits; ++bit) {
-    const int middle = bit * kCell + kCell / 2;
+  for (std::size_t bit = 0; bit < kBits; ++bit) {
+    const std::size_t middle = bit * kCell + kCell / 2;
     counter |= (pixels[middle * kPixelBytes] > 128 ? 1 : 0) << bit;
   }
   return counter;
