@@ -68,7 +68,7 @@ class X11ShmPicture : public Picture {
   }
 
   bool draw(mpv_render_context* context) override {
-    const auto free = std::find_if(buffers.begin(), buffers.end(), [&](const auto& each) {
+    auto* const free = std::find_if(buffers.begin(), buffers.end(), [&](const auto& each) {
       return !each || each->segment == 0 || renderer.reads[each->segment] == 0;
     });
     if (free == buffers.end()) {
