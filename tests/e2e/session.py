@@ -123,7 +123,9 @@ class Session(UserSession):
         self.agent = None
         if manager:
             self.start(*manager.split(), stderr=subprocess.DEVNULL)
-            wait_for(self.window_manager, "the window manager")
+            # It announces itself before it serves windows, and may leave one that comes in between unmapped.
+            for shows_desktop in (True, False):
+                wait_for(lambda: self.manager_obeys(shows_desktop), "the window manager")
 
     def close(self):
         self.end_agent()
@@ -160,8 +162,9 @@ class Session(UserSession):
 
     # What a person sees
 
-    def window_manager(self):
-        return "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+    def manager_obeys(self, shows_desktop):
+        self.run("wmctrl", "-k", "on" if shows_desktop else "off")
+        return f"= {shows_desktop:d}" in self.run("xprop", "-root", "_NET_SHOWING_DESKTOP")
 
     def windows(self):
         """Ids of the agent's mapped windows."""
