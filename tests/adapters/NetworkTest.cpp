@@ -180,11 +180,11 @@ TEST(LocalWallClockTest, DaysBeginAndFollowEachOtherAsTheZoneHasIt) {
   };
   const Case cases[] = {
       {"UTC", 1'700'000'000, 1'699'920'000, 1'700'086'400},
-      {"Europe/Berlin", 1'711'800'000, 1'711'753'200, 1'711'882'800},       // 30 March 2024, 13:00; 23 hours to the next
-      {"Europe/Berlin", 1'729'944'000, 1'729'893'600, 1'730'034'000},       // 26 October 2024, 14:00; 25 hours
-      {"America/Sao_Paulo", 1'541'300'400, 1'541'300'400, 1'541'386'800},   // 4 November 2018 began at 01:00
-      {"Asia/Kathmandu", 1'700'000'000, 1'699'985'700, 1'700'086'400},      // 05:45 ahead
-      {"Pacific/Apia", 1'325'152'800, 1'325'152'800, 1'325'239'200}};       // 30 December 2011 never was
+      {"Europe/Berlin", 1'711'800'000, 1'711'753'200, 1'711'882'800},      // 30 March 2024, 13:00; 23 hours to the next
+      {"Europe/Berlin", 1'729'944'000, 1'729'893'600, 1'730'034'000},      // 26 October 2024, 14:00; 25 hours
+      {"America/Sao_Paulo", 1'541'300'400, 1'541'300'400, 1'541'386'800},  // 4 November 2018 began at 01:00
+      {"Asia/Kathmandu", 1'700'000'000, 1'699'985'700, 1'700'086'400},     // 05:45 ahead
+      {"Pacific/Apia", 1'325'152'800, 1'325'152'800, 1'325'239'200}};      // 30 December 2011 never was
   const QByteArray zone = qgetenv("TZ");
   const LocalWallClock clock;
   for (const Case& each : cases) {
