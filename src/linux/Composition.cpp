@@ -4,6 +4,7 @@
 #include <EGL/eglext.h>
 
 #include <QCoreApplication>
+#include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <string_view>
@@ -11,13 +12,18 @@
 
 #include "app/FatalError.h"
 #include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/QtHTTPSession.h"
+#include "linux/qt/QtImage.h"
 #include "linux/qt/QtStatusItem.h"
+#include "linux/qt/ServiceURL.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/x11/X11ShmRenderer.h"
 
 namespace quilex {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 Composition* current = nullptr;
 
@@ -47,6 +53,20 @@ std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(X11
   return std::make_unique<X11ShmRenderer>(x11);
 }
 
+/// Empty, so that every request fails, when the bundle names no address that may be asked.
+std::string serviceURL(const AppEnvironment& environment) {
+  const auto entry = environment.informationDictionary.find("QuilexServiceURL");
+  const bool isText = entry != environment.informationDictionary.end() && entry->second;
+  const auto origin = isText ? serviceOrigin(*entry->second) : std::nullopt;
+  if (!origin) {
+    std::fprintf(stderr,
+                 "quilexhelper: no guide, no updates: \"QuilexServiceURL\" in Info.json must be https://HOST, or http "
+                 "for a loopback host%s\n",
+                 isText ? (", not \"" + *entry->second + "\"").c_str() : "");
+  }
+  return origin.value_or("");
+}
+
 UniformRandom systemRandom() {
   auto device = std::make_shared<std::random_device>();
   return [device](std::size_t bound) { return std::uniform_int_distribution<std::size_t>(0, bound - 1)(*device); };
@@ -57,25 +77,29 @@ UniformRandom systemRandom() {
 std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<X11Connection> x11,
                                                                                    std::function<void()> desktopLost) {
   auto loop = std::make_unique<QtRunLoop>();
-  const auto file = configHome() / AppInfo::groupIdentifier / "settings.json";
-  auto suite = JsonSettingsSuite::open(file, *loop);
-  if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&suite)) {
-    return Failure{error->message};
+  Suites suites;
+  for (const auto& [suite, file] :
+       {std::pair(&suites.shared, fs::path(AppInfo::groupIdentifier) / "settings.json"),
+        std::pair(&suites.standardDefaults, fs::path("com.dravo.quilex.QuilexHelper") / "defaults.json")}) {
+    auto opened = JsonSettingsSuite::open(configHome() / file, *loop);
+    if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
+      return Failure{error->message};
+    }
+    *suite = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
   }
   auto renderer = chooseRenderer(*x11);
   if (const auto* failure = std::get_if<Failure>(&renderer)) {
     return *failure;
   }
   x11->start(std::move(desktopLost));
-  return std::unique_ptr<Composition>(
-      new Composition(std::move(x11), std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(suite)), std::move(loop),
-                      std::get<std::unique_ptr<Renderer>>(std::move(renderer))));
+  return std::unique_ptr<Composition>(new Composition(std::move(x11), std::move(suites), std::move(loop),
+                                                      std::get<std::unique_ptr<Renderer>>(std::move(renderer))));
 }
 
-Composition::Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<JsonSettingsSuite> settingsSuite,
-                         std::unique_ptr<QtRunLoop> loop, std::unique_ptr<Renderer> chosen)
+Composition::Composition(std::unique_ptr<X11Connection> x11, Suites opened, std::unique_ptr<QtRunLoop> loop,
+                         std::unique_ptr<Renderer> chosen)
     : runLoop(std::move(loop)),
-      suite(std::move(settingsSuite)),
+      suites(std::move(opened)),
       connection(std::move(x11)),
       systemTray(*connection),
       renderer(*chosen),
@@ -104,7 +128,7 @@ const AppInfo& Composition::appInfo() {
 
 Preferences& Composition::preferences() {
   if (!settings) {
-    settings = std::make_unique<Preferences>(*suite, *runLoop);
+    settings = std::make_unique<Preferences>(*suites.shared, *runLoop);
   }
   return *settings;
 }
@@ -144,6 +168,18 @@ StatusBarManager& Composition::statusBarManager() {
   return *statusBar;
 }
 
+WebModel& Composition::webModel() {
+  if (!web) {
+    const auto makeSession = [](const HTTPSessionConfiguration& configuration) {
+      return std::make_unique<QtHTTPSession>(configuration);
+    };
+    web = std::make_unique<WebModel>(WebModel::Services{
+        *suites.shared, *suites.standardDefaults, *runLoop, wallClock, processNotifications, makeSession, decodeQtImage,
+        systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
+  }
+  return *web;
+}
+
 const AppInfo& AppInfo::shared() {
   return Composition::instance().appInfo();
 }
@@ -158,6 +194,9 @@ VideoPlayerManager& VideoPlayerManager::shared() {
 }
 StatusBarManager& StatusBarManager::shared() {
   return Composition::instance().statusBarManager();
+}
+WebModel& WebModel::shared() {
+  return Composition::instance().webModel();
 }
 
 }  // namespace quilex

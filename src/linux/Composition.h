@@ -12,13 +12,16 @@
 #include "linux/StandardConsole.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
+#include "linux/qt/LocalWallClock.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/settings/JsonSettingsSuite.h"
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11SystemTray.h"
 #include "linux/x11/X11WindowServer.h"
+#include "platform/NotificationCenter.h"
 #include "playback/VideoPlayerManager.h"
+#include "service/WebModel.h"
 #include "settings/Preferences.h"
 #include "ui/StatusBarManager.h"
 
@@ -48,13 +51,19 @@ class Composition {
   LocalVideoDBManager& library();
   VideoPlayerManager& videoPlayerManager();
   StatusBarManager& statusBarManager();
+  WebModel& webModel();
   DistributedNotificationCenter& notificationCenter() { return notifications; }
   WindowServer& windowServer() { return *windows; }
   Workspace& workspace() { return session; }
 
  private:
-  Composition(std::unique_ptr<X11Connection> x11, std::unique_ptr<JsonSettingsSuite> settings,
-              std::unique_ptr<QtRunLoop> loop, std::unique_ptr<Renderer> chosen);
+  struct Suites {
+    std::unique_ptr<JsonSettingsSuite> shared;
+    std::unique_ptr<JsonSettingsSuite> standardDefaults;
+  };
+
+  Composition(std::unique_ptr<X11Connection> x11, Suites opened, std::unique_ptr<QtRunLoop> loop,
+              std::unique_ptr<Renderer> chosen);
 
   // In the order of dependence: what comes later uses what comes before.
   std::unique_ptr<QtRunLoop> runLoop;
@@ -62,7 +71,9 @@ class Composition {
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
   LinuxWorkspace session;
-  std::unique_ptr<JsonSettingsSuite> suite;
+  LocalWallClock wallClock;
+  NotificationCenter processNotifications;
+  Suites suites;
   std::unique_ptr<X11Connection> connection;
   X11SystemTray systemTray;
   Renderer& renderer;
@@ -73,6 +84,7 @@ class Composition {
   std::unique_ptr<LocalVideoDBManager> videos;
   std::unique_ptr<VideoPlayerManager> manager;
   std::unique_ptr<StatusBarManager> statusBar;
+  std::unique_ptr<WebModel> web;
 };
 
 }  // namespace quilex

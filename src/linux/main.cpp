@@ -48,6 +48,7 @@ int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
+  quilex::WebModel::shared();
   QCoreApplication::exec();
   delegate.applicationWillTerminate();
   delegateAtExit = nullptr;

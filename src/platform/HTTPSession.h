@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -13,6 +14,8 @@ struct HTTPSessionConfiguration {
   std::string userAgent;
   /// How long a request may wait for further data before it fails.
   std::chrono::milliseconds timeout;
+  /// A reply whose body is larger, in bytes, fails.
+  std::size_t maximumReplySize;
 };
 
 /// Sends requests that stand each alone: none is queued behind another, tried again or sent twice. Main thread.

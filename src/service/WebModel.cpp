@@ -12,6 +12,7 @@ using namespace std::literals;
 
 constexpr auto kGuideDelay = 2000ms;
 constexpr auto kReplyTimeout = 2000ms;
+constexpr std::size_t kMaximumReplySize = std::size_t{64} << 20U;
 constexpr const char* kUserIDKey = "uuid";
 constexpr const char* kCounterKey = "ct";
 
@@ -75,7 +76,7 @@ void WebModel::midnightRefresh() {
 
 HTTPSession& WebModel::session() {
   if (!sessionManager) {
-    sessionManager = services.makeSession({"MACQuilex" + services.version, kReplyTimeout});
+    sessionManager = services.makeSession({"MACQuilex" + services.version, kReplyTimeout, kMaximumReplySize});
   }
   return *sessionManager;
 }
@@ -86,7 +87,8 @@ bool WebModel::send(envelope::Function function, const std::string& body, ReplyH
     return false;
   }
   session().post(instURL, envelope::kContentType, *form, [reply = std::move(reply)](std::optional<std::string> text) {
-    reply(text ? envelope::read(*text) : std::nullopt);
+    const auto content = text ? envelope::read(*std::exchange(text, {})) : std::nullopt;
+    reply(content);
   });
   return true;
 }

@@ -20,9 +20,9 @@ from virtual_desktop import VirtualDesktop  # noqa: E402
 DEADLINE = 20  # seconds; far more than anything here takes, even under a sanitizer
 
 
-def wait_for(condition, what):
+def wait_for(condition, what, seconds=DEADLINE):
     """Waits until the condition holds and answers its value; fails after the deadline."""
-    end = time.monotonic() + DEADLINE
+    end = time.monotonic() + seconds
     while True:
         value = condition()
         if value:
@@ -57,6 +57,7 @@ class UserSession:
             "XDG_CONFIG_HOME": str(self.folder / "config"),
             "XDG_DATA_HOME": str(self.folder / "data"),
             "XDG_CACHE_HOME": str(self.folder / "cache"),
+            "XDG_RUNTIME_DIR": str(self.folder),
         }
         bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()

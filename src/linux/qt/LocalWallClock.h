@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/WallClock.h"
+
+namespace quilex {
+
+/// The system's clock, with local time as Qt reckons it; needs a QCoreApplication.
+class LocalWallClock : public WallClock {
+ public:
+  Time now() const override;
+  Time startOfDay(Time time) const override;
+  std::optional<Time> addingOneDay(Time time) const override;
+  [[nodiscard]] Disposable at(Time date, std::function<void()> action) override;
+};
+
+}  // namespace quilex

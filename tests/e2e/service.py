@@ -1,0 +1,69 @@
+"""The web service as the journeys meet it: the reference service with answers of their own, and a bundle naming it."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+
+from session import SOURCE, wait_for
+
+ANSWERS = SOURCE / "tools/reference-answers"
+
+
+class Service:
+    """A reference service that a session's agent asks, ended with the session."""
+
+    GUIDE, UPGRADE, HEARTBEAT = 214, 24, 21
+
+    def __init__(self, session):
+        self.folder = session.folder / "service"
+        shutil.copytree(ANSWERS, self.folder)
+        self.log = session.folder / "requests"
+        with self.log.open("wb") as log:
+            command = [SOURCE / "tools/reference-service", "--answers", self.folder, "--tls", self.folder]
+            session.start(*command, stdout=log)
+        wait_for(lambda: "\n" in self.log.read_text(), "the service")
+        self.http, self.https = self.log.read_text().split("\n")[0].split()
+        session.agent_program = make_bundle(session, QuilexServiceURL=self.http)
+
+    def answer(self, code, **data):
+        """Changes members of an answer's data."""
+        file = self.folder / f"{code}.json"
+        answer = json.loads(file.read_text())
+        answer["data"].update(data)
+        file.write_text(json.dumps(answer))
+
+    def misbehave(self, code, mode):
+        (self.folder / f"{code}.mode").write_text(mode)
+
+    def requests(self, code):
+        """The requests so far for that function code, each as the service printed it."""
+        whole = self.log.read_text().split("\n")[1:-1]
+        return [request for request in map(json.loads, whole) if request["f"] == str(code)]
+
+
+def make_bundle(session, **info):
+    """Copies the agent beside a bundle whose information dictionary has those values; answers the program's path."""
+    installed = pathlib.Path(session.folder) / "installed"
+    bundle = installed / "share/quilexhelper"
+    if not bundle.exists():
+        bundle.mkdir(parents=True)
+        (installed / "bin").mkdir()
+        # Not a link: the agent looks beside the file that it really is.
+        shutil.copy2(session.programs_folder / "quilexhelper", installed / "bin/quilexhelper")
+        original = session.programs_folder.parent / "share/quilexhelper"
+        for entry in original.iterdir():
+            os.symlink(entry, bundle / entry.name)
+    file = bundle / "Info.json"
+    dictionary = {**json.loads(file.read_text()), **info}
+    file.unlink()
+    file.write_text(json.dumps(dictionary))
+    return installed / "bin/quilexhelper"
+
+
+def encipher(text):
+    """As the service expects it, made by another program."""
+    key, vector = (text.encode().hex() for text in ("Rq7Lm2VxT9bKd4Ws", "Hc3Np8ZyF6jQa1Ue"))
+    command = ["openssl", "enc", "-aes-128-cbc", "-K", key, "-iv", vector, "-base64", "-A"]
+    return subprocess.run(command, input=text.encode(), check=True, capture_output=True, timeout=60).stdout.decode()
