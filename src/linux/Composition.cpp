@@ -12,10 +12,12 @@
 
 #include "app/FatalError.h"
 #include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/InterfaceFiles.h"
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/QtStatusItem.h"
 #include "linux/qt/ServiceURL.h"
+#include "linux/qt/Translations.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/x11/X11ShmRenderer.h"
 
@@ -106,6 +108,7 @@ Composition::Composition(std::unique_ptr<X11Connection> x11, Suites opened, std:
       output(std::move(chosen)),
       windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
   current = this;
+  installTranslations(bundle.path() / "translations");
 }
 
 Composition::~Composition() {
@@ -160,10 +163,7 @@ StatusBarManager& Composition::statusBarManager() {
     };
     statusBar = std::make_unique<StatusBarManager>(
         StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
-                                   [](const char* english, const char* comment) {
-                                     return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
-                                   },
-                                   appInfo().displayVersion(), nullptr});
+                                   localization(), appInfo().displayVersion(), [this] { checkUpdates(); }});
   }
   return *statusBar;
 }
@@ -178,6 +178,16 @@ WebModel& Composition::webModel() {
         systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
   }
   return *web;
+}
+
+LoadInterfaceFile Composition::interfaceFiles() {
+  return [this](const std::string& name) { return loadInterfaceFile(bundle, name); };
+}
+
+Localize Composition::localization() {
+  return [](const char* english, const char* comment) {
+    return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+  };
 }
 
 const AppInfo& AppInfo::shared() {

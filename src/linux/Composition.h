@@ -55,6 +55,12 @@ class Composition {
   DistributedNotificationCenter& notificationCenter() { return notifications; }
   WindowServer& windowServer() { return *windows; }
   Workspace& workspace() { return session; }
+  RunLoop& eventLoop() { return *runLoop; }
+  LoadInterfaceFile interfaceFiles();
+  static Localize localization();
+
+  /// The menu's wish for an update check, which the delegate answers.
+  std::function<void()> checkUpdates;
 
  private:
   struct Suites {

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+
+namespace quilex {
+
+/// Shows all texts in the first of the user's languages that there is a translation for, the toolkit's own texts
+/// included; English needs none. `folder` holds the program's translations, quilexhelper_LANGUAGE.qm. Needs a
+/// QCoreApplication, and is called once, before any text is looked up.
+void installTranslations(const std::filesystem::path& folder);
+
+}  // namespace quilex
