@@ -19,6 +19,8 @@
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11SystemTray.h"
 #include "linux/x11/X11WindowServer.h"
+#include "platform/InterfaceWindow.h"
+#include "platform/Localization.h"
 #include "platform/NotificationCenter.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
