@@ -4,6 +4,7 @@
 #include <EGL/eglext.h>
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -108,7 +109,7 @@ Composition::Composition(std::unique_ptr<X11Connection> x11, Suites opened, std:
       output(std::move(chosen)),
       windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
   current = this;
-  installTranslations(bundle.path() / "translations");
+  installTranslations(QLocale::system().uiLanguages(), bundle.path() / "translations");
 }
 
 Composition::~Composition() {

@@ -14,7 +14,8 @@ class TextField {
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
 
-  /// Makes this UTF-8 text the whole content, as plain text; control characters show as a replacement sign.
+  /// Makes this UTF-8 text the whole content, as plain text; control characters show as a replacement sign, and
+  /// a text of more than some thousand characters ends there.
   virtual void setStringValue(const std::string& text) = 0;
   /// Appends a document's text to the content. Nothing that it refers to is loaded, and of a long one only the
   /// beginning is read, so that it takes no noticeable time. False, and nothing changes, when there is no text in it or

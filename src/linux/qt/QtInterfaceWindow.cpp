@@ -9,7 +9,6 @@
 #include <QString>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 #include <QTextEdit>
 #include <QVariant>
 #include <QWindow>
@@ -21,9 +20,10 @@ namespace quilex {
 
 namespace {
 
-// The toolkit's reader takes time that grows with the square of the nesting: this much, nested all through, takes some
-// hundredths of a second.
-constexpr std::size_t kMostHTML = 16384;
+// The toolkit reads nested HTML in the square of its length, and lays texts out at some megabytes a second: these take
+// some hundredths of a second at worst.
+constexpr std::size_t kMostHTML = 4096;
+constexpr std::size_t kMostText = 16384;
 
 /// A document that loads nothing: neither pictures and style sheets of the network nor files.
 struct SecludedDocument : QTextDocument {
@@ -33,11 +33,11 @@ struct SecludedDocument : QTextDocument {
 
 /// Nothing that moves, hides or turns round the text beside it.
 QString printable(const std::string& text) {
-  QString result = QString::fromStdString(text);
+  QString result = QString::fromUtf8(text.data(), static_cast<qsizetype>(std::min(text.size(), kMostText)));
   for (QChar& character : result) {
     const auto category = character.category();
-    if (category == QChar::Other_Control || category == QChar::Other_Format ||
-        category == QChar::Separator_Line || category == QChar::Separator_Paragraph) {
+    if (category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Separator_Line ||
+        category == QChar::Separator_Paragraph) {
       character = QChar::ReplacementCharacter;
     }
   }
@@ -55,7 +55,8 @@ struct TextViewField : TextField {
   explicit TextViewField(QTextEdit& its) : view(its) {
     auto* document = new SecludedDocument(&view);
     QTextOption option = document->defaultTextOption();
-    option.setAlignment(view.alignment());
+    // The loader of interface files does not know this property.
+    option.setAlignment(Qt::AlignHCenter);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document->setDefaultTextOption(option);
     document->setDefaultFont(view.font());
@@ -69,9 +70,10 @@ struct TextViewField : TextField {
     if (parsed.isEmpty()) {
       return false;
     }
+    // Without its tables, which take time to lay out that grows without bounds when they are nested.
     QTextCursor end(view.document());
     end.movePosition(QTextCursor::End);
-    end.insertFragment(QTextDocumentFragment(&parsed));
+    end.insertText(parsed.toPlainText());
     return true;
   }
   QTextEdit& view;

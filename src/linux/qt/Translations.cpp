@@ -21,9 +21,9 @@ bool install(const QLocale& locale, const char* name, const QString& folder) {
 
 }  // namespace
 
-void installTranslations(const std::filesystem::path& folder) {
+void installTranslations(const QStringList& languages, const std::filesystem::path& folder) {
   // One by one: asked for all at once, the toolkit would pass over English, which has no file, to the next language.
-  for (const QString& language : QLocale::system().uiLanguages()) {
+  for (const QString& language : languages) {
     const QLocale locale(language);
     if (locale.language() == QLocale::English) {
       return;
