@@ -5,7 +5,7 @@
     <name>CustomAlertWindow</name>
     <message>
         <source>Software update</source>
-        <comment>accessible name of the alert that tells there is no newer version</comment>
+        <comment>title of the alert that tells there is no newer version</comment>
         <translation>Actualización de software</translation>
     </message>
     <message>

@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "xcb");
   }
   const QApplication application(argc, argv);
-  QApplication::setApplicationDisplayName(QStringLiteral("QuilexHelper"));
+  QApplication::setApplicationName(QStringLiteral("QuilexHelper"));
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
 
