@@ -8,29 +8,30 @@
 
 namespace quilex {
 
+/// What is drawn beneath image and title; lengths in logical pixels.
+struct ButtonLayer {
+  /// None is transparent.
+  std::optional<Color> backgroundColor;
+  double cornerRadius = 0;
+  bool masksToBounds = false;
+  double borderWidth = 0;
+  Color borderColor;
+
+  bool operator==(const ButtonLayer&) const = default;
+};
+
 /// How a button with a hover background looks, as events and properties change it: a plain model, which a toolkit's
 /// button tells its events and then draws. A colour shows from the event or setter that applies it until the next one
 /// does; a disabled button keeps what it shows. Main thread.
 class ButtonLook {
  public:
   using Picture = std::shared_ptr<const Image>;
+  using Layer = ButtonLayer;
 
   /// The desktop's colours for the background of text and for labels.
   struct SystemColors {
     Color textBackground;
     Color label;
-  };
-
-  /// What is drawn beneath image and title; lengths in logical pixels.
-  struct Layer {
-    /// None is transparent.
-    std::optional<Color> backgroundColor;
-    double cornerRadius = 0;
-    bool masksToBounds = false;
-    double borderWidth = 0;
-    Color borderColor;
-
-    bool operator==(const Layer&) const = default;
   };
 
   /// Size of the title's system font in logical pixels; the title is centred.

@@ -30,8 +30,12 @@ struct FakeWorkspace : Workspace {
   void openURL(const std::string& url) override { opened += url; }
   void showOpenPanel(const std::vector<std::string>& /*types*/, std::function<void(bool)> /*done*/) override {}
   void terminate() override {}
-  Disposable observeWake(std::function<void()> /*handler*/) override { return Disposable([] {}); }
-  Disposable observeResignActive(std::function<void()> /*handler*/) override { return Disposable([] {}); }
+  Disposable observeWake(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
+  Disposable observeResignActive(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
 };
 
 struct WindowTest : AdapterTest {

@@ -1,6 +1,6 @@
-#include "ui/ButtonLook.h"
-
 #include <gtest/gtest.h>
+
+#include "ui/ButtonLook.h"
 
 namespace quilex {
 

@@ -10,7 +10,9 @@ struct UpdateCheckTest : AgentTest {
     launch({});
     answer({});
   }
-  static UpgradeInfo version(const std::string& ver) { return {"https://quilex.invalid/" + ver, "", ver, "<p>new</p>"}; }
+  static UpgradeInfo version(const std::string& ver) {
+    return {"https://quilex.invalid/" + ver, "", ver, "<p>new</p>"};
+  }
   /// Answers the oldest request, and tells what that did to the windows.
   std::string answer(const std::optional<UpgradeInfo>& info) {
     updateRequests.front()(info);
@@ -63,9 +65,8 @@ TEST_F(UpdateCheckTest, TwoAnswersInOneTurnAreBothSeenTo) {
 }
 
 TEST_F(UpdateCheckTest, TheButtonOpensTheAddressAndClosesThePanelInAnyCase) {
-  for (const auto& [url, opened] : {std::pair("https://quilex.invalid/get?a=b", " https://quilex.invalid/get?a=b"),
-                                    {"not a url", ""},
-                                    {"", ""}}) {
+  for (const auto& [url, opened] :
+       {std::pair("https://quilex.invalid/get?a=b", " https://quilex.invalid/get?a=b"), {"not a url", ""}, {"", ""}}) {
     auto info = version("2.0");
     info.url = url;
     check(manual, info);

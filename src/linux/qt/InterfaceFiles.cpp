@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QUiLoader>
 #include <cstdio>
+#include <utility>
 
 #include "linux/qt/Buttons.h"
 #include "linux/qt/PictureView.h"
@@ -49,12 +50,11 @@ std::unique_ptr<InterfaceWindow> loadInterfaceFile(const LinuxBundle& bundle, co
   loader.clearPluginPaths();
   loader.setWorkingDirectory(QDir(QString::fromStdString(path->parent_path().string())));
   std::unique_ptr<QWidget> widget(loader.load(&file));
-  auto* dialog = qobject_cast<QDialog*>(widget.get());
-  if (dialog == nullptr) {
+  if (qobject_cast<QDialog*>(widget.get()) == nullptr) {
     return failed(name, "describes no window");
   }
-  widget.release();
-  return std::make_unique<QtInterfaceWindow>(bundle, std::unique_ptr<QDialog, DeleteLater>(dialog));
+  std::unique_ptr<QDialog, DeleteLater> dialog(static_cast<QDialog*>(widget.release()));
+  return std::make_unique<QtInterfaceWindow>(bundle, std::move(dialog));
 }
 
 }  // namespace quilex
