@@ -155,10 +155,11 @@ Decoded<Value> decode(const nlohmann::json& json) {
   return value;
 }
 
-/// The value that a text stands for; nothing when the text does not parse or is not such a value.
+/// The value that a text stands for; nothing when the text does not parse or is not such a value. A large text is best
+/// moved in, so that it is gone before the value is made.
 template <typename Value>
-std::optional<Value> decodeText(std::string_view text) {
-  const auto json = parse(text);
+std::optional<Value> decodeText(std::string text) {
+  const auto json = parse(std::exchange(text, {}));
   Value value{};
   if (!json || detail::read(*json, value)) {
     return {};

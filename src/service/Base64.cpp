@@ -2,6 +2,7 @@
 
 #include <openssl/evp.h>
 
+#include <algorithm>
 #include <limits>
 
 #include "app/FatalError.h"
@@ -10,7 +11,6 @@ namespace quilex {
 
 namespace {
 
-constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 // OpenSSL counts in `int`; half of it leaves room for the longer form.
 constexpr std::size_t kMaximumSize = std::numeric_limits<int>::max() / 2;
 
@@ -33,15 +33,20 @@ std::string base64Encode(std::string_view bytes) {
   return text;
 }
 
-std::optional<std::string> base64Decode(std::string_view text) {
+std::optional<std::string> base64Decode(std::string_view text, std::size_t room) {
   const std::size_t padding = text.ends_with("==") ? 2 : (text.ends_with('=') ? 1 : 0);
-  // OpenSSL itself skips white space.
+  // To OpenSSL a '=' is a digit like others.
   if (text.size() % 4 != 0 || text.size() > kMaximumSize ||
-      text.substr(0, text.size() - padding).find_first_not_of(kAlphabet) != std::string_view::npos) {
+      std::min(text.find('='), text.size()) != text.size() - padding) {
     return {};
   }
-  std::string bytes(text.size() / 4 * 3, '\0');
-  EVP_DecodeBlock(bytesOf(bytes), bytesOf(text), static_cast<int>(text.size()));
+  std::string bytes;
+  bytes.reserve(text.size() / 4 * 3 + room);
+  bytes.resize(text.size() / 4 * 3);
+  // It skips white space at both ends, and so comes out short.
+  if (EVP_DecodeBlock(bytesOf(bytes), bytesOf(text), static_cast<int>(text.size())) != static_cast<int>(bytes.size())) {
+    return {};
+  }
   bytes.resize(bytes.size() - padding);
   return bytes;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,7 +11,7 @@ namespace quilex {
 std::string base64Encode(std::string_view bytes);
 
 /// The bytes of a standard base64 text; nothing when it has a character outside the alphabet (a blank and a line break
-/// are such), or is not padded to a multiple of four characters.
-std::optional<std::string> base64Decode(std::string_view text);
+/// are such), or is not padded to a multiple of four characters. The result can grow by `room` bytes without moving.
+std::optional<std::string> base64Decode(std::string_view text, std::size_t room = 0);
 
 }  // namespace quilex

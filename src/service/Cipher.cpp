@@ -2,9 +2,11 @@
 
 #include <openssl/evp.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "service/Base64.h"
 
@@ -30,27 +32,30 @@ const unsigned char* bytesOf(std::string_view text) {
   return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-std::optional<std::string> runCipher(std::string_view input, Direction direction) {
-  if (input.size() > kMaximumSize) {
+/// In place, because texts may be large; for nothing to be moved the text needs room for one more block.
+std::optional<std::string> runCipher(std::string text, Direction direction) {
+  if (text.size() > kMaximumSize) {
     return {};
   }
   const Context context(EVP_CIPHER_CTX_new());
-  std::string output(input.size() + kBlockSize, '\0');
-  auto* const out = reinterpret_cast<unsigned char*>(output.data());
+  const auto inputSize = static_cast<int>(text.size());
+  text.resize(text.size() + kBlockSize);
+  auto* const bytes = reinterpret_cast<unsigned char*>(text.data());
   int size = 0;
   int rest = 0;
   if (!context ||
       EVP_CipherInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, bytesOf(kKey), bytesOf(kInitialisationVector),
                         static_cast<int>(direction)) != 1 ||
-      EVP_CipherUpdate(context.get(), out, &size, bytesOf(input), static_cast<int>(input.size())) != 1 ||
-      EVP_CipherFinal_ex(context.get(), out + size, &rest) != 1) {
+      EVP_CipherUpdate(context.get(), bytes, &size, bytes, inputSize) != 1 ||
+      EVP_CipherFinal_ex(context.get(), bytes + size, &rest) != 1) {
     return {};
   }
-  output.resize(static_cast<std::size_t>(size) + static_cast<std::size_t>(rest));
-  return output;
+  text.resize(static_cast<std::size_t>(size) + static_cast<std::size_t>(rest));
+  return text;
 }
 
-/// How many bytes the character that begins with this byte has, and the smallest code point that needs as many.
+/// How many bytes the character beyond ASCII that begins with this byte has, and the smallest code point that needs as
+/// many.
 struct Utf8Form {
   std::size_t size;
   std::uint32_t smallest;
@@ -58,9 +63,6 @@ struct Utf8Form {
 };
 
 std::optional<Utf8Form> utf8Form(unsigned char first) {
-  if (first < 0x80) {
-    return Utf8Form{1, 0, first};
-  }
   if ((first & 0xE0U) == 0xC0) {
     return Utf8Form{2, 0x80, first & 0x1FU};
   }
@@ -74,7 +76,12 @@ std::optional<Utf8Form> utf8Form(unsigned char first) {
 }
 
 bool isUtf8(std::string_view text) {
-  while (!text.empty()) {
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  while (true) {
+    text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(text, isAscii) - text.begin()));
+    if (text.empty()) {
+      return true;
+    }
     const auto form = utf8Form(static_cast<unsigned char>(text.front()));
     if (!form || form->size > text.size()) {
       return false;
@@ -93,19 +100,18 @@ bool isUtf8(std::string_view text) {
     }
     text.remove_prefix(form->size);
   }
-  return true;
 }
 
 }  // namespace
 
 std::optional<std::string> encryptToBase64(std::string_view text) {
-  const auto cipherText = runCipher(text, Direction::encipher);
+  const auto cipherText = runCipher(std::string(text), Direction::encipher);
   return cipherText ? std::optional(base64Encode(*cipherText)) : std::nullopt;
 }
 
 std::optional<std::string> decryptBase64ToString(std::string_view base64) {
-  const auto cipherText = base64Decode(base64);
-  auto text = cipherText ? runCipher(*cipherText, Direction::decipher) : std::nullopt;
+  auto cipherText = base64Decode(base64, kBlockSize);
+  auto text = cipherText ? runCipher(*std::move(cipherText), Direction::decipher) : std::nullopt;
   if (text && !isUtf8(*text)) {
     text.reset();
   }

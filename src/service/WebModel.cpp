@@ -87,20 +87,22 @@ bool WebModel::send(envelope::Function function, const std::string& body, ReplyH
     return false;
   }
   session().post(instURL, envelope::kContentType, *form, [reply = std::move(reply)](std::optional<std::string> text) {
-    const auto content = text ? envelope::read(*std::exchange(text, {})) : std::nullopt;
-    reply(content);
+    // The service may send much, so that each stage drops what the one before it made.
+    auto content = text ? envelope::read(*text) : std::nullopt;
+    text.reset();
+    reply(std::move(content));
   });
   return true;
 }
 
 void WebModel::requestGuideInfo() {
   send(envelope::Function::guide, envelope::guideBody(userID(), services.version),
-       [this](const std::optional<std::string>& text) { receiveGuide(text); });
+       [this](std::optional<std::string> text) { receiveGuide(std::move(text)); });
 }
 
-void WebModel::receiveGuide(const std::optional<std::string>& text) {
+void WebModel::receiveGuide(std::optional<std::string> text) {
   guideModel.reset();
-  if (auto response = text ? json::decodeText<GuideResponse>(*text) : std::nullopt) {
+  if (auto response = text ? json::decodeText<GuideResponse>(*std::exchange(text, {})) : std::nullopt) {
     guideModel.emplace(*std::move(response), services.decodeImage);
   }
   services.notificationCenter.post(Notification::newFeatureUpdated);

@@ -106,12 +106,12 @@ class WebModel {
 
  private:
   /// Called with the text that the reply carries, or with nothing when the request failed or does not decipher.
-  using ReplyHandler = std::function<void(const std::optional<std::string>& text)>;
+  using ReplyHandler = std::function<void(std::optional<std::string> text)>;
 
   /// False, and `reply` is never called, when the request cannot be made.
   bool send(envelope::Function function, const std::string& body, ReplyHandler reply);
   HTTPSession& session();
-  void receiveGuide(const std::optional<std::string>& text);
+  void receiveGuide(std::optional<std::string> text);
   /// Waits for the midnight that follows that time on the calendar, and the jitter; without such a midnight for
   /// nothing.
   void armMidnightTimer(WallClock::Time time);

@@ -18,6 +18,8 @@ namespace quilex {
 
 namespace {
 
+constexpr qint64 kReadBufferSize = 1 << 20;
+
 /// The user's languages, the most preferred one first (RFC 9110, 12.5.4).
 QByteArray acceptLanguage() {
   constexpr qsizetype kMost = 6;
@@ -96,6 +98,8 @@ void QtHTTPSession::post(const std::string& url, const std::string& contentType,
 void QtHTTPSession::send(const QNetworkRequest& request, const QByteArray& body,
                          std::function<void(std::optional<std::string> text)> reply) {
   QNetworkReply* const answer = manager.post(request, body);
+  // What comes faster than it is taken up waits outside of this process.
+  answer->setReadBufferSize(kReadBufferSize);
   const auto received = std::make_shared<std::string>();
   const auto receive = [answer, received, limit = configuration.maximumReplySize] {
     if (received->empty()) {
