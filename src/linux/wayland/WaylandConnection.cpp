@@ -15,8 +15,8 @@ constexpr std::uint32_t kSeatVersion = 5;
 template <typename Object>
 void bindTo(Object& object, wl_registry* registry, std::uint32_t name, const wl_interface& interface,
             std::uint32_t offered, std::uint32_t known) {
-  object.reset(static_cast<typename Object::pointer>(
-      wl_registry_bind(registry, name, &interface, std::min(offered, known))));
+  object.reset(
+      static_cast<typename Object::pointer>(wl_registry_bind(registry, name, &interface, std::min(offered, known))));
 }
 
 }  // namespace
@@ -85,8 +85,8 @@ void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uin
   }
 }
 
-WaylandObject<wl_seat, wl_seat_release> WaylandConnection::bindSeat() {
-  WaylandObject<wl_seat, wl_seat_release> seat;
+WaylandObject<wl_seat> WaylandConnection::bindSeat() {
+  WaylandObject<wl_seat> seat;
   if (seatName != 0) {
     bindTo(seat, registry.get(), seatName, wl_seat_interface, kSeatVersion, kSeatVersion);
   }

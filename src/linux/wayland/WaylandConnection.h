@@ -33,7 +33,7 @@ class WaylandConnection {
   wp_viewporter* viewporter() const { return globals.viewporter.get(); }
   zwlr_layer_shell_v1* layerShell() const { return globals.layerShell.get(); }
   /// The first seat, which tells at once what it has; empty when there is none.
-  WaylandObject<wl_seat, wl_seat_release> bindSeat();
+  WaylandObject<wl_seat> bindSeat();
 
   /// In the order in which they came.
   const std::vector<std::unique_ptr<WaylandOutput>>& outputs() const { return knownOutputs; }
@@ -42,11 +42,11 @@ class WaylandConnection {
 
  private:
   struct Globals {
-    WaylandObject<wl_compositor, wl_compositor_destroy> compositor;
-    WaylandObject<wl_shm, wl_shm_destroy> sharedMemory;
-    WaylandObject<wp_viewporter, wp_viewporter_destroy> viewporter;
-    WaylandObject<zwlr_layer_shell_v1, zwlr_layer_shell_v1_destroy> layerShell;
-    WaylandObject<zxdg_output_manager_v1, zxdg_output_manager_v1_destroy> outputManager;
+    WaylandObject<wl_compositor> compositor;
+    WaylandObject<wl_shm> sharedMemory;
+    WaylandObject<wp_viewporter> viewporter;
+    WaylandObject<zwlr_layer_shell_v1> layerShell;
+    WaylandObject<zxdg_output_manager_v1> outputManager;
   };
   static const wl_registry_listener registryListener;
 
@@ -57,8 +57,8 @@ class WaylandConnection {
   void drainEvents();
   void checkLost();
 
-  WaylandObject<wl_display, wl_display_disconnect> connection;
-  WaylandObject<wl_registry, wl_registry_destroy> registry;
+  WaylandObject<wl_display> connection;
+  WaylandObject<wl_registry> registry;
   Globals globals;
   std::uint32_t seatName = 0;
   std::vector<std::unique_ptr<WaylandOutput>> knownOutputs;

@@ -96,8 +96,7 @@ void WaylandDesktopWindow::settle() {
 
 void WaylandDesktopWindow::show() {
   const auto& outputs = services.connection.outputs();
-  const auto output =
-      std::ranges::find_if(outputs, [&](const auto& each) { return each->global() == outputGlobal; });
+  const auto output = std::ranges::find_if(outputs, [&](const auto& each) { return each->global() == outputGlobal; });
   if (output == outputs.end() || reopening || !content || !content->isReady()) {
     return;
   }
@@ -106,9 +105,8 @@ void WaylandDesktopWindow::show() {
   shell->order = wantedOrder;
   shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
   shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));
-  shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(connection.layerShell(), shell->surface.get(),
-                                                                  (*output)->object(), layerOf(wantedOrder),
-                                                                  "quilexhelper"));
+  shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
+      connection.layerShell(), shell->surface.get(), (*output)->object(), layerOf(wantedOrder), "quilexhelper"));
   zwlr_layer_surface_v1* const layer = shell->layerSurface.get();
   zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
   zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);
@@ -139,8 +137,7 @@ void WaylandDesktopWindow::configure(std::uint32_t serial, std::uint32_t width, 
   const auto h = static_cast<std::int32_t>(height);
   // Whatever the scale is, one pixel of the picture is one of the display.
   wp_viewport_set_destination(shell->viewport.get(), w, h);
-  const WaylandObject<wl_region, wl_region_destroy> whole(
-      wl_compositor_create_region(services.connection.compositor()));
+  const WaylandObject<wl_region> whole(wl_compositor_create_region(services.connection.compositor()));
   wl_region_add(whole.get(), 0, 0, w, h);
   wl_surface_set_opaque_region(shell->surface.get(), whole.get());
   shell->configured = true;

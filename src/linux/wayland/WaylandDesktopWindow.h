@@ -46,10 +46,10 @@ class WaylandDesktopWindow {
  private:
   /// What there is while the window is shown.
   struct Shell {
-    WaylandSurface surface;
-    WaylandViewport viewport;
-    WaylandObject<zwlr_layer_surface_v1, zwlr_layer_surface_v1_destroy> layerSurface;
-    WaylandCallback frame;
+    WaylandObject<wl_surface> surface;
+    WaylandObject<wp_viewport> viewport;
+    WaylandObject<zwlr_layer_surface_v1> layerSurface;
+    WaylandObject<wl_callback> frame;
     WindowOrder order;
     bool configured = false;
   };

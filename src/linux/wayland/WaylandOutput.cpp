@@ -79,7 +79,8 @@ Rect WaylandOutput::frame() const {
     return {double(logical.x), double(logical.y), double(logical.width), double(logical.height)};
   }
   const PixelSize size = upright();
-  return {double(current.x), double(current.y), double(size.width) / current.scale, double(size.height) / current.scale};
+  return {double(current.x), double(current.y), double(size.width) / current.scale,
+          double(size.height) / current.scale};
 }
 
 }  // namespace quilex

@@ -51,8 +51,8 @@ class WaylandOutput {
   PixelSize upright() const;
 
   std::uint32_t id;
-  WaylandObject<wl_output, wl_output_release> output;
-  WaylandObject<zxdg_output_v1, zxdg_output_v1_destroy> place;
+  WaylandObject<wl_output> output;
+  WaylandObject<zxdg_output_v1> place;
   std::function<void()> described;
   Description pending;
   Description current;

@@ -9,8 +9,8 @@ namespace quilex {
 /// The pointer over the agent's surfaces, with the desktop's usual cursor. Main thread.
 class WaylandPointer {
  public:
-  /// `pressed` is told of each press and release of a button: the surface, the button's code (linux/input-event-codes.h)
-  /// and whether it went down. The connection must outlive the pointer.
+  /// `pressed` is told of each press and release of a button: the surface, the button's code
+  /// (linux/input-event-codes.h) and whether it went down. The connection must outlive the pointer.
   using Handler = std::function<void(wl_surface* surface, std::uint32_t button, bool down)>;
   WaylandPointer(WaylandConnection& theConnection, Handler pressed);
   WaylandPointer(const WaylandPointer&) = delete;
@@ -28,10 +28,10 @@ class WaylandPointer {
 
   WaylandConnection& connection;
   Handler handler;
-  WaylandObject<wl_seat, wl_seat_release> seat;
-  WaylandObject<wl_pointer, wl_pointer_release> pointer;
-  WaylandObject<wl_cursor_theme, wl_cursor_theme_destroy> theme;
-  WaylandSurface cursorSurface;
+  WaylandObject<wl_seat> seat;
+  WaylandObject<wl_pointer> pointer;
+  WaylandObject<wl_cursor_theme> theme;
+  WaylandObject<wl_surface> cursorSurface;
   wl_surface* over = nullptr;
 };
 

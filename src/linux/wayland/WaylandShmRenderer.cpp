@@ -25,8 +25,8 @@ class WaylandShmPicture : public Picture {
       return false;
     }
     if (!*free) {
-      *free = std::make_unique<Buffer>(renderer.connection.sharedMemory(),
-                                       stride * static_cast<std::size_t>(size.height));
+      *free =
+          std::make_unique<Buffer>(renderer.connection.sharedMemory(), stride * static_cast<std::size_t>(size.height));
     }
     if (!drawSoftware(context, size, stride, (*free)->pages.data())) {
       return false;
@@ -82,23 +82,22 @@ class WaylandShmPicture : public Picture {
     PixelRect part;
     bool isRead = false;
     Buffer* owner = nullptr;
-    WaylandBuffer buffer;
+    WaylandObject<wl_buffer> buffer;
   };
   struct Buffer {
     Buffer(wl_shm* sharedMemory, std::size_t bytes)
         : pages(bytes), pool(wl_shm_create_pool(sharedMemory, pages.descriptor(), static_cast<std::int32_t>(bytes))) {}
     SharedPages pages;
-    WaylandObject<wl_shm_pool, wl_shm_pool_destroy> pool;
+    WaylandObject<wl_shm_pool> pool;
     std::map<NativeWindow, View> views;
     /// How many views the compositor may still read.
     int reads = 0;
   };
-  static constexpr wl_buffer_listener kBufferListener = {
-      .release = [](void* data, wl_buffer*) {
-        View& view = *static_cast<View*>(data);
-        view.isRead = false;
-        --view.owner->reads;
-      }};
+  static constexpr wl_buffer_listener kBufferListener = {.release = [](void* data, wl_buffer*) {
+    View& view = *static_cast<View*>(data);
+    view.isRead = false;
+    --view.owner->reads;
+  }};
 
   WaylandShmRenderer& renderer;
   PixelSize size;

@@ -6,6 +6,8 @@
 
 namespace quilex {
 
+class WaylandShmPicture;
+
 /// The CPU renderer on Wayland: pictures in memory shared with the compositor.
 class WaylandShmRenderer : public Renderer {
  public:

@@ -7,8 +7,8 @@
 
 namespace quilex {
 
-WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, WaylandTargets& targets,
-                                         VideoOutput& output, Renderer& renderer, RunLoop& loop)
+WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, WaylandTargets& targets, VideoOutput& output,
+                                         Renderer& renderer, RunLoop& loop)
     : connection(theConnection),
       services{theConnection, targets, output, renderer, loop},
       windows(loop, [] {}),
@@ -35,8 +35,8 @@ std::vector<Screen> WaylandWindowServer::screens() const {
 
 std::unique_ptr<WallpaperWindow> WaylandWindowServer::makeWallpaperWindow(const Screen& screen) {
   const auto& all = connection.outputs();
-  const auto output = std::ranges::find_if(
-      all, [&](const auto& each) { return each->isKnown() && each->frame() == screen.frame; });
+  const auto output =
+      std::ranges::find_if(all, [&](const auto& each) { return each->isKnown() && each->frame() == screen.frame; });
   if (output == all.end()) {
     fatalError("a window was asked for on a screen that is not there");
   }

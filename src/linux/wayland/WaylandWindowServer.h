@@ -24,8 +24,12 @@ class WaylandWindowServer : public WindowServer {
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
-  [[nodiscard]] Disposable observeOcclusion(std::function<void()> /*handler*/) override { return Disposable([] {}); }
-  [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override { return Disposable([] {}); }
+  [[nodiscard]] Disposable observeOcclusion(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
+  [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
 
  private:
   void screensChangedSoon();

@@ -25,9 +25,7 @@ constexpr std::uint8_t kDepth = 24;
 class X11ShmPicture : public Picture {
  public:
   X11ShmPicture(X11ShmRenderer& owner, PixelSize extent)
-      : renderer(owner),
-        size(extent),
-        stride(softwareStride(extent.width)) {}
+      : renderer(owner), size(extent), stride(softwareStride(extent.width)) {}
 
   ~X11ShmPicture() override {
     for (const auto& buffer : buffers) {

@@ -77,9 +77,8 @@ std::vector<Screen> X11WindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Screen& screen) {
-  return windows.lend(
-      [&](const X11DesktopWindow& window) { return window.frame() == screen.frame; },
-      [&] { return std::make_unique<X11DesktopWindow>(connection, output, renderer, screen.frame); });
+  return windows.lend([&](const X11DesktopWindow& window) { return window.frame() == screen.frame; },
+                      [&] { return std::make_unique<X11DesktopWindow>(connection, output, renderer, screen.frame); });
 }
 
 void X11WindowServer::ordered() {
