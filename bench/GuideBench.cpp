@@ -37,7 +37,8 @@ unsigned char* bytesOf(std::string& text) {
 std::string base64(const std::string& text) {
   std::string bytes(text.size() / 4 * 3, '\0');
   EVP_DecodeBlock(bytesOf(bytes), reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
-  return bytes.substr(0, bytes.size() - static_cast<std::size_t>(std::ranges::count(text.substr(text.size() - 2), '=')));
+  return bytes.substr(0,
+                      bytes.size() - static_cast<std::size_t>(std::ranges::count(text.substr(text.size() - 2), '=')));
 }
 
 std::size_t readDirectly(const std::string& reply) {
@@ -55,7 +56,8 @@ std::size_t readDirectly(const std::string& reply) {
   for (const char* member : {"leftPanel", "newFeature"}) {
     for (const auto& entry : data.at(member)) {
       const std::string bytes = base64(entry.get_ref<const std::string&>());
-      pictures.push_back(QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size())));
+      pictures.push_back(
+          QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size())));
     }
   }
   return pictures.size();
