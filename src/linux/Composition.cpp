@@ -4,6 +4,7 @@
 #include <EGL/eglext.h>
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -12,10 +13,12 @@
 
 #include "app/FatalError.h"
 #include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/InterfaceFiles.h"
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/QtStatusItem.h"
 #include "linux/qt/ServiceURL.h"
+#include "linux/qt/Translations.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/x11/X11ShmRenderer.h"
 
@@ -106,6 +109,7 @@ Composition::Composition(std::unique_ptr<X11Connection> x11, Suites opened, std:
       output(std::move(chosen)),
       windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
   current = this;
+  installTranslations(QLocale::system().uiLanguages(), bundle.path() / "translations");
 }
 
 Composition::~Composition() {
@@ -160,10 +164,7 @@ StatusBarManager& Composition::statusBarManager() {
     };
     statusBar = std::make_unique<StatusBarManager>(
         StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
-                                   [](const char* english, const char* comment) {
-                                     return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
-                                   },
-                                   appInfo().displayVersion(), nullptr});
+                                   localization(), appInfo().displayVersion(), [this] { checkUpdates(); }});
   }
   return *statusBar;
 }
@@ -178,6 +179,16 @@ WebModel& Composition::webModel() {
         systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
   }
   return *web;
+}
+
+LoadInterfaceFile Composition::interfaceFiles() {
+  return [this](const std::string& name) { return loadInterfaceFile(bundle, name); };
+}
+
+Localize Composition::localization() {
+  return [](const char* english, const char* comment) {
+    return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+  };
 }
 
 const AppInfo& AppInfo::shared() {

@@ -19,6 +19,8 @@
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11SystemTray.h"
 #include "linux/x11/X11WindowServer.h"
+#include "platform/InterfaceWindow.h"
+#include "platform/Localization.h"
 #include "platform/NotificationCenter.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
@@ -55,6 +57,12 @@ class Composition {
   DistributedNotificationCenter& notificationCenter() { return notifications; }
   WindowServer& windowServer() { return *windows; }
   Workspace& workspace() { return session; }
+  RunLoop& eventLoop() { return *runLoop; }
+  LoadInterfaceFile interfaceFiles();
+  static Localize localization();
+
+  /// The menu's wish for an update check, which the delegate answers.
+  std::function<void()> checkUpdates;
 
  private:
   struct Suites {

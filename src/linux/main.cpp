@@ -40,7 +40,13 @@ int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   quilex::AppDelegate delegate({[]() -> quilex::Preferences& { return quilex::Preferences::shared(); },
                                 []() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
                                 []() -> quilex::StatusBarManager& { return quilex::StatusBarManager::shared(); },
-                                composition->workspace(), composition->notificationCenter()});
+                                composition->workspace(), composition->notificationCenter(), composition->eventLoop(),
+                                []() -> const quilex::AppInfo& { return quilex::AppInfo::shared(); },
+                                [](const quilex::AppDelegate::UpgradeCompletion& completion) {
+                                  quilex::WebModel::shared().requestUpgradeInfo(completion);
+                                },
+                                composition->interfaceFiles(), Composition::localization()});
+  composition->checkUpdates = [&delegate] { delegate.checkUpdates(quilex::AppDelegate::Check::manual); };
   delegateAtExit = &delegate;
   std::atexit(terminateDelegate);
   quilex::WindowServer& windows = composition->windowServer();
@@ -48,7 +54,6 @@ int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
-  quilex::WebModel::shared();
   QCoreApplication::exec();
   delegate.applicationWillTerminate();
   delegateAtExit = nullptr;
@@ -71,6 +76,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "xcb");
   }
   const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("QuilexHelper"));
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
 
