@@ -1,11 +1,11 @@
 #include "linux/qt/QtHTTPSession.h"
 
-#include <QCoreApplication>
+#include <QFutureWatcher>
 #include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QPointer>
+#include <QPromise>
 #include <QStringDecoder>
 #include <QThreadPool>
 #include <QUrl>
@@ -83,15 +83,19 @@ void QtHTTPSession::post(const std::string& url, const std::string& contentType,
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
 
   // Which proxy to take may be a matter of running a script or asking the network.
-  QThreadPool::globalInstance()->start([this, main = QCoreApplication::instance(), alive = QPointer(&manager), request,
-                                        bytes = QByteArray::fromStdString(body), answer = std::move(reply)] {
-    const auto proxies = QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(request.url()));
-    QMetaObject::invokeMethod(main, [this, alive, request, bytes, answer, proxies] {
-      if (alive) {
-        manager.setProxy(proxies.value(0, QNetworkProxy::NoProxy));
-        send(request, bytes, answer);
-      }
-    });
+  const auto lookup = std::make_shared<QPromise<QNetworkProxy>>();
+  auto* const watcher = new QFutureWatcher<QNetworkProxy>(&manager);
+  QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
+                   [this, watcher, request, bytes = QByteArray::fromStdString(body), answer = std::move(reply)] {
+                     watcher->deleteLater();
+                     manager.setProxy(watcher->result());
+                     send(request, bytes, answer);
+                   });
+  watcher->setFuture(lookup->future());
+  QThreadPool::globalInstance()->start([lookup, query = QNetworkProxyQuery(request.url())] {
+    lookup->start();
+    lookup->addResult(QNetworkProxyFactory::systemProxyForQuery(query).value(0, QNetworkProxy::NoProxy));
+    lookup->finish();
   });
 }
 
