@@ -16,6 +16,7 @@ from PIL import ImageChops
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCE / "tools"))
 from virtual_desktop import VirtualDesktop  # noqa: E402
+from virtual_wayland import VirtualWaylandDesktop  # noqa: E402
 
 DEADLINE = 20  # seconds; far more than anything here takes, even under a sanitizer
 
@@ -117,8 +118,8 @@ class UserSession:
 class Session(UserSession):
     """A user's session on a virtual desktop, with an agent."""
 
-    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None):
-        self.desktop = VirtualDesktop(monitors)
+    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None, kind="x11"):
+        self.desktop = VirtualWaylandDesktop(monitors) if kind == "wayland" else VirtualDesktop(monitors)
         super().__init__(build, self.desktop.environment)
         self.agent_program = self.programs_folder / "quilexhelper"
         self.agent = None

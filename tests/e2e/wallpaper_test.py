@@ -22,6 +22,7 @@ HALVES = (
 
 class Journey(unittest.TestCase):
     monitors = ("1280x720", "800x600")
+    kind = "x11"
 
     @classmethod
     def setUpClass(cls):
@@ -37,7 +38,7 @@ class Journey(unittest.TestCase):
         cls.clips.cleanup()
 
     def begin(self, *rows, manager=None, **settings):
-        self.session = Session(BUILD, self.monitors, manager)
+        self.session = Session(BUILD, self.monitors, manager, self.kind)
         self.addCleanup(self.session.close)
         if rows:
             self.session.make_library(*rows)
