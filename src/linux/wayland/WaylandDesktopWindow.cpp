@@ -101,7 +101,7 @@ void WaylandDesktopWindow::show() {
     return;
   }
   WaylandConnection& connection = services.connection;
-  shell.emplace();
+  shell = std::make_unique<Shell>();
   shell->order = wantedOrder;
   shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
   shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));

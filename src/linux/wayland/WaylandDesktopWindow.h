@@ -50,7 +50,7 @@ class WaylandDesktopWindow {
     WaylandObject<wp_viewport> viewport;
     WaylandObject<zwlr_layer_surface_v1> layerSurface;
     WaylandObject<wl_callback> frame;
-    WindowOrder order;
+    WindowOrder order = WindowOrder::back;
     bool configured = false;
   };
   static const zwlr_layer_surface_v1_listener shellListener;
@@ -73,7 +73,7 @@ class WaylandDesktopWindow {
   std::unique_ptr<VideoView> view;
   std::function<void()> click;
   std::optional<VideoSurface> content;
-  std::optional<Shell> shell;
+  std::unique_ptr<Shell> shell;
   WindowOrder wantedOrder = WindowOrder::back;
   bool wanted = false;
   bool pressed = false;

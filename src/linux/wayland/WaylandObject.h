@@ -8,9 +8,16 @@
 #include <memory>
 
 // A parameter of the generated code has the name of a keyword.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define namespace name_space
 #include <wlr-layer-shell-unstable-v1.h>
 #undef namespace
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 namespace quilex {
 

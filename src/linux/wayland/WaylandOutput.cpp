@@ -16,10 +16,10 @@ const wl_output_listener WaylandOutput::outputListener = {
     .geometry =
         [](void* data, wl_output*, std::int32_t x, std::int32_t y, std::int32_t, std::int32_t, std::int32_t,
            const char*, const char*, std::int32_t transform) {
-          Description& pending = self(data).pending;
-          pending.x = x;
-          pending.y = y;
-          pending.transform = transform;
+          Description& next = self(data).pending;
+          next.x = x;
+          next.y = y;
+          next.transform = transform;
         },
     .mode =
         [](void* data, wl_output*, std::uint32_t flags, std::int32_t width, std::int32_t height, std::int32_t) {
@@ -29,10 +29,10 @@ const wl_output_listener WaylandOutput::outputListener = {
         },
     .done =
         [](void* data, wl_output*) {
-          WaylandOutput& output = self(data);
-          output.current = output.pending;
-          output.known = true;
-          output.described();
+          WaylandOutput& described = self(data);
+          described.current = described.pending;
+          described.known = true;
+          described.changed();
         },
     .scale = [](void* data, wl_output*, std::int32_t factor) { self(data).pending.scale = factor; },
     .name = [](void* data, wl_output*, const char* name) { self(data).pending.name = name; },
@@ -56,8 +56,8 @@ const zxdg_output_v1_listener WaylandOutput::placeListener = {
     .description = [](void*, zxdg_output_v1*, const char*) {},
 };
 
-WaylandOutput::WaylandOutput(std::uint32_t globalName, wl_output* bound, std::function<void()> changed)
-    : id(globalName), output(bound), described(std::move(changed)) {
+WaylandOutput::WaylandOutput(std::uint32_t globalName, wl_output* bound, std::function<void()> theChanged)
+    : id(globalName), output(bound), changed(std::move(theChanged)) {
   wl_output_add_listener(bound, &outputListener, this);
 }
 

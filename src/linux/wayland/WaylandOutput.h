@@ -13,8 +13,8 @@ namespace quilex {
 /// A monitor of the compositor, followed through its changes. Main thread.
 class WaylandOutput {
  public:
-  /// `changed` is called whenever the compositor has described the output anew.
-  WaylandOutput(std::uint32_t globalName, wl_output* bound, std::function<void()> changed);
+  /// `theChanged` is called whenever the compositor has described the output anew.
+  WaylandOutput(std::uint32_t globalName, wl_output* bound, std::function<void()> theChanged);
   WaylandOutput(const WaylandOutput&) = delete;
   WaylandOutput& operator=(const WaylandOutput&) = delete;
 
@@ -53,7 +53,7 @@ class WaylandOutput {
   std::uint32_t id;
   WaylandObject<wl_output> output;
   WaylandObject<zxdg_output_v1> place;
-  std::function<void()> described;
+  std::function<void()> changed;
   Description pending;
   Description current;
   bool known = false;
