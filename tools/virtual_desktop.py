@@ -21,6 +21,8 @@ SERVER = "/usr/lib/xorg/Xorg"
 
 
 class VirtualDesktop:
+    background = (0, 0, 0)  # what the server shows where nobody draws
+
     def __init__(self, monitors=("1920x1080",)):
         self.folder = tempfile.mkdtemp(prefix="virtual-desktop-")
         reading, writing = os.pipe()
