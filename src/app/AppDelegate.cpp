@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include <chrono>
 #include <utility>
 
 namespace quilex {
@@ -10,6 +11,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   services.videoPlayerManager().buildWindows();
   services.statusBarManager().buildStatusMenu();
   wake.emplace(services.workspace.observeWake([this] { didWakeNotification(); }));
+  checkUpdates(Check::automatic);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -41,6 +43,58 @@ void AppDelegate::didWakeNotification() {
     manager.player().play();
     manager.syncSign();
   }
+}
+
+// The update check
+
+void AppDelegate::checkUpdates(Check check) {
+  services.requestUpgradeInfo(
+      [this, check](const std::optional<UpgradeInfo>& info) { updateCheckCompletion(info, check); });
+}
+
+void AppDelegate::updateCheckCompletion(const std::optional<UpgradeInfo>& info, Check check) {
+  outcomes.push_back({info, check});
+  mainQueue.emplace(services.runLoop.after(std::chrono::milliseconds(0), [this] {
+    for (; !outcomes.empty(); outcomes.pop_front()) {
+      show(outcomes.front());
+    }
+  }));
+}
+
+void AppDelegate::show(const Outcome& outcome) {
+  if (outcome.info && services.appInfo().version() < outcome.info->ver) {
+    offer(*outcome.info);
+  } else if (outcome.check == Check::manual) {
+    showUpToDate();
+  }
+}
+
+void AppDelegate::offer(const UpgradeInfo& info) {
+  if (upgradeWC) {
+    upgradeWC->close();
+  }
+  upgradeWC =
+      std::make_unique<UpgradeWindowController>(services.loadInterfaceFile, services.localize, services.workspace);
+  upgradeWC->upgradeInfo = info;
+  upgradeWC->showWindow();
+}
+
+void AppDelegate::showUpToDate() {
+  if (!upToDateWindowController) {
+    upToDateWindowController.emplace(services.loadInterfaceFile);
+  }
+  CustomAlertWindowController& alert = *upToDateWindowController;
+  if (!alert.isWindowLoaded()) {
+    alert.loadWindow();
+  }
+  if (alert.titleLabel != nullptr) {
+    alert.titleLabel->setStringValue(localized("You're up to date", "updated"));
+  }
+  if (alert.infoLabel != nullptr) {
+    alert.infoLabel->setStringValue(
+        filled(localized("%@ is currently the newest version", "fmt"), services.appInfo().displayVersion()));
+  }
+  alert.showWindow();
 }
 
 bool AppDelegate::isPlayingInTheOpen() const {

@@ -1,9 +1,7 @@
 #include "linux/Composition.h"
 
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
-
 #include <QCoreApplication>
+#include <QLocale>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -12,12 +10,12 @@
 
 #include "app/FatalError.h"
 #include "linux/mpv/MpvPlayer.h"
+#include "linux/qt/InterfaceFiles.h"
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/QtStatusItem.h"
 #include "linux/qt/ServiceURL.h"
-#include "linux/render/GpuRenderer.h"
-#include "linux/x11/X11ShmRenderer.h"
+#include "linux/qt/Translations.h"
 
 namespace quilex {
 
@@ -27,19 +25,14 @@ namespace fs = std::filesystem;
 
 Composition* current = nullptr;
 
-std::unique_ptr<Renderer> makeGpuRenderer(X11Connection& x11, Rasteriser allowed) {
-  return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11.display(), static_cast<EGLint>(x11.visual()),
-                           {MPV_RENDER_PARAM_X11_DISPLAY, x11.display()}, allowed);
-}
-
-std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(X11Connection& x11) {
+std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(Desktop& desktop) {
   const char* variable = std::getenv("QUILEX_RENDERER");
   const std::string_view forced = variable != nullptr ? variable : "";
   if (forced == "cpu") {
-    return std::make_unique<X11ShmRenderer>(x11);
+    return desktop.makeCpuRenderer();
   }
   if (forced == "gpu") {
-    if (auto renderer = makeGpuRenderer(x11, Rasteriser::any)) {
+    if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any)) {
       return renderer;
     }
     return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3"};
@@ -47,10 +40,10 @@ std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(X11
   if (!forced.empty()) {
     return Composition::Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + std::string(forced) + "\""};
   }
-  if (auto renderer = makeGpuRenderer(x11, Rasteriser::hardwareOnly)) {
+  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly)) {
     return renderer;
   }
-  return std::make_unique<X11ShmRenderer>(x11);
+  return desktop.makeCpuRenderer();
 }
 
 /// Empty, so that every request fails, when the bundle names no address that may be asked.
@@ -74,7 +67,7 @@ UniformRandom systemRandom() {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<X11Connection> x11,
+std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<Desktop> desktop,
                                                                                    std::function<void()> desktopLost) {
   auto loop = std::make_unique<QtRunLoop>();
   Suites suites;
@@ -87,25 +80,25 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
     }
     *suite = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
   }
-  auto renderer = chooseRenderer(*x11);
+  auto renderer = chooseRenderer(*desktop);
   if (const auto* failure = std::get_if<Failure>(&renderer)) {
     return *failure;
   }
-  x11->start(std::move(desktopLost));
-  return std::unique_ptr<Composition>(new Composition(std::move(x11), std::move(suites), std::move(loop),
+  desktop->start(std::move(desktopLost));
+  return std::unique_ptr<Composition>(new Composition(std::move(desktop), std::move(suites), std::move(loop),
                                                       std::get<std::unique_ptr<Renderer>>(std::move(renderer))));
 }
 
-Composition::Composition(std::unique_ptr<X11Connection> x11, Suites opened, std::unique_ptr<QtRunLoop> loop,
+Composition::Composition(std::unique_ptr<Desktop> openedDesktop, Suites openedSuites, std::unique_ptr<QtRunLoop> loop,
                          std::unique_ptr<Renderer> chosen)
     : runLoop(std::move(loop)),
-      suites(std::move(opened)),
-      connection(std::move(x11)),
-      systemTray(*connection),
+      suites(std::move(openedSuites)),
+      desktop(std::move(openedDesktop)),
       renderer(*chosen),
       output(std::move(chosen)),
-      windows(std::make_unique<X11WindowServer>(*connection, output, renderer, *runLoop)) {
+      windows(desktop->makeWindowServer(output, renderer, *runLoop)) {
   current = this;
+  installTranslations(QLocale::system().uiLanguages(), bundle.path() / "translations");
 }
 
 Composition::~Composition() {
@@ -153,17 +146,11 @@ VideoPlayerManager& Composition::videoPlayerManager() {
 StatusBarManager& Composition::statusBarManager() {
   if (!statusBar) {
     const auto makeStatusItem = [this] {
-      return std::make_unique<QtStatusItem>(
-          bundle, *runLoop,
-          EmbeddingTray{[this] { return systemTray.isPresent(); },
-                        [this](std::function<void()> handler) { return systemTray.observe(std::move(handler)); }});
+      return std::make_unique<QtStatusItem>(bundle, *runLoop, desktop->embeddingTray());
     };
     statusBar = std::make_unique<StatusBarManager>(
         StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
-                                   [](const char* english, const char* comment) {
-                                     return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
-                                   },
-                                   appInfo().displayVersion(), nullptr});
+                                   localization(), appInfo().displayVersion(), [this] { checkUpdates(); }});
   }
   return *statusBar;
 }
@@ -178,6 +165,16 @@ WebModel& Composition::webModel() {
         systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
   }
   return *web;
+}
+
+LoadInterfaceFile Composition::interfaceFiles() {
+  return [this](const std::string& name) { return loadInterfaceFile(bundle, name); };
+}
+
+Localize Composition::localization() {
+  return [](const char* english, const char* comment) {
+    return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+  };
 }
 
 const AppInfo& AppInfo::shared() {

@@ -8,6 +8,7 @@
 
 #include "app/AppInfo.h"
 #include "library/LocalVideoDBManager.h"
+#include "linux/Desktop.h"
 #include "linux/LinuxWorkspace.h"
 #include "linux/StandardConsole.h"
 #include "linux/bundle/LinuxBundle.h"
@@ -16,9 +17,8 @@
 #include "linux/qt/QtRunLoop.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/settings/JsonSettingsSuite.h"
-#include "linux/x11/X11Connection.h"
-#include "linux/x11/X11SystemTray.h"
-#include "linux/x11/X11WindowServer.h"
+#include "platform/InterfaceWindow.h"
+#include "platform/Localization.h"
 #include "platform/NotificationCenter.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
@@ -37,7 +37,7 @@ class Composition {
   };
 
   /// Opens the settings and chooses the renderer. `desktopLost` is called once if the desktop goes away.
-  static std::variant<std::unique_ptr<Composition>, Failure> make(std::unique_ptr<X11Connection> x11,
+  static std::variant<std::unique_ptr<Composition>, Failure> make(std::unique_ptr<Desktop> desktop,
                                                                   std::function<void()> desktopLost);
   ~Composition();
   Composition(const Composition&) = delete;
@@ -55,6 +55,12 @@ class Composition {
   DistributedNotificationCenter& notificationCenter() { return notifications; }
   WindowServer& windowServer() { return *windows; }
   Workspace& workspace() { return session; }
+  RunLoop& eventLoop() { return *runLoop; }
+  LoadInterfaceFile interfaceFiles();
+  static Localize localization();
+
+  /// The menu's wish for an update check, which the delegate answers.
+  std::function<void()> checkUpdates;
 
  private:
   struct Suites {
@@ -62,7 +68,7 @@ class Composition {
     std::unique_ptr<JsonSettingsSuite> standardDefaults;
   };
 
-  Composition(std::unique_ptr<X11Connection> x11, Suites opened, std::unique_ptr<QtRunLoop> loop,
+  Composition(std::unique_ptr<Desktop> openedDesktop, Suites openedSuites, std::unique_ptr<QtRunLoop> loop,
               std::unique_ptr<Renderer> chosen);
 
   // In the order of dependence: what comes later uses what comes before.
@@ -74,11 +80,10 @@ class Composition {
   LocalWallClock wallClock;
   NotificationCenter processNotifications;
   Suites suites;
-  std::unique_ptr<X11Connection> connection;
-  X11SystemTray systemTray;
+  std::unique_ptr<Desktop> desktop;
   Renderer& renderer;
   VideoOutput output;
-  std::unique_ptr<X11WindowServer> windows;
+  std::unique_ptr<WindowServer> windows;
   std::unique_ptr<AppInfo> info;
   std::unique_ptr<Preferences> settings;
   std::unique_ptr<LocalVideoDBManager> videos;

@@ -1,9 +1,11 @@
 #include "linux/LinuxWorkspace.h"
 
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <memory>
 #include <utility>
 
@@ -14,6 +16,13 @@ namespace quilex {
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
   launchDesktopEntry(bundleIdentifier);
+}
+
+void LinuxWorkspace::openURL(const std::string& url) {
+  const QUrl address(QString::fromStdString(url), QUrl::StrictMode);
+  if (address.isValid() && !address.isRelative()) {
+    QDesktopServices::openUrl(address);
+  }
 }
 
 void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTypes,

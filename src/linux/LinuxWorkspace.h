@@ -9,6 +9,7 @@ namespace quilex {
 class LinuxWorkspace : public Workspace {
  public:
   void launchApplication(const std::string& bundleIdentifier) override;
+  void openURL(const std::string& url) override;
   void showOpenPanel(const std::vector<std::string>& allowedFileTypes, std::function<void(bool chosen)> done) override;
   void terminate() override;
   [[nodiscard]] Disposable observeWake(std::function<void()> handler) override;

@@ -24,10 +24,11 @@ void terminateDelegate() {
   }
 }
 
-int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
+int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   int status = EXIT_SUCCESS;
-  auto made = Composition::make(std::move(x11), [&status] {
-    std::fputs("quilexhelper: the X server is gone\n", stderr);
+  const char* const server = desktop->serverName();
+  auto made = Composition::make(std::move(desktop), [&status, server] {
+    std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
     status = EXIT_FAILURE;
     QCoreApplication::quit();
   });
@@ -40,7 +41,13 @@ int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   quilex::AppDelegate delegate({[]() -> quilex::Preferences& { return quilex::Preferences::shared(); },
                                 []() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
                                 []() -> quilex::StatusBarManager& { return quilex::StatusBarManager::shared(); },
-                                composition->workspace(), composition->notificationCenter()});
+                                composition->workspace(), composition->notificationCenter(), composition->eventLoop(),
+                                []() -> const quilex::AppInfo& { return quilex::AppInfo::shared(); },
+                                [](const quilex::AppDelegate::UpgradeCompletion& completion) {
+                                  quilex::WebModel::shared().requestUpgradeInfo(completion);
+                                },
+                                composition->interfaceFiles(), Composition::localization()});
+  composition->checkUpdates = [&delegate] { delegate.checkUpdates(quilex::AppDelegate::Check::manual); };
   delegateAtExit = &delegate;
   std::atexit(terminateDelegate);
   quilex::WindowServer& windows = composition->windowServer();
@@ -48,7 +55,6 @@ int runAgent(std::unique_ptr<quilex::X11Connection> x11) {
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
-  quilex::WebModel::shared();
   QCoreApplication::exec();
   delegate.applicationWillTerminate();
   delegateAtExit = nullptr;
@@ -61,16 +67,19 @@ int main(int argc, char** argv) {
   // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
   std::signal(SIGPIPE, SIG_IGN);
   // The toolkit would end the process without a word of ours if there were no desktop.
-  auto x11 = quilex::X11Connection::open();
-  if (!x11) {
-    std::fputs("quilexhelper: no desktop to play on: there is no X server at DISPLAY, or it has no 24-bit colour\n",
-               stderr);
+  auto desktop = quilex::Desktop::open();
+  if (!desktop) {
+    std::fputs(
+        "quilexhelper: no desktop to play on: neither a Wayland compositor with a layer shell at WAYLAND_DISPLAY, nor "
+        "an X server with 24-bit colour at DISPLAY\n",
+        stderr);
     return EXIT_FAILURE;
   }
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv("QT_QPA_PLATFORM", desktop->toolkitPlugin());
   }
   const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("QuilexHelper"));
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
 
@@ -88,5 +97,5 @@ int main(int argc, char** argv) {
           stderr);
       break;
   }
-  return runAgent(std::move(x11));
+  return runAgent(std::move(desktop));
 }

@@ -15,6 +15,9 @@ class Workspace {
 
   /// Starts the application with that bundle identifier; a failure is ignored.
   virtual void launchApplication(const std::string& bundleIdentifier) = 0;
+  /// Opens the address in the program that the user has for its scheme. A failure is ignored, and so is an address
+  /// without a scheme.
+  virtual void openURL(const std::string& url) = 0;
   /// Lets the user choose a file with one of these name extensions; `done` is told once whether one was chosen. The
   /// panel does not hold anything else up.
   virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes,

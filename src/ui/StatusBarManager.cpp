@@ -29,10 +29,11 @@ void StatusBarManager::buildStatusMenu() {
   statusItem().setTemplateImage("quilex_statusBar");
 
   const Item mainWindow =
-      makeItem("Main Window", "use to show main window", &StatusBarManager::showMainWindowMenuItemAction);
+      makeItem(localized("Main Window", "use to show main window"), &StatusBarManager::showMainWindowMenuItemAction);
   // Kept out of the menu.
-  const Item openLocalFile = makeItem("Open local file", "open local file", &StatusBarManager::showLocalFileWindow);
-  const Item quit = makeItem("Quit", "quit application", &StatusBarManager::quitMenuItemAction, "q");
+  const Item openLocalFile =
+      makeItem(localized("Open local file", "open local file"), &StatusBarManager::showLocalFileWindow);
+  const Item quit = makeItem(localized("Quit", "quit application"), &StatusBarManager::quitMenuItemAction, "q");
   const auto screen = std::make_shared<MenuItem>(localized("Screen", "title"));
 
   const auto screenMenu = std::make_shared<Menu>(localized("Screen", "title"));
@@ -50,7 +51,7 @@ void StatusBarManager::buildStatusMenu() {
   const auto version = std::make_shared<MenuItem>(services.displayVersion);
   version->setEnabled(false);
   menu->addItem(version);
-  menu->addItem(makeItem("Check for Updates...", "Check Update", &StatusBarManager::checkUpdates));
+  menu->addItem(makeItem(localized("Check for Updates...", "Check Update"), &StatusBarManager::checkUpdates));
   menu->addItem(MenuItem::separatorItem());
   toggleVideoDestop();
   playPause();
@@ -87,16 +88,14 @@ void StatusBarManager::removeStatusMenu() {
 
 // Items and marks
 
-StatusBarManager::Item StatusBarManager::makeItem(const char* english, const char* comment,
-                                                  void (StatusBarManager::*action)(), const char* key) {
+StatusBarManager::Item StatusBarManager::makeItem(std::string title, void (StatusBarManager::*action)(),
+                                                  const char* key) {
   return std::make_shared<MenuItem>(
-      localized(english, comment), [this, action](MenuItem&) { (this->*action)(); }, key);
+      std::move(title), [this, action](MenuItem&) { (this->*action)(); }, key);
 }
 
-StatusBarManager::Item StatusBarManager::makeItem(const char* english, const char* comment,
-                                                  void (StatusBarManager::*action)(MenuItem&)) {
-  return std::make_shared<MenuItem>(localized(english, comment),
-                                    [this, action](MenuItem& sender) { (this->*action)(sender); });
+StatusBarManager::Item StatusBarManager::makeItem(std::string title, void (StatusBarManager::*action)(MenuItem&)) {
+  return std::make_shared<MenuItem>(std::move(title), [this, action](MenuItem& sender) { (this->*action)(sender); });
 }
 
 StatusItem& StatusBarManager::statusItem() {
@@ -126,7 +125,8 @@ MenuItem& StatusBarManager::playPause() {
 
 MenuItem& StatusBarManager::hideDesktopIcon() {
   if (!hideDesktopIconItem) {
-    hideDesktopIconItem = makeItem("Hide Desktop Icon", "hide desktop icon", &StatusBarManager::hideDesktopIconAction);
+    hideDesktopIconItem =
+        makeItem(localized("Hide Desktop Icon", "hide desktop icon"), &StatusBarManager::hideDesktopIconAction);
     hideDesktopIconItem->setCheckable(true);
     hideDesktopIconItem->setEnabled(services.preferences.isOpenPlayer.get());
   }
@@ -135,7 +135,7 @@ MenuItem& StatusBarManager::hideDesktopIcon() {
 
 MenuItem& StatusBarManager::muting() {
   if (!muteItem) {
-    muteItem = makeItem("Mute", "Mute desktop video", &StatusBarManager::mutePlayerViewAction);
+    muteItem = makeItem(localized("Mute", "Mute desktop video"), &StatusBarManager::mutePlayerViewAction);
     muteItem->setCheckable(true);
     // The player's own state, not the setting.
     muteItem->setState(services.videoPlayerManager.isMuted());
@@ -145,7 +145,8 @@ MenuItem& StatusBarManager::muting() {
 
 MenuItem& StatusBarManager::combo() {
   if (!comboItem) {
-    comboItem = makeItem("Integration", "make up all monitors into one player", &StatusBarManager::changeMonitorArray);
+    comboItem = makeItem(localized("Integration", "make up all monitors into one player"),
+                         &StatusBarManager::changeMonitorArray);
     comboItem->setCheckable(true);
   }
   return *comboItem;
@@ -153,7 +154,7 @@ MenuItem& StatusBarManager::combo() {
 
 MenuItem& StatusBarManager::dynamic() {
   if (!dynamicItem) {
-    dynamicItem = makeItem("Mirror", "each monitor has same content", &StatusBarManager::changeMonitorArray);
+    dynamicItem = makeItem(localized("Mirror", "each monitor has same content"), &StatusBarManager::changeMonitorArray);
     dynamicItem->setCheckable(true);
   }
   return *dynamicItem;

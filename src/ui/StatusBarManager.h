@@ -21,6 +21,8 @@ namespace quilex {
 /// into calls on playback and settings. Main thread.
 class StatusBarManager {
  public:
+  QUILEX_TEXTS_FILED_UNDER(QuilexHelper);
+
   /// What the menu works with; all of it must outlive the manager.
   struct Services {
     Preferences& preferences;
@@ -59,8 +61,8 @@ class StatusBarManager {
   using Item = std::shared_ptr<MenuItem>;
 
   std::string localized(const char* english, const char* comment) const { return services.localize(english, comment); }
-  Item makeItem(const char* english, const char* comment, void (StatusBarManager::*action)(), const char* key = "");
-  Item makeItem(const char* english, const char* comment, void (StatusBarManager::*action)(MenuItem&));
+  Item makeItem(std::string title, void (StatusBarManager::*action)(), const char* key = "");
+  Item makeItem(std::string title, void (StatusBarManager::*action)(MenuItem&));
   void observeSettings();
 
   StatusItem& statusItem();

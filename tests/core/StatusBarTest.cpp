@@ -99,7 +99,8 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   item("Main Window").choose();
   item("Check for Updates...").choose();
   item("Quit").choose();
-  EXPECT_EQ(std::exchange(workspace.log, ""), " com.dravo.quilex.macOS check terminate");
+  EXPECT_EQ(std::exchange(workspace.log, ""), " com.dravo.quilex.macOS terminate");
+  EXPECT_EQ(updateRequests.size(), 2U) << "one at launch, one from the menu";
 
   item("Close Video Wallpaper").choose();
   EXPECT_EQ(std::pair(commands(), suite.boolean("IsOpenPlayer")), std::pair(" pause pause"s, false));

@@ -36,15 +36,14 @@ struct AgentTest : testing::Test {
     };
     manager.emplace(VideoPlayerManager::Services{*preferences, *library, windowServer, center, runLoop, console,
                                                  makePlayer, [this](std::size_t bound) { return random(bound); }});
-    statusBar.emplace(StatusBarManager::Services{
-        *preferences, *manager, windowServer, workspace,
-        [this] {
-          auto made = std::make_unique<FakeStatusItem>();
-          statusItem = made.get();
-          return made;
-        },
-        [](const char* english, const char* comment) { return std::string(english) + "|" + comment; }, "1.0.0 (1)",
-        [this] { workspace.log += " check"; }});
+    statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
+                                                 [this] {
+                                                   auto made = std::make_unique<FakeStatusItem>();
+                                                   statusItem = made.get();
+                                                   return made;
+                                                 },
+                                                 localize, "1.0.0 (1)",
+                                                 [this] { delegate.checkUpdates(AppDelegate::Check::manual); }});
     delegate.applicationDidFinishLaunching();
   }
   std::string commands() { return std::exchange(player->commands, ""); }
@@ -66,9 +65,29 @@ struct AgentTest : testing::Test {
   FakeWorkspace workspace;
   FakeStatusItem* statusItem = nullptr;
   std::optional<StatusBarManager> statusBar;
-  AppDelegate delegate{{[this]() -> Preferences& { return *preferences; },
-                        [this]() -> VideoPlayerManager& { return *manager; },
-                        [this]() -> StatusBarManager& { return *statusBar; }, workspace, center}};
+  Localize localize = [](const char* english, const char* comment) { return std::string(english) + "|" + comment; };
+  AppInfo appInfo{{{{"CFBundleShortVersionString", "1.0.9"}, {"CFBundleVersion", "0"}}, {}, {}}};
+  /// The update requests that wait for an answer.
+  std::deque<AppDelegate::UpgradeCompletion> updateRequests;
+  std::string windowLog;
+  /// The window that was made last; none while the interface files are missing.
+  FakeInterfaceWindow* dialog = nullptr;
+  bool interfaceFilesAreMissing = false;
+  AppDelegate delegate{
+      {[this]() -> Preferences& { return *preferences; }, [this]() -> VideoPlayerManager& { return *manager; },
+       [this]() -> StatusBarManager& { return *statusBar; }, workspace, center, runLoop,
+       [this]() -> const AppInfo& { return appInfo; },
+       [this](const AppDelegate::UpgradeCompletion& completion) { updateRequests.push_back(completion); },
+       [this](const std::string& name) -> std::unique_ptr<InterfaceWindow> {
+         windowLog += " " + name;
+         if (interfaceFilesAreMissing) {
+           return nullptr;
+         }
+         auto made = std::make_unique<FakeInterfaceWindow>(windowLog);
+         dialog = made.get();
+         return made;
+       },
+       localize}};
 };
 
 }  // namespace quilex::test

@@ -10,6 +10,7 @@
 #include "app/ObserverList.h"
 #include "platform/Console.h"
 #include "platform/DistributedNotificationCenter.h"
+#include "platform/InterfaceWindow.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
 #include "platform/StatusItem.h"
@@ -184,6 +185,34 @@ struct FakeStatusItem : StatusItem {
   void setMenu(std::shared_ptr<Menu> newMenu) override { menu = std::move(newMenu); }
 };
 
+struct FakeInterfaceWindow : InterfaceWindow {
+  struct Field : TextField {
+    std::string text, html;
+    void setStringValue(const std::string& newText) override { text = newText; }
+    bool appendHTML(const std::string& appended) override {
+      html += appended;
+      return true;
+    }
+  };
+  struct Button : PushButton {
+    Handler press;
+    void setAction(Handler action) override { press = std::move(action); }
+  };
+  explicit FakeInterfaceWindow(std::string& itsLog) : log(itsLog) {}
+  ~FakeInterfaceWindow() override { log += " gone"; }
+  /// What was told to the windows.
+  std::string& log;
+  std::map<std::string, Field> fields;
+  std::map<std::string, Button> buttons;
+  TextField* textField(const std::string& name) override { return &fields[name]; }
+  PushButton* button(const std::string& name) override { return &buttons[name]; }
+  void hideStandardButton(StandardWindowButton each) override { log += " -" + std::to_string(static_cast<int>(each)); }
+  void setClearBackground() override { log += " clear"; }
+  void setContents(const std::string& name) override { log += " " + name; }
+  void show(Keyboard keyboard) override { log += keyboard == Keyboard::comes ? " show" : " show-behind"; }
+  void close() override { log += " close"; }
+};
+
 struct FakeWorkspace : Workspace {
   /// What was asked for, and the answer to give in an open panel.
   std::string log;
@@ -191,6 +220,7 @@ struct FakeWorkspace : Workspace {
   ObserverList<> wakeObservers;
   ObserverList<> resignObservers;
   void launchApplication(const std::string& identifier) override { log += " " + identifier; }
+  void openURL(const std::string& url) override { log += " " + url; }
   void showOpenPanel(const std::vector<std::string>& types, std::function<void(bool)> done) override {
     for (const std::string& type : types) {
       log += " " + type;

@@ -16,6 +16,7 @@ class LinuxBundle {
   /// The bundle of the running program.
   static LinuxBundle main();
 
+  const std::filesystem::path& path() const { return folder; }
   /// The file "name.type" of the bundle, if it is there.
   std::optional<std::filesystem::path> resource(const std::string& name, const std::string& type) const;
   /// The information dictionary (Info.json) and the user's directories. A missing or malformed dictionary is empty.

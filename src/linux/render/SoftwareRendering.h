@@ -9,8 +9,13 @@ namespace quilex {
 /// libmpv's software rendering, common to the window systems.
 MpvRenderContext makeSoftwareContext(mpv_handle* core);
 
-/// Rows that start at multiples of this many bytes are the fastest to draw.
-constexpr std::size_t kRowAlignment = 64;
+constexpr std::size_t kPixelBytes = 4;
+
+/// The bytes from one row of a picture to the next: rows that start at multiples of 64 bytes are the fastest to draw.
+constexpr std::size_t softwareStride(int width) {
+  constexpr std::size_t kRowAlignment = 64;
+  return (static_cast<std::size_t>(width) * kPixelBytes + kRowAlignment - 1) / kRowAlignment * kRowAlignment;
+}
 
 /// Draws the next (or else the current) frame as 32-bit pixels of bytes blue, green, red, unused.
 bool drawSoftware(mpv_render_context* context, PixelSize size, std::size_t stride, void* pixels);

@@ -54,6 +54,7 @@ void VideoOutput::frameArrived() {
       taken = true;
     }
     if (drawn.frame == frameNumber) {
+      surface->shownFrame = frameNumber;
       drawn.picture->show(surface->window, surface->shown);
     }
   }
@@ -125,7 +126,14 @@ void VideoSurface::repaint() {
     drawn.frame = output.frameNumber;
   }
   if (drawn.frame != 0) {
+    shownFrame = drawn.frame;
     drawn.picture->show(window, shown);
+  }
+}
+
+void VideoSurface::catchUp() {
+  if (shownFrame != output.frameNumber) {
+    repaint();
   }
 }
 

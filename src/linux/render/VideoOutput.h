@@ -69,6 +69,8 @@ class VideoSurface {
   void setVisible(bool nowVisible) { visible = nowVisible; }
   /// Shows the current frame again, if the surface is visible.
   void repaint();
+  /// Shows the current frame, if the surface is visible and another one was shown last.
+  void catchUp();
 
  private:
   friend class VideoOutput;
@@ -79,6 +81,8 @@ class VideoSurface {
   PixelRect shown;
   std::function<void()> becameReady;
   bool visible = false;
+  /// The frame that was shown last; 0 for none.
+  std::uint64_t shownFrame = 0;
 };
 
 }  // namespace quilex

@@ -114,7 +114,7 @@ void X11DesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::funct
   }
 }
 
-void X11DesktopWindow::order(Order where) {
+void X11DesktopWindow::order(WindowOrder where) {
   wanted = true;
   wantedOrder = where;
   corrections = 0;
@@ -169,14 +169,14 @@ void X11DesktopWindow::restack() {
     return;
   }
   // The window manager keeps desktop windows below all others and orders them among themselves.
-  const std::uint32_t mode = wantedOrder == Order::back ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+  const std::uint32_t mode = wantedOrder == WindowOrder::back ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
   xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
 }
 
 // To the bottom; or right above the topmost desktop window that is not of this agent.
 void X11DesktopWindow::restackUnmanaged() {
   xcb_window_t sibling = 0;
-  if (wantedOrder == Order::front) {
+  if (wantedOrder == WindowOrder::front) {
     const XcbPointer<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection.xcb(), xcb_query_tree(connection.xcb(), connection.root()), nullptr));
     if (tree) {

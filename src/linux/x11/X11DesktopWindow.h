@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "linux/render/DesktopWindows.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/x11/X11Connection.h"
 #include "platform/VideoView.h"
@@ -23,10 +24,9 @@ class X11DesktopWindow {
   const Rect& frame() const { return place; }
   void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
 
-  enum class Order { back, front };
   /// The window is to be shown (as soon as there is a frame to show) at that end of the desktop windows. Takes effect
   /// with `settle`, as does hiding, so that what is undone in the same turn of the run loop is never seen.
-  void order(Order where);
+  void order(WindowOrder where);
   void orderOut() { wanted = false; }
   /// Shows, restacks or hides the window as it was asked last.
   void settle();
@@ -57,7 +57,7 @@ class X11DesktopWindow {
   std::unique_ptr<VideoView> view;
   std::function<void()> click;
   std::optional<VideoSurface> surface;
-  Order wantedOrder = Order::back;
+  WindowOrder wantedOrder = WindowOrder::back;
   bool wanted = false;
   bool mapped = false;
   bool obscured = false;

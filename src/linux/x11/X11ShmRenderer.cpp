@@ -1,7 +1,6 @@
 #include "linux/x11/X11ShmRenderer.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <xcb/shm.h>
 
 #include <algorithm>
@@ -10,41 +9,14 @@
 #include <cstring>
 #include <vector>
 
-#include "app/FatalError.h"
-#include "linux/qt/FileDescriptor.h"
+#include "linux/render/SharedPages.h"
 #include "linux/render/SoftwareRendering.h"
 
 namespace quilex {
 
 namespace {
 
-constexpr std::size_t kPixelBytes = 4;
 constexpr std::uint8_t kDepth = 24;
-
-/// Pages that can be shared with the server, unmapped at the end.
-class Pages {
- public:
-  explicit Pages(std::size_t bytes) : size(bytes), file(memfd_create("quilex-picture", MFD_CLOEXEC)) {
-    if (!file.isOpen() || ftruncate(file.get(), static_cast<off_t>(size)) != 0) {
-      fatalError("no memory for a picture");
-    }
-    memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
-    if (memory == MAP_FAILED) {
-      fatalError("no memory for a picture");
-    }
-  }
-  ~Pages() { munmap(memory, size); }
-  Pages(const Pages&) = delete;
-  Pages& operator=(const Pages&) = delete;
-
-  std::byte* data() const { return static_cast<std::byte*>(memory); }
-  int descriptor() const { return file.get(); }
-
- private:
-  std::size_t size;
-  FileDescriptor file;
-  void* memory;
-};
 
 }  // namespace
 
@@ -53,10 +25,7 @@ class Pages {
 class X11ShmPicture : public Picture {
  public:
   X11ShmPicture(X11ShmRenderer& owner, PixelSize extent)
-      : renderer(owner),
-        size(extent),
-        stride((static_cast<std::size_t>(extent.width) * kPixelBytes + kRowAlignment - 1) / kRowAlignment *
-               kRowAlignment) {}
+      : renderer(owner), size(extent), stride(softwareStride(extent.width)) {}
 
   ~X11ShmPicture() override {
     for (const auto& buffer : buffers) {
@@ -107,7 +76,7 @@ class X11ShmPicture : public Picture {
  private:
   struct Buffer {
     explicit Buffer(std::size_t bytes) : pages(bytes) {}
-    Pages pages;
+    SharedPages pages;
     xcb_shm_seg_t segment = 0;
   };
 

@@ -25,39 +25,12 @@ std::string atomName(xcb_connection_t* connection, xcb_atom_t atom) {
 
 }  // namespace
 
-/// What the core holds: a desktop window on loan.
-class X11WindowServer::Window : public WallpaperWindow {
- public:
-  Window(X11WindowServer& owner, std::unique_ptr<X11DesktopWindow> loan) : server(owner), window(std::move(loan)) {}
-  ~Window() override { server.give(std::move(window)); }
-
-  void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
-    window->setContent(std::move(view), std::move(click));
-  }
-  // The type of the window is its level.
-  void setLevel(WindowLevel /*level*/) override {}
-  void orderBack() override { order(X11DesktopWindow::Order::back); }
-  void orderFront() override { order(X11DesktopWindow::Order::front); }
-  void orderOut() override {
-    window->orderOut();
-    server.settleSoon();
-  }
-
- private:
-  void order(X11DesktopWindow::Order where) {
-    window->order(where);
-    server.settleSoon();
-  }
-
-  X11WindowServer& server;
-  std::unique_ptr<X11DesktopWindow> window;
-};
-
 X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, RunLoop& loop)
     : connection(x11),
       output(videoOutput),
       renderer(pictureRenderer),
       runLoop(loop),
+      windows(loop, [this] { ordered(); }),
       events(x11.observeEvents([this](const auto& event) { handle(event); })) {
   const std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(x11.xcb(), x11.root(), XCB_CW_EVENT_MASK, &rootEvents);
@@ -104,40 +77,11 @@ std::vector<Screen> X11WindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Screen& screen) {
-  const auto spare =
-      std::find_if(givenUp.begin(), givenUp.end(), [&](const auto& window) { return window->frame() == screen.frame; });
-  std::unique_ptr<X11DesktopWindow> window;
-  if (spare != givenUp.end()) {
-    window = std::move(*spare);
-    givenUp.erase(spare);
-  } else {
-    window = std::make_unique<X11DesktopWindow>(connection, output, renderer, screen.frame);
-    windows.push_back(window.get());
-  }
-  return std::make_unique<Window>(*this, std::move(window));
+  return windows.lend([&](const X11DesktopWindow& window) { return window.frame() == screen.frame; },
+                      [&] { return std::make_unique<X11DesktopWindow>(connection, output, renderer, screen.frame); });
 }
 
-void X11WindowServer::give(std::unique_ptr<X11DesktopWindow> window) {
-  window->orderOut();
-  givenUp.push_back(std::move(window));
-  settleSoon();
-}
-
-void X11WindowServer::settleSoon() {
-  if (!settling) {
-    settling = runLoop.after(kNextTurn, [this] { settle(); });
-  }
-}
-
-void X11WindowServer::settle() {
-  settling.reset();
-  for (const auto& window : givenUp) {
-    std::erase(windows, window.get());
-  }
-  givenUp.clear();
-  for (X11DesktopWindow* window : windows) {
-    window->settle();
-  }
+void X11WindowServer::ordered() {
   ownOrdering = runLoop.after(kOwnOrdering, [this] {
     ownOrdering.reset();
     covered = isCovered();
@@ -146,7 +90,7 @@ void X11WindowServer::settle() {
 
 bool X11WindowServer::isCovered() const {
   bool anyMapped = false;
-  for (const X11DesktopWindow* window : windows) {
+  for (const X11DesktopWindow* window : windows.all()) {
     anyMapped = anyMapped || window->isMapped();
     if (window->isMapped() && !window->isObscured()) {
       return false;
@@ -182,7 +126,7 @@ void X11WindowServer::handle(const xcb_generic_event_t& event) {
       rootPropertyChanged(change.atom);
     }
   }
-  for (X11DesktopWindow* window : windows) {
+  for (X11DesktopWindow* window : windows.all()) {
     window->handle(event);
   }
   if (type == XCB_VISIBILITY_NOTIFY && !occlusionCheck) {
@@ -195,7 +139,7 @@ void X11WindowServer::rootPropertyChanged(xcb_atom_t name) {
   if (name == connection.atom(Atom::netCurrentDesktop)) {
     spaceObservers.notify();
   } else if (name == connection.atom(Atom::netSupportingWmCheck)) {
-    for (X11DesktopWindow* window : windows) {
+    for (X11DesktopWindow* window : windows.all()) {
       window->reassert();
     }
   }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "linux/render/DesktopWindows.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11DesktopWindow.h"
@@ -27,13 +28,9 @@ class X11WindowServer : public WindowServer {
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> handler) override;
 
  private:
-  class Window;
-
   void handle(const xcb_generic_event_t& event);
   void rootPropertyChanged(xcb_atom_t name);
-  void give(std::unique_ptr<X11DesktopWindow> window);
-  void settleSoon();
-  void settle();
+  void ordered();
   bool isCovered() const;
   void checkOcclusion();
 
@@ -43,16 +40,12 @@ class X11WindowServer : public WindowServer {
   RunLoop& runLoop;
   bool hasMonitors = false;
   std::uint8_t firstRandrEvent = 0;
-  std::vector<X11DesktopWindow*> windows;
-  /// Windows that were given up in this turn of the run loop. One at the same place is used again instead of a new
-  /// one, so that a change of the layout does not uncover the desktop.
-  std::vector<std::unique_ptr<X11DesktopWindow>> givenUp;
+  DesktopWindows<X11DesktopWindow> windows;
   ObserverList<> screenObservers;
   ObserverList<> spaceObservers;
   ObserverList<> occlusionObservers;
   bool covered = false;
   std::optional<Disposable> screensChanged;
-  std::optional<Disposable> settling;
   std::optional<Disposable> occlusionCheck;
   /// While what the server tells may come of the agent's own ordering.
   std::optional<Disposable> ownOrdering;

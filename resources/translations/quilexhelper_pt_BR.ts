@@ -1,0 +1,143 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="pt_BR" sourcelanguage="en">
+<context>
+    <name>CustomAlertWindow</name>
+    <message>
+        <source>Software update</source>
+        <comment>title of the alert that tells there is no newer version</comment>
+        <translation>Atualização de software</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <comment>button that closes the alert</comment>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>QuilexHelper</name>
+    <message>
+        <source>You&apos;re up to date</source>
+        <comment>updated</comment>
+        <translation>Tudo está atualizado</translation>
+    </message>
+    <message>
+        <source>%@ is currently the newest version</source>
+        <comment>fmt</comment>
+        <translation>%@ é atualmente a versão mais recente</translation>
+    </message>
+    <message>
+        <source>Open Video Wallpaper</source>
+        <comment>start/stop Video Desktop</comment>
+        <translation>Abrir papel de parede de vídeo</translation>
+    </message>
+    <message>
+        <source>Close Video Wallpaper</source>
+        <comment>start/stop Video Desktop</comment>
+        <translation>Fechar papel de parede de vídeo</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <comment>play/pause</comment>
+        <translation>Reproduzir</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <comment>pause play</comment>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>Main Window</source>
+        <comment>use to show main window</comment>
+        <translation>Janela principal</translation>
+    </message>
+    <message>
+        <source>Open local file</source>
+        <comment>open local file</comment>
+        <translation>Abrir arquivo local</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <comment>quit application</comment>
+        <translation>Sair</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <comment>title</comment>
+        <translation>Tela</translation>
+    </message>
+    <message>
+        <source>Check for Updates...</source>
+        <comment>Check Update</comment>
+        <translation>Verificar atualizações...</translation>
+    </message>
+    <message>
+        <source>Hide Desktop Icon</source>
+        <comment>hide desktop icon</comment>
+        <translation>Ocultar ícones da área de trabalho</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <comment>Mute desktop video</comment>
+        <translation>Silenciar</translation>
+    </message>
+    <message>
+        <source>Integration</source>
+        <comment>make up all monitors into one player</comment>
+        <translation>Integração</translation>
+    </message>
+    <message>
+        <source>Mirror</source>
+        <comment>each monitor has same content</comment>
+        <translation>Espelhar</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <comment>Only play on one monitor</comment>
+        <translation>Tela única</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <comment>pause play</comment>
+        <translation>Reproduzir</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <comment>play</comment>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>Version: %@</source>
+        <comment>version</comment>
+        <translation>Versão: %@</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeWindow</name>
+    <message>
+        <source>New version</source>
+        <comment>title of the update offer</comment>
+        <translation>Nova versão</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <comment>button that closes the update offer</comment>
+        <translation>Fechar</translation>
+    </message>
+    <message>
+        <source>A new version is available</source>
+        <comment>headline of the update offer</comment>
+        <translation>Uma nova versão está disponível</translation>
+    </message>
+    <message>
+        <source>About the new version</source>
+        <comment>accessible name of the text of the update offer</comment>
+        <translation>Sobre a nova versão</translation>
+    </message>
+    <message>
+        <source>Get the update</source>
+        <comment>button of the update offer</comment>
+        <translation>Obter a atualização</translation>
+    </message>
+</context>
+</TS>

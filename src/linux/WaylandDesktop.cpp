@@ -1,0 +1,42 @@
+#include <utility>
+
+#include "linux/Desktop.h"
+#include "linux/wayland/WaylandConnection.h"
+#include "linux/wayland/WaylandShmRenderer.h"
+#include "linux/wayland/WaylandTargets.h"
+#include "linux/wayland/WaylandWindowServer.h"
+
+namespace quilex {
+
+namespace {
+
+class WaylandDesktop : public Desktop {
+ public:
+  explicit WaylandDesktop(std::unique_ptr<WaylandConnection> opened) : wayland(std::move(opened)) {}
+
+  const char* toolkitPlugin() const override { return "wayland"; }
+  const char* serverName() const override { return "the Wayland compositor"; }
+  void start(std::function<void()> lost) override { wayland->start(std::move(lost)); }
+  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser /*allowed*/) override { return nullptr; }
+  std::unique_ptr<Renderer> makeCpuRenderer() override {
+    return std::make_unique<WaylandShmRenderer>(*wayland, targets);
+  }
+  std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) override {
+    return std::make_unique<WaylandWindowServer>(*wayland, targets, output, renderer, loop);
+  }
+  // Windows cannot be embedded there.
+  EmbeddingTray embeddingTray() override { return {}; }
+
+ private:
+  std::unique_ptr<WaylandConnection> wayland;
+  WaylandTargets targets;
+};
+
+}  // namespace
+
+std::unique_ptr<Desktop> openWaylandDesktop() {
+  auto wayland = WaylandConnection::open();
+  return wayland ? std::make_unique<WaylandDesktop>(std::move(wayland)) : nullptr;
+}
+
+}  // namespace quilex

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/RunLoop.h"
+#include "platform/WindowServer.h"
+
+namespace quilex {
+
+enum class WindowOrder { back, front };
+
+/// The windows of a window server, lent to the core. They are shown, ordered and hidden once a turn of the run loop, so
+/// that what is undone in the same turn is never seen; and one that is given up in a turn is lent again when another of
+/// the kind is asked for in the same turn, so that a change of the layout does not uncover the desktop. `Window` has
+/// setContent, order, orderOut and settle. Main thread.
+template <typename Window>
+class DesktopWindows {
+ public:
+  /// `settled` is called after each turn in which windows were shown, ordered or hidden.
+  DesktopWindows(RunLoop& loop, std::function<void()> settled) : runLoop(loop), afterSettling(std::move(settled)) {}
+  DesktopWindows(const DesktopWindows&) = delete;
+  DesktopWindows& operator=(const DesktopWindows&) = delete;
+
+  /// A window for which `suits` holds, or else what `make` makes. Everything must be gone before this is.
+  template <typename Suits, typename Make>
+  std::unique_ptr<WallpaperWindow> lend(const Suits& suits, const Make& make) {
+    const auto spare = std::ranges::find_if(givenUp, [&](const auto& window) { return suits(*window); });
+    std::unique_ptr<Window> window;
+    if (spare != givenUp.end()) {
+      window = std::move(*spare);
+      givenUp.erase(spare);
+    } else {
+      window = make();
+      windows.push_back(window.get());
+    }
+    return std::make_unique<Loan>(*this, std::move(window));
+  }
+
+  /// All that are there, in no particular order.
+  const std::vector<Window*>& all() const { return windows; }
+
+  void settleSoon() {
+    if (!settling) {
+      settling = runLoop.after(std::chrono::milliseconds(0), [this] { settle(); });
+    }
+  }
+
+ private:
+  /// What the core holds.
+  class Loan : public WallpaperWindow {
+   public:
+    Loan(DesktopWindows& lender, std::unique_ptr<Window> lent) : owner(lender), window(std::move(lent)) {}
+    ~Loan() override {
+      window->orderOut();
+      owner.givenUp.push_back(std::move(window));
+      owner.settleSoon();
+    }
+    void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
+      window->setContent(std::move(view), std::move(click));
+    }
+    // The kind of the window is its level.
+    void setLevel(WindowLevel /*level*/) override {}
+    void orderBack() override { order(WindowOrder::back); }
+    void orderFront() override { order(WindowOrder::front); }
+    void orderOut() override {
+      window->orderOut();
+      owner.settleSoon();
+    }
+
+   private:
+    void order(WindowOrder where) {
+      window->order(where);
+      owner.settleSoon();
+    }
+
+    DesktopWindows& owner;
+    std::unique_ptr<Window> window;
+  };
+
+  void settle() {
+    settling.reset();
+    for (const auto& window : givenUp) {
+      std::erase(windows, window.get());
+    }
+    givenUp.clear();
+    for (Window* window : windows) {
+      window->settle();
+    }
+    afterSettling();
+  }
+
+  RunLoop& runLoop;
+  std::function<void()> afterSettling;
+  std::vector<Window*> windows;
+  std::vector<std::unique_ptr<Window>> givenUp;
+  std::optional<Disposable> settling;
+};
+
+}  // namespace quilex

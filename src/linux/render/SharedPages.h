@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include "linux/qt/FileDescriptor.h"
+
+namespace quilex {
+
+/// Memory that can be shared with the display server, unmapped at the end. Running out of it stops the process.
+class SharedPages {
+ public:
+  explicit SharedPages(std::size_t bytes);
+  ~SharedPages();
+  SharedPages(const SharedPages&) = delete;
+  SharedPages& operator=(const SharedPages&) = delete;
+
+  std::byte* data() const { return static_cast<std::byte*>(memory); }
+  int descriptor() const { return file.get(); }
+
+ private:
+  std::size_t size;
+  FileDescriptor file;
+  void* memory;
+};
+
+}  // namespace quilex

@@ -1,0 +1,180 @@
+#include "linux/wayland/WaylandDesktopWindow.h"
+
+#include <linux/input-event-codes.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
+                                    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
+/// Neither makes room for itself nor gives way to panels.
+constexpr std::int32_t kWholeOutput = -1;
+// A compositor that closes what it just opened is not to be asked all the time.
+constexpr std::chrono::milliseconds kReopening{1000};
+
+int pixels(double length) {
+  return static_cast<int>(std::lround(length));
+}
+
+std::uint32_t layerOf(WindowOrder order) {
+  return order == WindowOrder::back ? ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM;
+}
+
+WaylandDesktopWindow& self(void* data) {
+  return *static_cast<WaylandDesktopWindow*>(data);
+}
+
+}  // namespace
+
+const zwlr_layer_surface_v1_listener WaylandDesktopWindow::shellListener = {
+    .configure = [](void* data, zwlr_layer_surface_v1*, std::uint32_t serial, std::uint32_t width,
+                    std::uint32_t height) { self(data).configure(serial, width, height); },
+    .closed = [](void* data, zwlr_layer_surface_v1*) { self(data).closed(); },
+};
+
+const wl_callback_listener WaylandDesktopWindow::frameListener = {
+    .done = [](void* data, wl_callback*, std::uint32_t) { self(data).frameDone(); },
+};
+
+WaylandDesktopWindow::WaylandDesktopWindow(const Services& givenServices, const WaylandOutput& output)
+    : services(givenServices),
+      target(services.targets.number()),
+      outputGlobal(output.global()),
+      place(output.frame()),
+      horizontalScale(output.horizontalScale()),
+      verticalScale(output.verticalScale()) {}
+
+WaylandDesktopWindow::~WaylandDesktopWindow() {
+  hide();
+  content.reset();
+}
+
+bool WaylandDesktopWindow::suits(const WaylandOutput& output) const {
+  return outputGlobal == output.global() && place == output.frame() && horizontalScale == output.horizontalScale() &&
+         verticalScale == output.verticalScale();
+}
+
+void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick) {
+  view = std::move(newView);
+  click = std::move(newClick);
+  const Rect& frame = view->frame;
+  const PixelSize whole{pixels(frame.width * horizontalScale), pixels(frame.height * verticalScale)};
+  const int left = std::clamp(pixels(-frame.x * horizontalScale), 0, whole.width);
+  const int top = std::clamp(pixels(-frame.y * verticalScale), 0, whole.height);
+  const PixelRect part{left, top, std::min(pixels(place.width * horizontalScale), whole.width - left),
+                       std::min(pixels(place.height * verticalScale), whole.height - top)};
+  content.reset();
+  content.emplace(services.output, target, whole, part, [this] { settle(); });
+  if (shell && shell->configured) {
+    content->setVisible(true);
+    content->repaint();
+  }
+}
+
+void WaylandDesktopWindow::order(WindowOrder where) {
+  wanted = true;
+  wantedOrder = where;
+}
+
+void WaylandDesktopWindow::settle() {
+  if (!wanted) {
+    hide();
+  } else if (!shell) {
+    show();
+  } else if (std::exchange(shell->order, wantedOrder) != wantedOrder) {
+    zwlr_layer_surface_v1_set_layer(shell->layerSurface.get(), layerOf(wantedOrder));
+    wl_surface_commit(shell->surface.get());
+    services.connection.flush();
+  }
+}
+
+void WaylandDesktopWindow::show() {
+  const auto& outputs = services.connection.outputs();
+  const auto output = std::ranges::find_if(outputs, [&](const auto& each) { return each->global() == outputGlobal; });
+  if (output == outputs.end() || reopening || !content || !content->isReady()) {
+    return;
+  }
+  WaylandConnection& connection = services.connection;
+  shell.emplace();
+  shell->order = wantedOrder;
+  shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
+  shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));
+  shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
+      connection.layerShell(), shell->surface.get(), (*output)->object(), layerOf(wantedOrder), "quilexhelper"));
+  zwlr_layer_surface_v1* const layer = shell->layerSurface.get();
+  zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
+  zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);
+  zwlr_layer_surface_v1_set_exclusive_zone(layer, kWholeOutput);
+  zwlr_layer_surface_v1_set_size(layer, 0, 0);
+  wl_surface_commit(shell->surface.get());
+  services.targets.put(target, {shell->surface.get(), [this] { requestFrame(); }});
+  connection.flush();
+}
+
+void WaylandDesktopWindow::hide() {
+  if (!shell) {
+    return;
+  }
+  content->setVisible(false);
+  services.renderer.forget(target);
+  services.targets.remove(target);
+  shell.reset();
+  services.connection.flush();
+}
+
+void WaylandDesktopWindow::configure(std::uint32_t serial, std::uint32_t width, std::uint32_t height) {
+  zwlr_layer_surface_v1_ack_configure(shell->layerSurface.get(), serial);
+  if (width == 0 || height == 0) {
+    return;
+  }
+  const auto w = static_cast<std::int32_t>(width);
+  const auto h = static_cast<std::int32_t>(height);
+  // Whatever the scale is, one pixel of the picture is one of the display.
+  wp_viewport_set_destination(shell->viewport.get(), w, h);
+  const WaylandObject<wl_region> whole(wl_compositor_create_region(services.connection.compositor()));
+  wl_region_add(whole.get(), 0, 0, w, h);
+  wl_surface_set_opaque_region(shell->surface.get(), whole.get());
+  shell->configured = true;
+  content->setVisible(true);
+  content->repaint();
+}
+
+void WaylandDesktopWindow::closed() {
+  hide();
+  reopening = services.runLoop.after(kReopening, [this] {
+    reopening.reset();
+    settle();
+  });
+}
+
+void WaylandDesktopWindow::requestFrame() {
+  shell->frame.reset(wl_surface_frame(shell->surface.get()));
+  wl_callback_add_listener(shell->frame.get(), &frameListener, this);
+  content->setVisible(false);
+}
+
+void WaylandDesktopWindow::frameDone() {
+  shell->frame.reset();
+  content->setVisible(true);
+  content->catchUp();
+}
+
+void WaylandDesktopWindow::button(std::uint32_t code, bool down) {
+  const bool ordinary = code == BTN_LEFT || code == BTN_RIGHT || code == BTN_MIDDLE;
+  if (down && ordinary) {
+    view->mouseDown();
+  }
+  if (down) {
+    pressed = code == BTN_LEFT;
+  } else if (code == BTN_LEFT && std::exchange(pressed, false) && click) {
+    click();
+  }
+}
+
+}  // namespace quilex

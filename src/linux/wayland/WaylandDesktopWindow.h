@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "linux/render/DesktopWindows.h"
+#include "linux/render/VideoOutput.h"
+#include "linux/wayland/WaylandConnection.h"
+#include "linux/wayland/WaylandTargets.h"
+#include "platform/VideoView.h"
+
+namespace quilex {
+
+/// A surface of the layer shell that covers one output: in the background layer, or in the bottom layer, which lies in
+/// front of other programs' backgrounds and desktop icons. Never focused; on all workspaces. It exists only while it is
+/// shown. Frames are paced by the compositor: between a frame and the compositor's word for the next one, and while it
+/// gives none because nobody can see the surface, nothing is drawn.
+class WaylandDesktopWindow {
+ public:
+  struct Services {
+    WaylandConnection& connection;
+    WaylandTargets& targets;
+    VideoOutput& output;
+    Renderer& renderer;
+    RunLoop& runLoop;
+  };
+
+  /// Everything given must outlive the window, but for the output.
+  WaylandDesktopWindow(const Services& givenServices, const WaylandOutput& output);
+  ~WaylandDesktopWindow();
+  WaylandDesktopWindow(const WaylandDesktopWindow&) = delete;
+  WaylandDesktopWindow& operator=(const WaylandDesktopWindow&) = delete;
+
+  /// Whether it is as one made for this output now.
+  bool suits(const WaylandOutput& output) const;
+  void setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick);
+  void order(WindowOrder where);
+  void orderOut() { wanted = false; }
+  void settle();
+
+  /// Whether that is the window's surface.
+  bool is(const wl_surface* other) const { return shell && shell->surface.get() == other; }
+  void button(std::uint32_t code, bool down);
+
+ private:
+  /// What there is while the window is shown.
+  struct Shell {
+    WaylandObject<wl_surface> surface;
+    WaylandObject<wp_viewport> viewport;
+    WaylandObject<zwlr_layer_surface_v1> layerSurface;
+    WaylandObject<wl_callback> frame;
+    WindowOrder order;
+    bool configured = false;
+  };
+  static const zwlr_layer_surface_v1_listener shellListener;
+  static const wl_callback_listener frameListener;
+
+  void show();
+  void hide();
+  void takeContent();
+  void configure(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
+  void closed();
+  void requestFrame();
+  void frameDone();
+
+  Services services;
+  NativeWindow target;
+  std::uint32_t outputGlobal;
+  Rect place;
+  double horizontalScale;
+  double verticalScale;
+  std::unique_ptr<VideoView> view;
+  std::function<void()> click;
+  std::optional<VideoSurface> content;
+  std::optional<Shell> shell;
+  WindowOrder wantedOrder = WindowOrder::back;
+  bool wanted = false;
+  bool pressed = false;
+  std::optional<Disposable> reopening;
+};
+
+}  // namespace quilex

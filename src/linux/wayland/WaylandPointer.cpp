@@ -1,0 +1,93 @@
+#include "linux/wayland/WaylandPointer.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr int kCursorSize = 24;
+
+WaylandPointer& self(void* data) {
+  return *static_cast<WaylandPointer*>(data);
+}
+
+int cursorSize() {
+  const char* const size = std::getenv("XCURSOR_SIZE");
+  const int asked = size != nullptr ? std::atoi(size) : 0;  // NOLINT(cert-err34-c): anything else is no size
+  return asked > 0 ? asked : kCursorSize;
+}
+
+}  // namespace
+
+const wl_seat_listener WaylandPointer::seatListener = {
+    .capabilities = [](void* data, wl_seat*, std::uint32_t mask) { self(data).capabilities(mask); },
+    .name = [](void*, wl_seat*, const char*) {},
+};
+
+// Only what comes of a seat of version 5 is ever sent.
+const wl_pointer_listener WaylandPointer::pointerListener = {
+    .enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t,
+                wl_fixed_t) { self(data).enter(serial, surface); },
+    .leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) { self(data).over = nullptr; },
+    .motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
+    .button =
+        [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
+          if (self(data).over != nullptr) {
+            self(data).handler(self(data).over, button, state == WL_POINTER_BUTTON_STATE_PRESSED);
+          }
+        },
+    .axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
+    .frame = [](void*, wl_pointer*) {},
+    .axis_source = [](void*, wl_pointer*, std::uint32_t) {},
+    .axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {},
+    .axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {},
+    .axis_value120 = nullptr,
+};
+
+WaylandPointer::WaylandPointer(WaylandConnection& theConnection, Handler pressed)
+    : connection(theConnection), handler(std::move(pressed)), seat(theConnection.bindSeat()) {
+  if (seat) {
+    wl_seat_add_listener(seat.get(), &seatListener, this);
+  }
+}
+
+void WaylandPointer::capabilities(std::uint32_t mask) {
+  const bool has = (mask & WL_SEAT_CAPABILITY_POINTER) != 0;
+  if (has && !pointer) {
+    pointer.reset(wl_seat_get_pointer(seat.get()));
+    wl_pointer_add_listener(pointer.get(), &pointerListener, this);
+  } else if (!has) {
+    pointer.reset();
+    over = nullptr;
+  }
+}
+
+void WaylandPointer::enter(std::uint32_t serial, wl_surface* surface) {
+  over = surface;
+  if (!theme) {
+    theme.reset(wl_cursor_theme_load(std::getenv("XCURSOR_THEME"), cursorSize(), connection.sharedMemory()));
+    cursorSurface.reset(wl_compositor_create_surface(connection.compositor()));
+  }
+  const wl_cursor* const cursor = theme ? wl_cursor_theme_get_cursor(theme.get(), "left_ptr") : nullptr;
+  if (cursor == nullptr) {
+    return;
+  }
+  wl_cursor_image& image = *cursor->images[0];
+  wl_pointer_set_cursor(pointer.get(), serial, cursorSurface.get(), static_cast<std::int32_t>(image.hotspot_x),
+                        static_cast<std::int32_t>(image.hotspot_y));
+  wl_surface_attach(cursorSurface.get(), wl_cursor_image_get_buffer(&image), 0, 0);
+  wl_surface_damage_buffer(cursorSurface.get(), 0, 0, static_cast<std::int32_t>(image.width),
+                           static_cast<std::int32_t>(image.height));
+  wl_surface_commit(cursorSurface.get());
+  connection.flush();
+}
+
+void WaylandPointer::forget(const wl_surface* surface) {
+  if (over == surface) {
+    over = nullptr;
+  }
+}
+
+}  // namespace quilex

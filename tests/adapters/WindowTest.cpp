@@ -1,0 +1,272 @@
+#include <QAccessible>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTest>
+#include <QTextEdit>
+#include <QTranslator>
+#include <algorithm>
+#include <cstdlib>
+
+#include "linux/qt/Buttons.h"
+#include "linux/qt/InterfaceFiles.h"
+#include "linux/qt/Translations.h"
+#include "support/AdapterTest.h"
+#include "ui/CustomAlertWindowController.h"
+#include "ui/UpgradeWindowController.h"
+
+namespace quilex {
+
+// The sanitizers slow everything down.
+#if defined(__has_feature)
+constexpr int kPatience = __has_feature(address_sanitizer) ? 10 : 1;
+#else
+constexpr int kPatience = 1;
+#endif
+
+struct FakeWorkspace : Workspace {
+  std::string opened;
+  void launchApplication(const std::string& /*identifier*/) override {}
+  void openURL(const std::string& url) override { opened += url; }
+  void showOpenPanel(const std::vector<std::string>& /*types*/, std::function<void(bool)> /*done*/) override {}
+  void terminate() override {}
+  Disposable observeWake(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
+  Disposable observeResignActive(std::function<void()> /*handler*/) override {
+    return Disposable([] {});
+  }
+};
+
+struct WindowTest : AdapterTest {
+  static void SetUpTestSuite() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+  ~WindowTest() override {
+    alert.reset();
+    offer.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  /// The window that is seen; fails the test when there is another number of them than one.
+  static QWidget* shown() {
+    QWidget* found = nullptr;
+    for (QWidget* each : QApplication::topLevelWidgets()) {
+      if (each->isVisible()) {
+        EXPECT_EQ(found, nullptr);
+        found = each;
+      }
+    }
+    EXPECT_NE(found, nullptr);
+    return found;
+  }
+  template <typename Widget>
+  static Widget* child(const char* name) {
+    return shown()->findChild<Widget*>(QLatin1String(name));
+  }
+  static bool isShown() {
+    return std::ranges::any_of(QApplication::topLevelWidgets(), [](QWidget* each) { return each->isVisible(); });
+  }
+  static QColor middle(QWidget& widget) { return widget.grab().toImage().pixelColor(8, widget.height() / 2); }
+  /// Leaves a picture of the window in the folder that QUILEX_SCREENSHOTS names.
+  static void photograph(const std::string& picture) {
+    if (const char* pictures = std::getenv("QUILEX_SCREENSHOTS")) {
+      shown()->grab().save(QString::fromUtf8(pictures) + QLatin1Char('/') + QString::fromStdString(picture) + ".png");
+    }
+  }
+  void showAlert() {
+    alert.emplace(load);
+    alert->loadWindow();
+    alert->titleLabel->setStringValue(localize("You're up to date", "updated"));
+    alert->infoLabel->setStringValue(filled(localize("%@ is currently the newest version", "fmt"), "1.0.0(1)"));
+    alert->showWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(shown()));
+  }
+  void showOffer(const std::string& ver, const std::string& exp = "<p>fast</p>") {
+    offer.emplace(load, localize, workspace);
+    offer->upgradeInfo = {"https://quilex.invalid/get", "", ver, exp};
+    offer->showWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(shown()));
+  }
+  void key(Qt::Key which) const {
+    QTest::keyClick(shown(), which);
+    ASSERT_FALSE(isShown());
+  }
+
+  int argc = 1;
+  char name[7] = "agent\0";
+  char* argv[2] = {name, nullptr};
+  QApplication application{argc, argv};
+  LinuxBundle bundle{QUILEX_BUNDLE};
+  LoadInterfaceFile load = [this](const std::string& file) { return loadInterfaceFile(bundle, file); };
+  Localize localize = [](const char* english, const char* comment) {
+    return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+  };
+  FakeWorkspace workspace;
+  std::optional<CustomAlertWindowController> alert;
+  std::optional<UpgradeWindowController> offer;
+};
+
+TEST_F(WindowTest, AButtonFollowsPointerAndKeys) {
+  const QColor rest(10, 20, 30), hover(40, 50, 60), pressed(70, 80, 90);
+  QWidget window;
+  window.resize(300, 200);
+  ButtonWithHoverBackGround button(&window);
+  button.setGeometry(50, 50, 120, 40);
+  button.setProperty("normalColor", rest);
+  button.setProperty("hoverColor", hover);
+  button.setProperty("pressedColor", pressed);
+  button.setProperty("cornerRadius", 12.0);
+  button.setProperty("titleColor", QColor(Qt::white));
+  int clicks = 0;
+  QObject::connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  EXPECT_EQ(button.cursor().shape(), Qt::PointingHandCursor);
+  EXPECT_EQ(middle(button), rest);
+  EXPECT_EQ(window.grab().toImage().pixelColor(51, 51), window.grab().toImage().pixelColor(5, 5)) << "a round corner";
+  const auto hovered = [&](bool in) {
+    QTest::mouseMove(&window, in ? QPoint(100, 70) : QPoint(5, 5));
+    return waitFor([&] { return middle(button) == (in ? hover : rest); });
+  };
+  EXPECT_TRUE(hovered(true) && hovered(false) && hovered(true));
+  QTest::mousePress(&button, Qt::LeftButton);
+  EXPECT_EQ(middle(button), pressed);
+  QTest::mouseRelease(&button, Qt::LeftButton);
+  EXPECT_EQ(std::pair(middle(button), clicks), std::pair(hover, 1));
+  QTest::mousePress(&button, Qt::LeftButton);
+  QTest::mouseRelease(&button, Qt::LeftButton, {}, QPoint(-20, -20));
+  EXPECT_EQ(std::pair(middle(button), clicks), std::pair(rest, 1)) << "let go outside";
+  button.setEnabled(false);
+  QTest::mouseMove(&window, QPoint(5, 5));
+  QTest::mouseMove(&window, QPoint(100, 70));
+  QTest::mousePress(&button, Qt::LeftButton);
+  EXPECT_EQ(middle(button), rest);
+  QTest::mouseRelease(&button, Qt::LeftButton);
+  button.setEnabled(true);
+
+  QTest::mouseMove(&window, QPoint(5, 5));
+  button.clearFocus();
+  const QImage without = button.grab().toImage();
+  button.setFocus();
+  EXPECT_NE(button.grab().toImage(), without) << "the keyboard's focus is seen";
+  QTest::keyPress(&button, Qt::Key_Space);
+  EXPECT_EQ(middle(button), pressed);
+  QTest::keyRelease(&button, Qt::Key_Space);
+  EXPECT_EQ(std::pair(middle(button), clicks), std::pair(rest, 2));
+}
+
+TEST_F(WindowTest, TheAlertSaysItsLinesAndClosesByButtonReturnAndEscape) {
+  for (const auto close : {+[] { QTest::mouseClick(child<QPushButton>("okButton"), Qt::LeftButton); },
+                           +[] { QTest::keyClick(shown(), Qt::Key_Return); },
+                           +[] { QTest::keyClick(shown(), Qt::Key_Escape); }, +[] { shown()->close(); }}) {
+    alert ? alert->showWindow() : showAlert();
+    EXPECT_EQ(child<QLabel>("titleLabel")->text(), "You're up to date");
+    EXPECT_EQ(child<QLabel>("infoLabel")->text(), "1.0.0(1) is currently the newest version");
+    const auto flags = shown()->windowFlags();
+    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
+    EXPECT_FALSE(flags & (Qt::WindowMinMaxButtonsHint | Qt::WindowFullscreenButtonHint));
+    close();
+    EXPECT_FALSE(isShown());
+  }
+}
+
+TEST_F(WindowTest, TheOfferShowsItsVersionAndItsButtonOpensTheAddress) {
+  showOffer("2.1.0");
+  EXPECT_EQ(child<QTextEdit>("infoLabel")->toPlainText(), "Version: 2.1.0");
+  EXPECT_EQ(shown()->grab().toImage().pixelColor(0, 0).alpha(), 0) << "a round panel";
+  EXPECT_EQ(shown()->size(), QSize(480, 340)) << "as large as its picture";
+  QTest::mouseClick(child<QPushButton>("upgradeButton"), Qt::LeftButton);
+  EXPECT_EQ(std::pair(workspace.opened, isShown()), std::pair(std::string("https://quilex.invalid/get"), false));
+  workspace.opened = "";
+  showOffer("2.1.0");
+  key(Qt::Key_Escape);
+  offer->showWindow();
+  QTest::mouseClick(child<QPushButton>("closeButton"), Qt::LeftButton);
+  EXPECT_EQ(std::pair(workspace.opened, isShown()), std::pair(std::string(), false));
+  offer->showWindow();
+  key(Qt::Key_Return);
+  EXPECT_EQ(workspace.opened, "https://quilex.invalid/get");
+}
+
+TEST_F(WindowTest, BadOffersHoldNothingUp) {
+  const auto repeated = [](const std::string& part, std::size_t bytes) {
+    std::string text;
+    while (text.size() < bytes) {
+      text += part;
+    }
+    return text;
+  };
+  write(folder + "secret.html", "secret");
+  const std::string exps[] = {repeated("<div><ul><li><b>", 5'000'000), repeated("<table><tr><td>x", 5'000'000),
+                              repeated("<", 5'000'000), "<img src='file://" + folder + "secret.html'>\xFF\xFE", ""};
+  const std::string vers[] = {repeated("9", 10'000), std::string("9\n\n\x1b[2J\0\x7f\xE2\x80\xAE.1", 14), "9",
+                              repeated("9\n", 10'000), repeated("\xE2\x80\xAE", 10'000)};
+  for (std::size_t i = 0; i < std::size(exps); ++i) {
+    QElapsedTimer timer;
+    timer.start();
+    showOffer(vers[i], exps[i]);
+    QCoreApplication::processEvents();
+    shown()->grab();
+    std::printf("offer %zu: %lld ms\n", i, static_cast<long long>(timer.elapsed()));
+    EXPECT_LT(timer.elapsed(), 200 * kPatience) << i;
+    EXPECT_EQ(shown()->size(), QSize(480, 340));
+    key(Qt::Key_Escape);
+  }
+}
+
+TEST_F(WindowTest, TextsAreInTheUsersLanguage) {
+  for (const auto& [language, title] : {std::pair("de-AT:fr", "Alles auf dem neuesten Stand"),
+                                        {"eo:ja:de", "お使いのバージョンは最新です"},
+                                        {"zh-CN", "已是最新版本"},
+                                        {"pt-BR", "Tudo está atualizado"},
+                                        {"en-GB:de", "You're up to date"},
+                                        {"eo", "You're up to date"}}) {
+    for (auto* old : application.findChildren<QTranslator*>()) {
+      QCoreApplication::removeTranslator(old);
+      delete old;
+    }
+    installTranslations(QString(language).split(':'), bundle.path() / "translations");
+    showAlert();
+    EXPECT_EQ(child<QLabel>("titleLabel")->text(), title) << language;
+    photograph(std::string("alert-") + language);
+    key(Qt::Key_Escape);
+    showOffer("2.1.0");
+    EXPECT_EQ(child<QLabel>("headline")->text() == "A new version is available", title[0] == 'Y') << language;
+    photograph(std::string("offer-") + language);
+    key(Qt::Key_Escape);
+  }
+}
+
+TEST_F(WindowTest, AssistiveTechnologyIsToldNamesAndRoles) {
+  const auto told = [](QWidget* widget) {
+    const auto* accessible = QAccessible::queryAccessibleInterface(widget);
+    return std::pair(accessible->role(), accessible->text(QAccessible::Name).toStdString());
+  };
+  showAlert();
+  EXPECT_EQ(told(shown()), std::pair(QAccessible::Dialog, std::string("Software update")));
+  EXPECT_EQ(told(child<QPushButton>("okButton")), std::pair(QAccessible::Button, std::string("OK")));
+  EXPECT_EQ(told(child<QLabel>("titleLabel")), std::pair(QAccessible::StaticText, std::string("You're up to date")));
+  key(Qt::Key_Escape);
+  showOffer("2.1.0");
+  EXPECT_EQ(told(shown()), std::pair(QAccessible::Dialog, std::string("New version")));
+  EXPECT_EQ(told(child<QPushButton>("upgradeButton")), std::pair(QAccessible::Button, std::string("Get the update")));
+  EXPECT_EQ(told(child<QPushButton>("closeButton")), std::pair(QAccessible::Button, std::string("Close")));
+  EXPECT_EQ(told(child<QTextEdit>("infoLabel")),
+            std::pair(QAccessible::EditableText, std::string("About the new version")));
+}
+
+TEST_F(WindowTest, AMissingOrBrokenInterfaceFileIsOneLine) {
+  bundle = LinuxBundle(folder);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(load("UpgradeWindowController"), nullptr);
+  const std::string line = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::ranges::count(line, '\n'), 1);
+  EXPECT_NE(line.find("UpgradeWindowController.ui"), std::string::npos) << line;
+  write(folder + "UpgradeWindowController.ui", "<ui version=\"4.0\"><widget class=\"QLabel\"/></ui>");
+  EXPECT_EQ(load("UpgradeWindowController"), nullptr);
+  offer.emplace(load, localize, workspace);
+  offer->showWindow();
+  offer->close();
+  EXPECT_FALSE(isShown());
+}
+
+}  // namespace quilex
