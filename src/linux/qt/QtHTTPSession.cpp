@@ -1,6 +1,6 @@
 #include "linux/qt/QtHTTPSession.h"
 
-#include <QFuture>
+#include <QFutureWatcher>
 #include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -84,11 +84,14 @@ void QtHTTPSession::post(const std::string& url, const std::string& contentType,
 
   // Which proxy to take may be a matter of running a script or asking the network.
   const auto lookup = std::make_shared<QPromise<QNetworkProxy>>();
-  lookup->future().then(&manager, [this, request, bytes = QByteArray::fromStdString(body),
-                                   answer = std::move(reply)](const QNetworkProxy& proxy) {
-    manager.setProxy(proxy);
-    send(request, bytes, answer);
-  });
+  auto* const watcher = new QFutureWatcher<QNetworkProxy>(&manager);
+  QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
+                   [this, watcher, request, bytes = QByteArray::fromStdString(body), answer = std::move(reply)] {
+                     watcher->deleteLater();
+                     manager.setProxy(watcher->result());
+                     send(request, bytes, answer);
+                   });
+  watcher->setFuture(lookup->future());
   QThreadPool::globalInstance()->start([lookup, query = QNetworkProxyQuery(request.url())] {
     lookup->start();
     lookup->addResult(QNetworkProxyFactory::systemProxyForQuery(query).value(0, QNetworkProxy::NoProxy));
