@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 #include <variant>
 
 #include "app/AppDelegate.h"
@@ -15,20 +16,41 @@ namespace {
 using quilex::Composition;
 
 // The toolkit ends the process by itself when it is the first to see that the desktop is gone; the main application is
-// told even then.
-quilex::AppDelegate* delegateAtExit = nullptr;
+// told even then, and once.
+quilex::AppDelegate* delegateToTell = nullptr;
 
-void terminateDelegate() {
-  if (delegateAtExit != nullptr) {
-    delegateAtExit->applicationWillTerminate();
+void tellTermination() {
+  if (auto* const delegate = std::exchange(delegateToTell, nullptr)) {
+    delegate->applicationWillTerminate();
+  }
+}
+
+const char* serverName = nullptr;
+
+void desktopLost() {
+  if (const char* const server = std::exchange(serverName, nullptr)) {
+    std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
+    tellTermination();
+  }
+}
+
+QtMessageHandler printMessage = nullptr;
+
+// Of a compositor that is gone the toolkit tells nobody but the user, and ends the process without its exit handlers.
+void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (text.startsWith(QStringLiteral("The Wayland connection"))) {
+    desktopLost();
+  } else {
+    printMessage(type, context, text);
   }
 }
 
 int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   int status = EXIT_SUCCESS;
-  const char* const server = desktop->serverName();
-  auto made = Composition::make(std::move(desktop), [&status, server] {
-    std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
+  serverName = desktop->serverName();
+  printMessage = qInstallMessageHandler(toolkitMessage);
+  auto made = Composition::make(std::move(desktop), [&status] {
+    desktopLost();
     status = EXIT_FAILURE;
     QCoreApplication::quit();
   });
@@ -48,16 +70,15 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
                                 },
                                 composition->interfaceFiles(), Composition::localization()});
   composition->checkUpdates = [&delegate] { delegate.checkUpdates(quilex::AppDelegate::Check::manual); };
-  delegateAtExit = &delegate;
-  std::atexit(terminateDelegate);
+  delegateToTell = &delegate;
+  std::atexit(tellTermination);
   quilex::WindowServer& windows = composition->windowServer();
   const auto screens = windows.observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
   QCoreApplication::exec();
-  delegate.applicationWillTerminate();
-  delegateAtExit = nullptr;
+  tellTermination();
   return status;
 }
 
