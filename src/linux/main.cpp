@@ -1,7 +1,10 @@
 #include <QApplication>
+#include <QThread>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <utility>
 #include <variant>
@@ -26,22 +29,29 @@ void tellTermination() {
 }
 
 const char* serverName = nullptr;
+std::promise<void> lossTold;
+const std::shared_future<void> lossIsTold = lossTold.get_future().share();
 
 void desktopLost() {
   if (const char* const server = std::exchange(serverName, nullptr)) {
     std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
     tellTermination();
+    lossTold.set_value();
   }
 }
 
 QtMessageHandler printMessage = nullptr;
 
-// Of a compositor that is gone the toolkit tells nobody but the user, and ends the process without its exit handlers.
+// Of a compositor that is gone the toolkit tells nobody but the user, from a thread of its own or from this one, and
+// ends the process without its exit handlers. In its own thread it is held up until this one has told.
 void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  if (text.startsWith(QStringLiteral("The Wayland connection"))) {
+  constexpr std::chrono::seconds kLongestWait{5};
+  if (!text.startsWith(QStringLiteral("The Wayland connection"))) {
+    printMessage(type, context, text);
+  } else if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
     desktopLost();
   } else {
-    printMessage(type, context, text);
+    lossIsTold.wait_for(kLongestWait);
   }
 }
 
