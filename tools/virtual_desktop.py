@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """An X desktop without hardware: Xorg with the dummy driver, whose outputs are switched like real monitors.
 
-As a program: virtual_desktop.py --screenshot FILE.png [--seconds S] [--monitors WxH,WxH...] [--manager NAME] COMMAND...
-runs the command on such a desktop, saves what it shows after some seconds, ends it, and exits with its status.
+As a program: virtual_desktop.py --screenshot FILE.png [--seconds S] [--monitors WxH,WxH...] [--manager NAME] [--wayland]
+COMMAND... runs the command on such a desktop, or on a Wayland one, saves what it shows after some seconds, ends it, and exits with its status.
 """
 
 import argparse
@@ -14,6 +14,7 @@ import sys
 import tempfile
 
 from PIL import ImageGrab
+from sway_desktop import SwayDesktop
 
 CONFIGURATION = pathlib.Path(__file__).with_name("virtual_desktop.conf")
 # The program itself: the wrapper of that name serves only users at the console.
@@ -21,6 +22,8 @@ SERVER = "/usr/lib/xorg/Xorg"
 
 
 class VirtualDesktop:
+    background = (0, 0, 0)  # what the server shows where nobody draws
+
     def __init__(self, monitors=("1920x1080",)):
         self.folder = tempfile.mkdtemp(prefix="virtual-desktop-")
         reading, writing = os.pipe()
@@ -71,13 +74,15 @@ class VirtualDesktop:
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--monitors", default="1920x1080,1920x1080", help="sizes, from left to right")
+    parser.add_argument("--wayland", action="store_true", help="a Wayland desktop instead (see sway_desktop.py)")
     parser.add_argument("--manager", help="a window manager to run on the desktop")
     parser.add_argument("--seconds", type=float, default=5)
     parser.add_argument("--screenshot", required=True, type=pathlib.Path)
     parser.add_argument("command", nargs="+")
     arguments = parser.parse_args()
 
-    desktop = VirtualDesktop(arguments.monitors.split(","))
+    make_desktop = SwayDesktop if arguments.wayland else VirtualDesktop
+    desktop = make_desktop(arguments.monitors.split(","))
     programs = []
     try:
         if arguments.manager:

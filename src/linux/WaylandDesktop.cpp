@@ -1,7 +1,12 @@
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+
+#include <optional>
 #include <utility>
 
 #include "linux/Desktop.h"
 #include "linux/wayland/WaylandConnection.h"
+#include "linux/wayland/WaylandEglWindows.h"
 #include "linux/wayland/WaylandShmRenderer.h"
 #include "linux/wayland/WaylandTargets.h"
 #include "linux/wayland/WaylandWindowServer.h"
@@ -17,7 +22,11 @@ class WaylandDesktop : public Desktop {
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
   void start(std::function<void()> lost) override { wayland->start(std::move(lost)); }
-  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser /*allowed*/) override { return nullptr; }
+  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed) override {
+    return GpuRenderer::make(EGL_PLATFORM_WAYLAND_KHR, wayland->display(), std::nullopt,
+                             {MPV_RENDER_PARAM_WL_DISPLAY, wayland->display()}, allowed,
+                             std::make_unique<WaylandEglWindows>(targets));
+  }
   std::unique_ptr<Renderer> makeCpuRenderer() override {
     return std::make_unique<WaylandShmRenderer>(*wayland, targets);
   }

@@ -1,8 +1,12 @@
 #include <QApplication>
+#include <QThread>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
+#include <utility>
 #include <variant>
 
 #include "app/AppDelegate.h"
@@ -15,20 +19,48 @@ namespace {
 using quilex::Composition;
 
 // The toolkit ends the process by itself when it is the first to see that the desktop is gone; the main application is
-// told even then.
-quilex::AppDelegate* delegateAtExit = nullptr;
+// told even then, and once.
+quilex::AppDelegate* delegateToTell = nullptr;
 
-void terminateDelegate() {
-  if (delegateAtExit != nullptr) {
-    delegateAtExit->applicationWillTerminate();
+void tellTermination() {
+  if (auto* const delegate = std::exchange(delegateToTell, nullptr)) {
+    delegate->applicationWillTerminate();
+  }
+}
+
+const char* serverName = nullptr;
+std::promise<void> lossTold;
+const std::shared_future<void> lossIsTold = lossTold.get_future().share();
+
+void desktopLost() {
+  if (const char* const server = std::exchange(serverName, nullptr)) {
+    std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
+    tellTermination();
+    lossTold.set_value();
+  }
+}
+
+QtMessageHandler printMessage = nullptr;
+
+// Of a compositor that is gone the toolkit tells nobody but the user, from a thread of its own or from this one, and
+// ends the process without its exit handlers. In its own thread it is held up until this one has told.
+void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  constexpr std::chrono::seconds kLongestWait{5};
+  if (!text.startsWith(QStringLiteral("The Wayland connection"))) {
+    printMessage(type, context, text);
+  } else if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
+    desktopLost();
+  } else {
+    lossIsTold.wait_for(kLongestWait);
   }
 }
 
 int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   int status = EXIT_SUCCESS;
-  const char* const server = desktop->serverName();
-  auto made = Composition::make(std::move(desktop), [&status, server] {
-    std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
+  serverName = desktop->serverName();
+  printMessage = qInstallMessageHandler(toolkitMessage);
+  auto made = Composition::make(std::move(desktop), [&status] {
+    desktopLost();
     status = EXIT_FAILURE;
     QCoreApplication::quit();
   });
@@ -48,16 +80,15 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
                                 },
                                 composition->interfaceFiles(), Composition::localization()});
   composition->checkUpdates = [&delegate] { delegate.checkUpdates(quilex::AppDelegate::Check::manual); };
-  delegateAtExit = &delegate;
-  std::atexit(terminateDelegate);
+  delegateToTell = &delegate;
+  std::atexit(tellTermination);
   quilex::WindowServer& windows = composition->windowServer();
   const auto screens = windows.observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
   QCoreApplication::exec();
-  delegate.applicationWillTerminate();
-  delegateAtExit = nullptr;
+  tellTermination();
   return status;
 }
 

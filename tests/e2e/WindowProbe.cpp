@@ -8,29 +8,28 @@
 #include <string>
 #include <vector>
 
+#include "linux/Desktop.h"
 #include "linux/mpv/MpvPlayer.h"
 #include "linux/qt/QtRunLoop.h"
-#include "linux/x11/X11ShmRenderer.h"
-#include "linux/x11/X11WindowServer.h"
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  const auto connection = quilex::X11Connection::open();
-  if (!connection || argc != 2) {
+  const auto desktop = quilex::Desktop::open();
+  if (!desktop || argc != 2) {
     return 1;
   }
-  connection->start(&QCoreApplication::quit);
+  desktop->start(&QCoreApplication::quit);
   quilex::QtRunLoop runLoop;
-  auto renderer = std::make_unique<quilex::X11ShmRenderer>(*connection);
+  auto renderer = desktop->makeCpuRenderer();
   quilex::Renderer& pictures = *renderer;
   quilex::VideoOutput output(std::move(renderer));
-  quilex::X11WindowServer server(*connection, output, pictures, runLoop);
+  const auto server = desktop->makeWindowServer(output, pictures, runLoop);
   quilex::MpvPlayer player(output);
   player.replaceCurrentItem(argv[1]);
 
   std::vector<std::unique_ptr<quilex::WallpaperWindow>> windows;
-  for (const quilex::Screen& screen : server.screens()) {
-    windows.push_back(server.makeWallpaperWindow(screen));
+  for (const quilex::Screen& screen : server->screens()) {
+    windows.push_back(server->makeWallpaperWindow(screen));
     auto view = std::make_unique<quilex::VideoView>(quilex::Rect{0, 0, screen.frame.width, screen.frame.height});
     windows.back()->setContentView(std::move(view), [] {});
   }

@@ -11,12 +11,12 @@ import sys
 import tempfile
 import time
 
-from PIL import ImageChops
+from PIL import Image, ImageChops
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCE / "tools"))
+from sway_desktop import SwayDesktop  # noqa: E402
 from virtual_desktop import VirtualDesktop  # noqa: E402
-from virtual_wayland import VirtualWaylandDesktop  # noqa: E402
 
 DEADLINE = 20  # seconds; far more than anything here takes, even under a sanitizer
 
@@ -118,8 +118,10 @@ class UserSession:
 class Session(UserSession):
     """A user's session on a virtual desktop, with an agent."""
 
-    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None, kind="x11"):
-        self.desktop = VirtualWaylandDesktop(monitors) if kind == "wayland" else VirtualDesktop(monitors)
+    make_desktop = VirtualDesktop
+
+    def __init__(self, build, monitors=("1280x720", "800x600"), manager=None):
+        self.desktop = self.make_desktop(monitors)
         super().__init__(build, self.desktop.environment)
         self.agent_program = self.programs_folder / "quilexhelper"
         self.agent = None
@@ -211,3 +213,23 @@ class Session(UserSession):
         except AssertionError as failure:
             self.desktop.screenshot().save("/tmp/quilex-journey.png")
             raise AssertionError(f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png") from failure
+
+
+class WaylandSession(Session):
+    """A user's session on a Wayland desktop. Nobody can list the wallpaper's surfaces there; what they cover is seen."""
+
+    make_desktop = SwayDesktop
+
+    def windows(self):
+        """Places of the monitors that show anything."""
+        places = self.desktop.outputs().values()
+        if not places:
+            return []
+        picture = self.desktop.screenshot()
+        bare = Image.new("RGB", picture.size, self.desktop.background)
+        difference = ImageChops.difference(picture, bare)
+        box = lambda left, top, width, height: (left, top, left + width, top + height)
+        return sorted(place for place in places if difference.crop(box(*place)).getbbox())
+
+    def geometry(self, window):
+        return window

@@ -1,69 +1,150 @@
-"""Journeys of the wallpaper on a Wayland desktop with a layer shell: what a person sees."""
+"""Journeys of the wallpaper on a Wayland desktop: the one of every desktop, and what outputs do here."""
 
+import os
+import pathlib
+import signal
+import subprocess
 import unittest
 
-from menu_test import COMBO, MIRROR, SECOND
-from wallpaper_test import BLUE, RED, WHITE, Journey
+from PIL import ImageStat
 
-from session import wait_for
-
-
-# The compositor's own background.
-BARE = (63, 63, 63)
+from session import WaylandSession, make_clip, wait_for
+from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
 
 
-class Wayland(Journey):
-    kind = "wayland"
+class WaylandWallpaper(Wallpaper):
+    make_session = WaylandSession
 
-    def play_halves(self, **settings):
-        session = self.begin(("halves", "file://" + self.halves.replace(" ", "%20")), **settings)
+
+class WaylandOutputs(Journey):
+    make_session = WaylandSession
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        # Columns of one pixel, which any scaling turns grey.
+        graph = "color=c=white,scale=1280:720,format=gray,geq=lum=255*mod(X\\,2)"
+        cls.columns = make_clip(pathlib.Path(cls.clips.name) / "columns.mp4", graph, seconds=1)
+
+    def shows(self, index, expected, what):
+        """`expected` maps points of that output, in its own pixels, to colours."""
+        near = lambda have, want: all(abs(a - b) <= 24 for a, b in zip(have, want))
+
+        def match():
+            picture = self.session.desktop.screenshot(index)
+            return all(near(picture.getpixel(point), colour) for point, colour in expected.items())
+
+        try:
+            wait_for(match, what)
+        except AssertionError:
+            self.session.desktop.screenshot(index).save("/tmp/quilex-journey.png")
+            raise
+
+    def moves(self, index):
+        shot = lambda: self.session.desktop.screenshot(index).tobytes()
+        first = shot()
+        wait_for(lambda: shot() != first, f"a moving picture on output {index}")
+
+    def handles(self):
+        """Open files and pieces of shared memory of the agent."""
+        process = pathlib.Path(f"/proc/{self.session.agent.pid}")
+        return len(os.listdir(process / "fd")), (process / "maps").read_text().count("quilex-picture")
+
+    def test_scale_and_rotation(self):
+        rows = ("halves", "file://" + self.halves.replace(" ", "%20")), ("columns", self.columns)
+        session = self.begin(*rows, MonitorArrange=1, CurrentVideoSign="halves")
         session.start_agent()
-        return session
+        upright = {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (490, 210): WHITE, (470, 360): RED}
+        self.shows(0, upright, "the picture at scale 1")
+        for scale, place in (("2", (0, 0, 640, 360)), ("1.5", (0, 0, 853, 480)), ("1", (0, 0, 1280, 720))):
+            session.desktop.configure(0, f"scale {scale}")
+            wait_for(lambda: place in session.desktop.outputs().values(), f"scale {scale}")
+            self.shows(0, upright, f"the picture at scale {scale}")
+        session.desktop.configure(0, "transform 90")
+        turned = {(360, 640): WHITE, (40, 100): RED, (680, 100): BLUE, (90, 370): WHITE, (60, 640): RED, (660, 640): BLUE}
+        self.shows(0, turned, "the picture on a monitor that stands upright")
+        session.desktop.reload()
+        self.shows(0, turned, "the picture after the compositor read its configuration again")
+        session.desktop.configure(0, "transform normal")
+        self.shows(0, upright, "the picture on a monitor that lies again")
 
-    def test_layouts_settings_and_the_end_of_the_compositor(self):
-        session = self.play_halves()
-        session.wait_for_pixels(COMBO, "one picture across the monitors")
-        session.write_settings(MonitorArrange=1)
-        session.wait_for_pixels(MIRROR, "the same picture on each monitor")
-        session.write_settings(ScreenIndex=1)
-        session.wait_for_pixels({**SECOND, (640, 360): BARE}, "the picture on the second monitor only")
-        session.write_settings(ScreenIndex=0, IsOpenPlayer=False)
-        session.wait_for_pixels(dict.fromkeys(MIRROR, BARE), "no wallpaper")
-        session.write_settings(IsOpenPlayer=True, isPlaying=True)
-        session.wait_for_pixels({(640, 360): WHITE}, "the wallpaper")
-        # In front of other programs' desktops, and back.
-        for hides in (True, False):
-            session.write_settings(IsHideIcon=hides)
-            session.wait_for_pixels({(640, 360): WHITE}, "the wallpaper")
-        session.desktop.server.kill()
-        self.assertEqual(session.agent.wait(timeout=20), 1)
-        self.assertRegex(session.errors(), "Wayland (compositor is gone|connection broke)")
-        session.agent = None
+        # One picture of 1440x600 across outputs of different scales.
+        session.desktop.configure(0, "scale 2")
+        session.desktop.configure(1, "position 640 0")
+        session.write_settings(MonitorArrange=0)
+        self.shows(0, {(600, 400): RED, (1200, 400): WHITE, (1200, 200): RED, (1260, 260): WHITE}, "the left part")
+        self.shows(1, {(60, 200): WHITE, (310, 200): BLUE, (10, 100): RED, (150, 100): BLUE}, "the right part")
 
-    def test_monitors_come_and_change(self):
-        session = self.begin(("halves", "file://" + self.halves.replace(" ", "%20")), MonitorArrange=1)
-        session.start_agent()
-        session.wait_for_pixels(MIRROR, "the same picture on each monitor")
-        session.desktop.set_monitors(["1280x720", "800x600", "640x480"])
-        third = {(2080 + 220, 240): WHITE, (2080 + 60, 240): RED, (2080 + 580, 240): BLUE}
-        session.wait_for_pixels({**MIRROR, **third}, "the picture on a monitor that came")
-        last = session.desktop.outputs[2]
-        for change, width, height in (("scale 2", 320, 240), ("scale 1.5", 427, 320), ("scale 1 transform 90", 480, 640)):
-            session.desktop.message("output", last, *change.split())
-            left, middle = width // 12, height // 2
-            expected = {(2080 + left, middle): RED, (2080 + width // 2, middle): WHITE}
-            expected |= {(2080 + width - left, middle): BLUE}
-            session.wait_for_pixels({**MIRROR, **expected}, change)
-            self.assertLessEqual(abs(session.desktop.screenshot().width - 2080 - width), 1, change)
+        # Drawn for the pixels of the display, not enlarged.
+        session.write_settings(MonitorArrange=1, CurrentVideoSign="columns")
+        contrast = lambda: ImageStat.Stat(session.desktop.screenshot(0).convert("L").crop((200, 200, 600, 500))).stddev[0]
+        wait_for(lambda: contrast() > 90, "each pixel of the video at scale 2")
         self.assertEqual(session.end_agent(), 0)
 
-    def test_a_moving_picture_moves(self):
-        session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
+    def test_outputs_switched_off_and_plugged_in_and_out(self):
+        rows = ("moving", "file://" + self.moving), ("green", self.green)
+        session = self.begin(*rows, MonitorArrange=1, CurrentVideoSign="moving")
         session.start_agent()
-        wait_for(lambda: session.moves((0, 0, 1280, 720)), "a moving picture on the first monitor")
-        wait_for(lambda: session.moves((1280, 0, 2080, 600)), "a moving picture on the second")
-        session.write_settings(isPlaying=False)
-        wait_for(lambda: not session.moves(), "a picture that stands")
+        for index in (0, 1):
+            self.moves(index)
+        session.desktop.set_lit(0, False)
+        self.moves(1)
+        session.write_settings(CurrentVideoSign="green")
+        self.shows(1, {(400, 300): GREEN}, "the other video where someone can see it")
+        session.desktop.set_lit(0, True)
+        self.shows(0, {(640, 360): GREEN, (1, 1): GREEN}, "the other video on the output that is lit again")
+
+        seen = []
+        for _ in range(20):
+            session.desktop.unplug(1)
+            session.desktop.set_monitors(self.monitors)
+            self.shows(1, {(1, 1): GREEN, (799, 599): GREEN}, "the video on the output that came")
+            seen.append(self.handles())
+        self.assertLessEqual(max(seen[10:]), max(seen[:10]), "no more files and memory than before")
+        session.desktop.set_monitors([None, None])
+        session.write_settings(CurrentVideoSign="moving")
+        session.desktop.set_monitors(["800x600", "1280x720"])
+        for index in (0, 1):
+            self.moves(index)
+        self.assertEqual(session.end_agent(), 0)
+
+    def test_the_compositor_goes_away(self):
+        session = self.begin(("green", self.green))
+        heard = session.folder / "heard"
+        with open(heard, "wb") as file:
+            session.start("dbus-monitor", "--session", "member=Posted", stdout=file)
+        wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
+        session.start_agent()
+        self.shows(0, {(640, 360): GREEN}, "the wallpaper")
+        session.desktop.server.send_signal(signal.SIGKILL)
+        self.assertEqual(session.agent.wait(timeout=20), 1)
+        self.assertEqual(session.errors(), "quilexhelper: the Wayland compositor is gone\n")
+        wait_for(lambda: "com.dravo.quilex.mac.ter" in heard.read_text(), "the notification")
+
+    def test_order_and_presses(self):
+        session = self.begin(("green", self.green))
+        icons = session.start(BUILD + "/bin/window_probe", self.short, stdin=subprocess.PIPE, bufsize=0)
+        icons.stdin.write(b"back\n")
+        self.shows(0, {(640, 500): RED}, "a desktop with icons")
+        wallpaper = session.start(BUILD + "/bin/window_probe", self.green, stdin=subprocess.PIPE, bufsize=0)
+        for command, colour in (("front", GREEN), ("out", RED), ("front", GREEN)):
+            wallpaper.stdin.write(command.encode() + b"\n")
+            for index in (0, 1):
+                self.shows(index, {(400, 300): colour}, command)
+        for probe in (wallpaper, icons):
+            probe.stdin.close()
+            self.assertEqual(probe.wait(timeout=20), 0)
+
+        mouse = session.start(BUILD + "/bin/mouse", stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0)
+        self.assertEqual(mouse.stdout.readline(), b"ready\n")
+        session.start_agent()
+        self.shows(1, {(400, 300): GREEN}, "the wallpaper")
+        for button in ("left", "right"):
+            mouse.stdin.write(f"1600 300 2080 720 {button}\n".encode())
+            wait_for(lambda: mouse.stdout.readline(), "the click")
+        wait_for(lambda: session.output().count("mouse down\n") == 2, "one line for each press")
+        self.assertEqual(session.output().count("tapVideoPlayerViewAction\n"), 1)
+        mouse.stdin.close()
         self.assertEqual(session.end_agent(), 0)
 
 

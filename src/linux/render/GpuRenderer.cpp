@@ -82,7 +82,8 @@ class GpuPicture : public Picture {
   }
 
   void show(NativeWindow window, const PixelRect& part) override {
-    if (!renderer.makeCurrent(window)) {
+    const EGLNativeWindowType native = renderer.windows->sized(window, {part.width, part.height});
+    if (native == 0 || !renderer.makeCurrent(window, native)) {
       return;
     }
     const GLint bottom = size.height - part.y - part.height;
@@ -91,6 +92,7 @@ class GpuPicture : public Picture {
     glDisable(GL_SCISSOR_TEST);
     glBlitFramebuffer(part.x, bottom, part.x + part.width, bottom + part.height, 0, 0, part.width, part.height,
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    renderer.windows->willShow(window);
     eglSwapBuffers(renderer.display, renderer.surfaces[window]);
   }
 
@@ -101,8 +103,9 @@ class GpuPicture : public Picture {
   GLuint framebuffer = 0;
 };
 
-std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay, EGLint nativeVisual,
-                                               mpv_render_param displayParameter, Rasteriser allowed) {
+std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay,
+                                               std::optional<EGLint> nativeVisual, mpv_render_param displayParameter,
+                                               Rasteriser allowed, std::unique_ptr<EglWindows> windows) {
   if (allowed == Rasteriser::hardwareOnly && onlySoftwareDevices()) {
     return nullptr;
   }
@@ -110,12 +113,20 @@ std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDis
   if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
     return nullptr;
   }
-  std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display));
+  std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display, std::move(windows)));
   renderer->nativeDisplayParameter = displayParameter;
   return renderer->setUp(nativeVisual, allowed) ? std::move(renderer) : nullptr;
 }
 
-bool GpuRenderer::chooseConfig(EGLint nativeVisual) {
+bool GpuRenderer::suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const {
+  const auto has = [&](EGLint attribute, EGLint wanted) {
+    EGLint value = 0;
+    return eglGetConfigAttrib(display, candidate, attribute, &value) == EGL_TRUE && value == wanted;
+  };
+  return nativeVisual ? has(EGL_NATIVE_VISUAL_ID, *nativeVisual) : has(EGL_BUFFER_SIZE, 24) && has(EGL_ALPHA_SIZE, 0);
+}
+
+bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
   constexpr std::array<EGLint, 11> kWanted{EGL_SURFACE_TYPE,
                                            EGL_WINDOW_BIT,
                                            EGL_RENDERABLE_TYPE,
@@ -131,17 +142,16 @@ bool GpuRenderer::chooseConfig(EGLint nativeVisual) {
   eglChooseConfig(display, kWanted.data(), nullptr, 0, &count);
   std::vector<EGLConfig> configs(static_cast<std::size_t>(count));
   eglChooseConfig(display, kWanted.data(), configs.data(), count, &count);
-  for (const EGLConfig each : configs) {
-    EGLint visual = 0;
-    if (eglGetConfigAttrib(display, each, EGL_NATIVE_VISUAL_ID, &visual) == EGL_TRUE && visual == nativeVisual) {
-      config = each;
-      return true;
-    }
+  const auto found =
+      std::find_if(configs.begin(), configs.end(), [&](EGLConfig each) { return suits(each, nativeVisual); });
+  if (found == configs.end()) {
+    return false;
   }
-  return false;
+  config = *found;
+  return true;
 }
 
-bool GpuRenderer::setUp(EGLint nativeVisual, Rasteriser allowed) {
+bool GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
   constexpr std::array<EGLint, 3> kVersion{EGL_CONTEXT_CLIENT_VERSION, 3, EGL_NONE};
   if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context") ||
       eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE || !chooseConfig(nativeVisual)) {
@@ -188,12 +198,11 @@ std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) {
   return std::make_unique<GpuPicture>(*this, size);
 }
 
-bool GpuRenderer::makeCurrent(NativeWindow window) {
+bool GpuRenderer::makeCurrent(NativeWindow window, EGLNativeWindowType native) {
   EGLSurface surface = EGL_NO_SURFACE;
   if (window != 0) {
     const auto known = surfaces.find(window);
-    surface = known != surfaces.end() ? known->second
-                                      : eglCreateWindowSurface(display, config, EGLNativeWindowType{window}, nullptr);
+    surface = known != surfaces.end() ? known->second : eglCreateWindowSurface(display, config, native, nullptr);
     if (surface == EGL_NO_SURFACE) {
       return false;
     }
@@ -219,6 +228,7 @@ void GpuRenderer::forget(NativeWindow window) {
   }
   eglDestroySurface(display, known->second);
   surfaces.erase(known);
+  windows->forget(window);
 }
 
 }  // namespace quilex

@@ -5,6 +5,8 @@
 
 #include <map>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "linux/render/Renderer.h"
 
@@ -12,15 +14,29 @@ namespace quilex {
 
 enum class Rasteriser { hardwareOnly, any };
 
+/// The window system's windows, as EGL takes them. Main thread.
+class EglWindows {
+ public:
+  virtual ~EglWindows() = default;
+  /// The window, at the size of what is about to be drawn into it; 0 when there is no such window.
+  virtual EGLNativeWindowType sized(NativeWindow window, PixelSize /*size*/) { return EGLNativeWindowType{window}; }
+  /// What was drawn is about to be shown.
+  virtual void willShow(NativeWindow /*window*/) {}
+  /// EGL is done with the window.
+  virtual void forget(NativeWindow /*window*/) {}
+};
+
 /// The GPU renderer: EGL with OpenGL ES 3. A picture is a texture that libmpv draws into; showing it copies a part of
 /// it to the window and swaps without waiting for the display.
 class GpuRenderer : public Renderer {
  public:
-  /// `platform` and `nativeDisplay` as eglGetPlatformDisplay takes them; the windows' visual is `nativeVisual`.
+  /// `platform` and `nativeDisplay` as eglGetPlatformDisplay takes them; the windows' visual is `nativeVisual`, or any
+  /// of 24 bits without transparency where windows have none of their own.
   /// `displayParameter` is handed to libmpv for hardware decoding and may be of type MPV_RENDER_PARAM_INVALID. Empty
   /// when there is no EGL for that display and visual, or only a software rasteriser and `allowed` asks for hardware.
-  static std::unique_ptr<GpuRenderer> make(EGLenum platform, void* nativeDisplay, EGLint nativeVisual,
-                                           mpv_render_param displayParameter, Rasteriser allowed);
+  static std::unique_ptr<GpuRenderer> make(EGLenum platform, void* nativeDisplay, std::optional<EGLint> nativeVisual,
+                                           mpv_render_param displayParameter, Rasteriser allowed,
+                                           std::unique_ptr<EglWindows> windows = std::make_unique<EglWindows>());
   ~GpuRenderer() override;
 
   MpvRenderContext makeContext(mpv_handle* core) override;
@@ -30,13 +46,17 @@ class GpuRenderer : public Renderer {
  private:
   friend class GpuPicture;
 
-  explicit GpuRenderer(EGLDisplay initialised) : display(initialised) {}
-  bool setUp(EGLint nativeVisual, Rasteriser allowed);
-  bool chooseConfig(EGLint nativeVisual);
-  /// Makes the window's surface current (made at its first use), or none for window 0; false when that fails.
-  bool makeCurrent(NativeWindow window);
+  GpuRenderer(EGLDisplay initialised, std::unique_ptr<EglWindows> nativeWindows)
+      : display(initialised), windows(std::move(nativeWindows)) {}
+  bool setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
+  bool chooseConfig(std::optional<EGLint> nativeVisual);
+  bool suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const;
+  /// Makes the window's surface current, or none for window 0; a window that has none yet gets one of `native`. False
+  /// when that fails.
+  bool makeCurrent(NativeWindow window, EGLNativeWindowType native = 0);
 
   EGLDisplay display;
+  std::unique_ptr<EglWindows> windows;
   EGLConfig config = nullptr;
   EGLContext context = EGL_NO_CONTEXT;
   std::map<NativeWindow, EGLSurface> surfaces;

@@ -1,5 +1,6 @@
 #include "linux/wayland/WaylandConnection.h"
 
+#include <QAbstractEventDispatcher>
 #include <algorithm>
 #include <cerrno>
 #include <string_view>
@@ -107,9 +108,12 @@ void WaylandConnection::start(std::function<void()> lost) {
   writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
   writable->setEnabled(false);
   QObject::connect(writable.get(), &QSocketNotifier::activated, writable.get(), [this] { flush(); });
-  // What came before there was a notifier.
-  wl_display_dispatch_pending(display());
-  flush();
+  // What came before there was a notifier; and what EGL, which reads from the connection too, has left for this thread.
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, readable.get(),
+                   [this] {
+                     wl_display_dispatch_pending(display());
+                     flush();
+                   });
 }
 
 // EGL reads from the connection too, so that a plain dispatch could wait for an event that is read already.

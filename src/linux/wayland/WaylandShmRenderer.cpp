@@ -25,8 +25,9 @@ class WaylandShmPicture : public Picture {
       return false;
     }
     if (!*free) {
-      *free =
-          std::make_unique<Buffer>(renderer.connection.sharedMemory(), stride * static_cast<std::size_t>(size.height));
+      // One row more: a part that does not begin at the left ends beyond the last row by as much.
+      *free = std::make_unique<Buffer>(renderer.connection.sharedMemory(),
+                                       stride * (static_cast<std::size_t>(size.height) + 1));
     }
     if (!drawSoftware(context, size, stride, (*free)->pages.data())) {
       return false;

@@ -1,0 +1,162 @@
+"""A Wayland desktop without hardware: sway, whose outputs are windows of another sway that has no display at all.
+
+Outputs of a compositor without a display cannot be taken away or switched off; windows can be closed and hidden.
+"""
+
+import io
+import json
+import os
+import pathlib
+import pwd
+import shutil
+import subprocess
+import tempfile
+import time
+
+from PIL import Image
+
+DEADLINE = 20  # seconds
+OUTER = 'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\n'
+INNER = "default_border none\nxwayland disable\n"
+INITIAL_NAME = "WL-1"
+
+
+class SwayDesktop:
+    background = (63, 63, 63)  # what sway shows where nobody draws
+
+    def __init__(self, monitors=("1920x1080",)):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="virtual-desktop-"))
+        # The output of each monitor, or None; and what it was told to be.
+        self.names = [INITIAL_NAME]
+        self.created = 1
+        self.settings = {}
+        # sway refuses to run as root.
+        self.user = []
+        if os.geteuid() == 0:
+            nobody = pwd.getpwnam("nobody")
+            os.chown(self.folder, nobody.pw_uid, nobody.pw_gid)
+            self.user = ["setpriv", f"--reuid={nobody.pw_uid}", f"--regid={nobody.pw_gid}", "--clear-groups"]
+        self.outer, outer_display, self.outer_socket = self._start("outer", OUTER, WLR_BACKENDS="headless")
+        self.server, self.name, self.socket = self._start(
+            "inner", INNER, WLR_BACKENDS="wayland", WLR_WL_OUTPUTS="1", WAYLAND_DISPLAY=outer_display
+        )
+        # A path serves clients of any user, with a runtime folder of their own.
+        self.environment = {**os.environ, "WAYLAND_DISPLAY": self.name}
+        self.environment.pop("DISPLAY", None)
+        self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
+        self.set_monitors(monitors)
+
+    def _start(self, name, text, **variables):
+        configuration = self.folder / f"{name}.conf"
+        configuration.write_text(text)
+        configuration.chmod(0o644)
+        sockets = lambda pattern: set(self.folder.glob(pattern)) - set(self.folder.glob("*.lock"))
+        displays, controls = sockets("wayland-*"), sockets("sway-ipc.*")
+        environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(self.folder),
+            "XDG_RUNTIME_DIR": str(self.folder),
+            "WLR_RENDERER": "pixman",
+            "WLR_LIBINPUT_NO_DEVICES": "1",
+            **variables,
+        }
+        with open(self.folder / f"{name}.log", "wb") as log:
+            server = subprocess.Popen(
+                [*self.user, "sway", "-c", str(configuration)], env=environment, stdout=log, stderr=log
+            )
+        end = time.monotonic() + DEADLINE
+        while True:
+            display, control = sockets("wayland-*") - displays, sockets("sway-ipc.*") - controls
+            if display and control:
+                return server, str(display.pop()), str(control.pop())
+            if server.poll() is not None or time.monotonic() > end:
+                raise RuntimeError("sway did not start: " + (self.folder / f"{name}.log").read_text())
+            time.sleep(0.02)
+
+    def _ask(self, socket, *arguments):
+        command = ["swaymsg", "-s", socket, "-r", *arguments]
+        return json.loads(subprocess.run(command, check=True, capture_output=True, text=True, timeout=DEADLINE).stdout)
+
+    def command(self, text):
+        self._ask(self.socket, text)
+
+    def _is_shown(self, name):
+        """Whether the outer sway has the window that is that output."""
+        nodes = [self._ask(self.outer_socket, "-t", "get_tree")]
+        while nodes:
+            node = nodes.pop()
+            if (node["name"] or "").endswith(" " + name):
+                return True
+            nodes += node["nodes"] + node["floating_nodes"]
+        return False
+
+    def outputs(self):
+        """Names and logical rectangles (left, top, width, height) of the outputs."""
+        found = self._ask(self.socket, "-t", "get_outputs")
+        keys = ("x", "y", "width", "height")
+        return {each["name"]: tuple(each["rect"][key] for key in keys) for each in found if each["active"]}
+
+    def _wait(self, condition, what):
+        end = time.monotonic() + DEADLINE
+        while not condition():
+            if time.monotonic() > end:
+                raise RuntimeError("waited in vain: " + what)
+            time.sleep(0.02)
+
+    def set_monitors(self, monitors):
+        """Lays the monitors out from left to right; None in the list is an output that is taken away."""
+        left = 0
+        self.names += [None] * (len(monitors) - len(self.names))
+        for index, mode in enumerate(monitors):
+            if mode is None:
+                self.unplug(index)
+                continue
+            size = tuple(int(length) for length in mode.split("x"))
+            if self.names[index] is None:
+                self.created += 1
+                self.names[index] = name = f"WL-{self.created}"
+                self.command("create_output")
+                self._wait(lambda: self._is_shown(name), "the output " + name)
+            name = self.names[index]
+            self._ask(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
+            self.configure(index, f"position {left} 0 scale 1 transform normal")
+            self._wait(lambda: self.outputs()[name] == (left, 0, *size), f"{name} at {mode}")
+            left += size[0]
+
+    def unplug(self, index):
+        name, self.names[index] = self.names[index], None
+        if name is not None:
+            self.settings.pop(name, None)
+            self._ask(self.outer_socket, f'[title="{name}$"] kill')
+            self._wait(lambda: name not in self.outputs(), f"the end of {name}")
+
+    def configure(self, index, settings):
+        name = self.names[index]
+        self.settings[name] = f"{self.settings.get(name, '')} {settings}"
+        self.command(f"output {name} {settings}")
+
+    def reload(self):
+        lines = [f"output {name} {settings}\n" for name, settings in self.settings.items()]
+        (self.folder / "inner.conf").write_text(INNER + "".join(lines))
+        self.command("reload")
+
+    def set_lit(self, index, lit):
+        """An output that is not lit stays where it is, but nobody is told to draw on it."""
+        place = "1" if lit else "hidden"
+        self._ask(self.outer_socket, f'[title="{self.names[index]}$"] move container to workspace {place}')
+
+    def screenshot(self, index=None):
+        """The whole desktop in logical pixels (or more, where outputs are scaled), or one output in its own."""
+        if index is None and not any(self.names):
+            return Image.new("RGB", (1, 1), self.background)
+        options = ["-o", self.names[index]] if index is not None else []
+        environment = {**self.environment, "XDG_RUNTIME_DIR": str(self.folder)}
+        command = ["grim", *options, "-t", "ppm", "-"]
+        picture = subprocess.run(command, env=environment, check=True, capture_output=True, timeout=DEADLINE).stdout
+        return Image.open(io.BytesIO(picture)).convert("RGB")
+
+    def close(self):
+        for server in (self.server, self.outer):
+            server.terminate()
+            server.wait(timeout=DEADLINE)
+        shutil.rmtree(self.folder, ignore_errors=True)
