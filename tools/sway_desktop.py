@@ -43,8 +43,12 @@ class SwayDesktop:
         # A path serves clients of any user, with a runtime folder of their own.
         self.environment = {**os.environ, "WAYLAND_DISPLAY": self.name}
         self.environment.pop("DISPLAY", None)
-        self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
-        self.set_monitors(monitors)
+        try:
+            self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
+            self.set_monitors(monitors)
+        except (RuntimeError, subprocess.CalledProcessError):
+            self.close()
+            raise
 
     def _start(self, name, text, **variables):
         configuration = self.folder / f"{name}.conf"

@@ -215,10 +215,21 @@ class Session(UserSession):
             raise AssertionError(f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png") from failure
 
 
+def start_sway(monitors):
+    """A sway in a sway now and then ends while it starts."""
+    for patience in (True, True, False):
+        try:
+            return SwayDesktop(monitors)
+        except (RuntimeError, subprocess.CalledProcessError) as failure:
+            if not patience:
+                raise
+            print("once more:", failure, file=sys.stderr)
+
+
 class WaylandSession(Session):
     """A user's session on a Wayland desktop. Nobody can list the wallpaper's surfaces there; what they cover is seen."""
 
-    make_desktop = SwayDesktop
+    make_desktop = staticmethod(start_sway)
 
     def windows(self):
         """Places of the monitors that show anything."""
