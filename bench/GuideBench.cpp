@@ -42,15 +42,18 @@ std::string base64(const std::string& text) {
 }
 
 std::size_t readDirectly(const std::string& reply) {
-  std::string cipherText = base64(reply), text(cipherText.size(), '\0');
-  std::string key = "Rq7Lm2VxT9bKd4Ws", vector = "Hc3Np8ZyF6jQa1Ue";
+  std::string cipherText = base64(reply);
+  std::string text(cipherText.size(), '\0');
+  std::string key = "Rq7Lm2VxT9bKd4Ws";
+  std::string vector = "Hc3Np8ZyF6jQa1Ue";
   const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(EVP_CIPHER_CTX_new(),
                                                                                 EVP_CIPHER_CTX_free);
-  int size = 0, rest = 0;
+  int size = 0;
+  int rest = 0;
   EVP_DecryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, bytesOf(key), bytesOf(vector));
   EVP_DecryptUpdate(context.get(), bytesOf(text), &size, bytesOf(cipherText), static_cast<int>(cipherText.size()));
   EVP_DecryptFinal_ex(context.get(), bytesOf(text) + size, &rest);
-  text.resize(static_cast<std::size_t>(size + rest));
+  text.resize(static_cast<std::size_t>(size) + static_cast<std::size_t>(rest));
   const auto data = nlohmann::json::parse(text).at("data");
   std::vector<QImage> pictures;
   for (const char* member : {"leftPanel", "newFeature"}) {
@@ -74,12 +77,14 @@ double seconds(const Action& action) {
 void measure(const char* file) {
   std::ifstream stream(file);
   const std::string reply = encryptToBase64(std::string(std::istreambuf_iterator(stream), {})).value();
-  std::array<double, kRounds> ours{}, direct{};
+  std::array<double, kRounds> ours{};
+  std::array<double, kRounds> direct{};
   std::size_t pictures = 0;
   for (int i = 0; i < kRounds; ++i) {
     test::FakeRunLoop loop;
     test::FakeWallClock clock(loop);
-    test::FakeSettingsSuite suite, defaults;
+    test::FakeSettingsSuite suite;
+    test::FakeSettingsSuite defaults;
     NotificationCenter center;
     std::vector<test::FakeHTTPSession::Request> requests;
     const auto makeSession = [&](const HTTPSessionConfiguration&) {

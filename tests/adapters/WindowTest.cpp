@@ -1,12 +1,12 @@
 #include <QAccessible>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QTest>
 #include <QTextEdit>
 #include <QTranslator>
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 
 #include "linux/qt/Buttons.h"
 #include "linux/qt/InterfaceFiles.h"
@@ -201,13 +201,12 @@ TEST_F(WindowTest, BadOffersHoldNothingUp) {
   const std::string vers[] = {repeated("9", 10'000), std::string("9\n\n\x1b[2J\0\x7f\xE2\x80\xAE.1", 14), "9",
                               repeated("9\n", 10'000), repeated("\xE2\x80\xAE", 10'000)};
   for (std::size_t i = 0; i < std::size(exps); ++i) {
-    QElapsedTimer timer;
-    timer.start();
+    // Unbounded, each of the long ones would take minutes; the processor's time, since others may run beside.
+    const std::clock_t start = std::clock();
     showOffer(vers[i], exps[i]);
     QCoreApplication::processEvents();
     shown()->grab();
-    std::printf("offer %zu: %lld ms\n", i, static_cast<long long>(timer.elapsed()));
-    EXPECT_LT(timer.elapsed(), 200 * kPatience) << i;
+    EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC * kPatience) << i;
     EXPECT_EQ(shown()->size(), QSize(480, 340));
     key(Qt::Key_Escape);
   }
