@@ -119,7 +119,11 @@ void WaylandConnection::start(std::function<void()> lost) {
 // EGL reads from the connection too, so that a plain dispatch could wait for an event that is read already.
 void WaylandConnection::drainEvents() {
   while (wl_display_prepare_read(display()) != 0) {
-    wl_display_dispatch_pending(display());
+    // After an error nothing is dispatched any more, and so the queue never gets empty.
+    if (wl_display_dispatch_pending(display()) < 0) {
+      checkLost();
+      return;
+    }
   }
   wl_display_read_events(display());
   wl_display_dispatch_pending(display());
