@@ -94,6 +94,16 @@ WaylandObject<wl_seat> WaylandConnection::bindSeat() {
   return seat;
 }
 
+const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
+  const WaylandOutput* found = nullptr;
+  for (const auto& output : knownOutputs) {
+    if (output->isKnown() && output->frame() == screen.frame && (found == nullptr || output->name() == screen.name)) {
+      found = output.get();
+    }
+  }
+  return found;
+}
+
 void WaylandConnection::removed(std::uint32_t name) {
   if (std::erase_if(knownOutputs, [&](const auto& output) { return output->global() == name; }) > 0) {
     observers.notify();

@@ -8,6 +8,7 @@
 #include "app/ObserverList.h"
 #include "linux/wayland/WaylandObject.h"
 #include "linux/wayland/WaylandOutput.h"
+#include "platform/WindowServer.h"
 
 namespace quilex {
 
@@ -37,6 +38,8 @@ class WaylandConnection {
 
   /// In the order in which they came.
   const std::vector<std::unique_ptr<WaylandOutput>>& outputs() const { return knownOutputs; }
+  /// The output that is that screen now; one of another name if it has come to stand in its place. Null if none has.
+  const WaylandOutput* outputOf(const Screen& screen) const;
   /// Tells that outputs came, went or changed; for each of them.
   [[nodiscard]] Disposable observeOutputs(std::function<void()> handler) { return observers.add(std::move(handler)); }
 

@@ -42,36 +42,50 @@ const wl_callback_listener WaylandDesktopWindow::frameListener = {
     .done = [](void* data, wl_callback*, std::uint32_t) { self(data).frameDone(); },
 };
 
-WaylandDesktopWindow::WaylandDesktopWindow(const Services& givenServices, const WaylandOutput& output)
-    : services(givenServices),
-      target(services.targets.number()),
-      outputGlobal(output.global()),
-      place(output.frame()),
-      horizontalScale(output.horizontalScale()),
-      verticalScale(output.verticalScale()) {}
-
 WaylandDesktopWindow::~WaylandDesktopWindow() {
   hide();
   content.reset();
 }
 
-bool WaylandDesktopWindow::suits(const WaylandOutput& output) const {
-  return outputGlobal == output.global() && place == output.frame() && horizontalScale == output.horizontalScale() &&
-         verticalScale == output.verticalScale();
-}
-
 void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick) {
   view = std::move(newView);
   click = std::move(newClick);
+  fitted.reset();
+  fit();
+}
+
+// An output may get another scale, or another output its place, without any change of the frame that the screen is
+// known by.
+void WaylandDesktopWindow::fit() {
+  const WaylandOutput* const output = services.connection.outputOf(screen);
+  if (output == nullptr) {
+    return;
+  }
+  const Fit now{output->global(), output->horizontalScale(), output->verticalScale()};
+  const std::optional<Fit> before = std::exchange(fitted, now);
+  if (before == now) {
+    return;
+  }
+  if (before && before->output != now.output) {
+    hide();
+    reopening.reset();
+  }
+  const auto across = [&](double length) { return pixels(length * now.horizontalScale); };
+  const auto down = [&](double length) { return pixels(length * now.verticalScale); };
   const Rect& frame = view->frame;
-  const PixelSize whole{pixels(frame.width * horizontalScale), pixels(frame.height * verticalScale)};
-  const int left = std::clamp(pixels(-frame.x * horizontalScale), 0, whole.width);
-  const int top = std::clamp(pixels(-frame.y * verticalScale), 0, whole.height);
-  const PixelRect part{left, top, std::min(pixels(place.width * horizontalScale), whole.width - left),
-                       std::min(pixels(place.height * verticalScale), whole.height - top)};
+  const PixelSize whole{across(frame.width), down(frame.height)};
+  const int left = std::clamp(across(-frame.x), 0, whole.width);
+  const int top = std::clamp(down(-frame.y), 0, whole.height);
+  const PixelRect part{left, top, std::min(across(screen.frame.width), whole.width - left),
+                       std::min(down(screen.frame.height), whole.height - top)};
   content.reset();
-  content.emplace(services.output, target, whole, part, [this] { settle(); });
-  if (shell && shell->configured) {
+  content.emplace(services.output, target, whole, part, [this] {
+    if (wanted && !shell) {
+      show();
+    }
+  });
+  // Otherwise the compositor's word brings it.
+  if (shell && shell->configured && !shell->frame) {
     content->setVisible(true);
     content->repaint();
   }
@@ -83,6 +97,9 @@ void WaylandDesktopWindow::order(WindowOrder where) {
 }
 
 void WaylandDesktopWindow::settle() {
+  if (view) {
+    fit();
+  }
   if (!wanted) {
     hide();
   } else if (!shell) {
@@ -95,9 +112,8 @@ void WaylandDesktopWindow::settle() {
 }
 
 void WaylandDesktopWindow::show() {
-  const auto& outputs = services.connection.outputs();
-  const auto output = std::ranges::find_if(outputs, [&](const auto& each) { return each->global() == outputGlobal; });
-  if (output == outputs.end() || reopening || !content || !content->isReady()) {
+  const WaylandOutput* const output = services.connection.outputOf(screen);
+  if (output == nullptr || reopening || !content || !content->isReady()) {
     return;
   }
   WaylandConnection& connection = services.connection;
@@ -106,7 +122,7 @@ void WaylandDesktopWindow::show() {
   shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
   shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));
   shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
-      connection.layerShell(), shell->surface.get(), (*output)->object(), layerOf(wantedOrder), "quilexhelper"));
+      connection.layerShell(), shell->surface.get(), output->object(), layerOf(wantedOrder), "quilexhelper"));
   zwlr_layer_surface_v1* const layer = shell->layerSurface.get();
   zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
   zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "linux/render/DesktopWindows.h"
 #include "linux/render/VideoOutput.h"
@@ -14,8 +15,9 @@ namespace quilex {
 
 /// A surface of the layer shell that covers one output: in the background layer, or in the bottom layer, which lies in
 /// front of other programs' backgrounds and desktop icons. Never focused; on all workspaces. It exists only while it is
-/// shown. Frames are paced by the compositor: between a frame and the compositor's word for the next one, and while it
-/// gives none because nobody can see the surface, nothing is drawn.
+/// shown, and moves over to another output that takes the place of its own. Frames are paced by the compositor: between
+/// a frame and the compositor's word for the next one, and while it gives none because nobody can see the surface,
+/// nothing is drawn.
 class WaylandDesktopWindow {
  public:
   struct Services {
@@ -27,16 +29,17 @@ class WaylandDesktopWindow {
   };
 
   /// Everything given must outlive the window, but for the output.
-  WaylandDesktopWindow(const Services& givenServices, const WaylandOutput& output);
+  WaylandDesktopWindow(const Services& givenServices, Screen covered)
+      : services(givenServices), screen(std::move(covered)) {}
   ~WaylandDesktopWindow();
   WaylandDesktopWindow(const WaylandDesktopWindow&) = delete;
   WaylandDesktopWindow& operator=(const WaylandDesktopWindow&) = delete;
 
-  /// Whether it is as one made for this output now.
-  bool suits(const WaylandOutput& output) const;
+  bool covers(const Screen& other) const { return other.name == screen.name && other.frame == screen.frame; }
   void setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick);
   void order(WindowOrder where);
   void orderOut() { wanted = false; }
+  /// Brings what is shown in line with what is wanted and with what the output has become.
   void settle();
 
   /// Whether that is the window's surface.
@@ -56,22 +59,28 @@ class WaylandDesktopWindow {
   static const zwlr_layer_surface_v1_listener shellListener;
   static const wl_callback_listener frameListener;
 
+  /// The output and its scale that the picture was made for.
+  struct Fit {
+    std::uint32_t output;
+    double horizontalScale;
+    double verticalScale;
+    bool operator==(const Fit&) const = default;
+  };
+
+  void fit();
   void show();
   void hide();
-  void takeContent();
   void configure(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
   void closed();
   void requestFrame();
   void frameDone();
 
   Services services;
-  NativeWindow target;
-  std::uint32_t outputGlobal;
-  Rect place;
-  double horizontalScale;
-  double verticalScale;
+  Screen screen;
+  NativeWindow target = services.targets.number();
   std::unique_ptr<VideoView> view;
   std::function<void()> click;
+  std::optional<Fit> fitted;
   std::optional<VideoSurface> content;
   std::unique_ptr<Shell> shell;
   WindowOrder wantedOrder = WindowOrder::back;

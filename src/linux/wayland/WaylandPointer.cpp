@@ -84,10 +84,4 @@ void WaylandPointer::enter(std::uint32_t serial, wl_surface* surface) {
   connection.flush();
 }
 
-void WaylandPointer::forget(const wl_surface* surface) {
-  if (over == surface) {
-    over = nullptr;
-  }
-}
-
 }  // namespace quilex

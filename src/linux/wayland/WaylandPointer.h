@@ -16,9 +16,6 @@ class WaylandPointer {
   WaylandPointer(const WaylandPointer&) = delete;
   WaylandPointer& operator=(const WaylandPointer&) = delete;
 
-  /// The surface is about to be destroyed.
-  void forget(const wl_surface* surface);
-
  private:
   static const wl_seat_listener seatListener;
   static const wl_pointer_listener pointerListener;

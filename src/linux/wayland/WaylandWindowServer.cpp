@@ -1,9 +1,6 @@
 #include "linux/wayland/WaylandWindowServer.h"
 
-#include <algorithm>
 #include <utility>
-
-#include "app/FatalError.h"
 
 namespace quilex {
 
@@ -34,17 +31,12 @@ std::vector<Screen> WaylandWindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> WaylandWindowServer::makeWallpaperWindow(const Screen& screen) {
-  const auto& all = connection.outputs();
-  const auto output =
-      std::ranges::find_if(all, [&](const auto& each) { return each->isKnown() && each->frame() == screen.frame; });
-  if (output == all.end()) {
-    fatalError("a window was asked for on a screen that is not there");
-  }
-  return windows.lend([&](const WaylandDesktopWindow& window) { return window.suits(**output); },
-                      [&] { return std::make_unique<WaylandDesktopWindow>(services, **output); });
+  return windows.lend([&](const WaylandDesktopWindow& window) { return window.covers(screen); },
+                      [&] { return std::make_unique<WaylandDesktopWindow>(services, screen); });
 }
 
 void WaylandWindowServer::screensChangedSoon() {
+  windows.settleSoon();
   if (!screensChanged) {
     screensChanged = services.runLoop.after(std::chrono::milliseconds(0), [this] {
       screensChanged.reset();
