@@ -1,11 +1,11 @@
 #include <QApplication>
-#include <QThread>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <variant>
 
@@ -41,6 +41,7 @@ void desktopLost() {
 }
 
 QtMessageHandler printMessage = nullptr;
+const std::thread::id mainThread = std::this_thread::get_id();
 
 // Of a compositor that is gone the toolkit tells nobody but the user, from a thread of its own or from this one, and
 // ends the process without its exit handlers. In its own thread it is held up until this one has told.
@@ -48,7 +49,7 @@ void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QSt
   constexpr std::chrono::seconds kLongestWait{5};
   if (!text.startsWith(QStringLiteral("The Wayland connection"))) {
     printMessage(type, context, text);
-  } else if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
+  } else if (std::this_thread::get_id() == mainThread) {
     desktopLost();
   } else {
     lossIsTold.wait_for(kLongestWait);
@@ -106,10 +107,16 @@ int main(int argc, char** argv) {
         stderr);
     return EXIT_FAILURE;
   }
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", desktop->toolkitPlugin());
+  constexpr const char* kToolkitPlugin = "QT_QPA_PLATFORM";
+  const bool isChosen = qEnvironmentVariableIsSet(kToolkitPlugin);
+  if (!isChosen) {
+    qputenv(kToolkitPlugin, desktop->toolkitPlugin());
   }
   const QApplication application(argc, argv);
+  if (!isChosen) {
+    // The programs that the agent starts choose for themselves.
+    qunsetenv(kToolkitPlugin);
+  }
   QApplication::setApplicationName(QStringLiteral("QuilexHelper"));
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });

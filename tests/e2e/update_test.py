@@ -25,7 +25,7 @@ class Updates(Journey):
         programs = session.folder / "programs"
         programs.mkdir()
         browser = programs / "xdg-open"
-        browser.write_text(f'#!/bin/sh\necho "$@" >> {session.folder}/opened\n')
+        browser.write_text(f'#!/bin/sh\necho "$@" $QT_QPA_PLATFORM >> {session.folder}/opened\n')
         browser.chmod(0o755)
         session.environment["PATH"] = f"{programs}:{session.environment['PATH']}"
         return session
