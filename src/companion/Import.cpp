@@ -24,7 +24,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kSignLength = 32;
 constexpr qsizetype kLongestShownName = 40;
 
 struct Imported {

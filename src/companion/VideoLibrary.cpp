@@ -22,7 +22,6 @@ namespace {
 
 constexpr int kBusyTimeoutMilliseconds = 10'000;
 constexpr std::size_t kShortestPrefix = 4;
-constexpr std::size_t kSignLength = 32;
 constexpr const char* kCoverEnding = ".jpg";
 constexpr const char* kUnfinishedEnding = ".jpg.new";
 

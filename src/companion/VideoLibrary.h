@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -14,6 +15,9 @@ class Database;
 }
 
 namespace quilex {
+
+/// Lower-case hexadecimal digits of a video's sign.
+constexpr std::size_t kSignLength = 32;
 
 /// The library of videos with the folder of their covers, as its only writer of rows sees it. A change is one
 /// transaction: it is made whole or not at all, whenever the program ends. Waits for at most ten seconds for another

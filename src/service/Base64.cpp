@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "app/FatalError.h"
+#include "service/OpenSSLBytes.h"
 
 namespace quilex {
 
@@ -13,14 +14,6 @@ namespace {
 
 // OpenSSL counts in `int`; half of it leaves room for the longer form.
 constexpr std::size_t kMaximumSize = std::numeric_limits<int>::max() / 2;
-
-const unsigned char* bytesOf(std::string_view text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-unsigned char* bytesOf(std::string& text) {
-  return reinterpret_cast<unsigned char*>(text.data());
-}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "service/Base64.h"
+#include "service/OpenSSLBytes.h"
 
 namespace quilex {
 
@@ -18,7 +19,7 @@ constexpr std::string_view kKey = "Rq7Lm2VxT9bKd4Ws";
 constexpr std::string_view kInitialisationVector = "Hc3Np8ZyF6jQa1Ue";
 constexpr std::size_t kBlockSize = 16;
 // OpenSSL counts in `int`; the result has to fit into one as base64, too.
-constexpr std::size_t kMaximumSize = std::numeric_limits<int>::max() / 4;
+constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / 4;
 static_assert(kKey.size() == kBlockSize && kInitialisationVector.size() == kBlockSize);
 
 enum class Direction { decipher = 0, encipher = 1 };
@@ -28,19 +29,15 @@ struct ContextDeleter {
 };
 using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDeleter>;
 
-const unsigned char* bytesOf(std::string_view text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
 /// In place, because texts may be large; for nothing to be moved the text needs room for one more block.
 std::optional<std::string> runCipher(std::string text, Direction direction) {
-  if (text.size() > kMaximumSize) {
+  if (text.size() > kLongestText) {
     return {};
   }
   const Context context(EVP_CIPHER_CTX_new());
   const auto inputSize = static_cast<int>(text.size());
   text.resize(text.size() + kBlockSize);
-  auto* const bytes = reinterpret_cast<unsigned char*>(text.data());
+  unsigned char* const bytes = bytesOf(text);
   int size = 0;
   int rest = 0;
   if (!context ||

@@ -7,7 +7,7 @@ namespace quilex {
 namespace {
 
 constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kDecimalDigits = "0123456789";
 constexpr std::string_view kHexadecimalDigits = "0123456789ABCDEFabcdef";
 constexpr std::string_view kMarks = "-._~!$&'()*+,;=";
 
@@ -23,7 +23,7 @@ bool isComponent(std::string_view text, std::string_view alsoAllowed) {
       if (escape.size() < 2 || escape.find_first_not_of(kHexadecimalDigits) != std::string_view::npos) {
         return false;
       }
-    } else if (!contains(kLetters, text[i]) && !contains(kDigits, text[i]) && !contains(kMarks, text[i]) &&
+    } else if (!contains(kLetters, text[i]) && !contains(kDecimalDigits, text[i]) && !contains(kMarks, text[i]) &&
                !contains(alsoAllowed, text[i])) {
       return false;
     }
@@ -33,7 +33,7 @@ bool isComponent(std::string_view text, std::string_view alsoAllowed) {
 
 bool isScheme(std::string_view text) {
   return !text.empty() && contains(kLetters, text.front()) && std::ranges::all_of(text, [](char c) {
-    return contains(kLetters, c) || contains(kDigits, c) || contains("+-.", c);
+    return contains(kLetters, c) || contains(kDecimalDigits, c) || contains("+-.", c);
   });
 }
 
@@ -45,7 +45,7 @@ bool isAuthority(std::string_view text) {
     text = text.substr(at + 1);
   }
   if (const auto colon = text.rfind(':'); colon != std::string_view::npos && !text.ends_with(']')) {
-    if (text.substr(colon + 1).find_first_not_of(kDigits) != std::string_view::npos) {
+    if (text.substr(colon + 1).find_first_not_of(kDecimalDigits) != std::string_view::npos) {
       return false;
     }
     text = text.substr(0, colon);

@@ -14,7 +14,7 @@ const std::string kVideo =
     R"({"id":1,"sign":"a","preurl":"b","title":"c","url":"d","description":"e","time":2,"size":3,"imgurl":"f",)"
     R"("imgsize":4,"tags":"g","ratio":"h","width":5,"height":6,"frame":7,"rate":8,"audio":9,"uptime":"i","down":10,)"
     R"("view":11,"author":"j","avatar":"k","avatarsize":12,"hp":"l","upcount":13})";
-const std::string kHeartbeat =
+const std::string kHeartbeatJSON =
     R"({"ct":5,"time":{"st":1,"vt":[2,3],"tt":4},"msg":{"msg_bottom":{"msgid":1,"msg":"m","url":"u","color":"c",)"
     R"("back":2},"msg_top":{"msgid":3,"tittle":"t","url":"v","color":{"show":"s","hover":"h","click":"k"},"point":4,)"
     R"("type":5,"back":6,"width":7,"height":8}},"upgrade":[null,1,"s",{"a":[true]}],"speedlimit":9})";
@@ -59,7 +59,7 @@ void expectRoundTrip(const std::string& text) {
 }
 
 TEST(FormatsTest, EveryRecordKeepsItsKeysInOrderAndRequiresEachWithItsType) {
-  expectRoundTrip<HeartbeatResponse>(enveloped(kHeartbeat));
+  expectRoundTrip<HeartbeatResponse>(enveloped(kHeartbeatJSON));
   expectRoundTrip<BaseInfoResponse>(
       enveloped(R"({"cate":[{"id":1,"title":"a"},{"id":2,"title":"b"}],"hottags":["c"],"hotkey":["d","e"]})"));
   expectRoundTrip<VideoListResponse>(
@@ -74,7 +74,7 @@ TEST(FormatsTest, EveryRecordKeepsItsKeysInOrderAndRequiresEachWithItsType) {
 }
 
 TEST(FormatsTest, FieldsAreWhatTheirKeysSay) {
-  const auto heartbeat = json::decodeText<HeartbeatResponse>(enveloped(kHeartbeat)).value();
+  const auto heartbeat = json::decodeText<HeartbeatResponse>(enveloped(kHeartbeatJSON)).value();
   const auto& [bottom, top] = heartbeat.data.msg;
   EXPECT_EQ(std::tie(bottom.msgid, bottom.color, top.tittle, top.color.hover, top.height),
             std::make_tuple(1, "c", "t", "h", 8));

@@ -10,10 +10,10 @@ namespace quilex {
 
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.login1");
-const QString kPath = QStringLiteral("/org/freedesktop/login1");
-const QString kInterface = QStringLiteral("org.freedesktop.login1.Manager");
-const QString kSignal = QStringLiteral("PrepareForSleep");
+const QString kLoginService = QStringLiteral("org.freedesktop.login1");
+const QString kLoginPath = QStringLiteral("/org/freedesktop/login1");
+const QString kLoginManager = QStringLiteral("org.freedesktop.login1.Manager");
+const QString kPrepareForSleep = QStringLiteral("PrepareForSleep");
 
 }  // namespace
 
@@ -25,10 +25,11 @@ Disposable observeWakeFromSleep(std::function<void()> handler) {
   });
   auto bus = QDBusConnection::systemBus();
   if (bus.isConnected()) {
-    bus.connect(kService, kPath, kInterface, kSignal, receiver.get(), SLOT(received(bool)));
+    bus.connect(kLoginService, kLoginPath, kLoginManager, kPrepareForSleep, receiver.get(), SLOT(received(bool)));
   }
   return Disposable([receiver] {
-    QDBusConnection::systemBus().disconnect(kService, kPath, kInterface, kSignal, receiver.get(), SLOT(received(bool)));
+    QDBusConnection::systemBus().disconnect(kLoginService, kLoginPath, kLoginManager, kPrepareForSleep, receiver.get(),
+                                            SLOT(received(bool)));
   });
 }
 

@@ -12,6 +12,7 @@ namespace quilex {
 struct PixelSize {
   int width = 0;
   int height = 0;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison's zero for a pointer
   auto operator<=>(const PixelSize&) const = default;
 };
 

@@ -26,20 +26,16 @@ std::uint32_t layerOf(WindowOrder order) {
   return order == WindowOrder::back ? ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM;
 }
 
-WaylandDesktopWindow& self(void* data) {
-  return *static_cast<WaylandDesktopWindow*>(data);
-}
-
 }  // namespace
 
 const zwlr_layer_surface_v1_listener WaylandDesktopWindow::shellListener = {
     .configure = [](void* data, zwlr_layer_surface_v1*, std::uint32_t serial, std::uint32_t width,
-                    std::uint32_t height) { self(data).configure(serial, width, height); },
-    .closed = [](void* data, zwlr_layer_surface_v1*) { self(data).closed(); },
+                    std::uint32_t height) { listener<WaylandDesktopWindow>(data).configure(serial, width, height); },
+    .closed = [](void* data, zwlr_layer_surface_v1*) { listener<WaylandDesktopWindow>(data).closed(); },
 };
 
 const wl_callback_listener WaylandDesktopWindow::frameListener = {
-    .done = [](void* data, wl_callback*, std::uint32_t) { self(data).frameDone(); },
+    .done = [](void* data, wl_callback*, std::uint32_t) { listener<WaylandDesktopWindow>(data).frameDone(); },
 };
 
 WaylandDesktopWindow::~WaylandDesktopWindow() {

@@ -44,6 +44,12 @@ struct WaylandDestroyer {
   void operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }
 };
 
+/// What a listener was added for.
+template <typename Type>
+Type& listener(void* data) {
+  return *static_cast<Type*>(data);
+}
+
 /// Owns an object of the protocol; the connection must outlive it.
 template <typename Type>
 using WaylandObject = std::unique_ptr<Type, WaylandDestroyer>;

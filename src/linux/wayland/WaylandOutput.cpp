@@ -4,19 +4,11 @@
 
 namespace quilex {
 
-namespace {
-
-WaylandOutput& self(void* data) {
-  return *static_cast<WaylandOutput*>(data);
-}
-
-}  // namespace
-
 const wl_output_listener WaylandOutput::outputListener = {
     .geometry =
         [](void* data, wl_output*, std::int32_t x, std::int32_t y, std::int32_t, std::int32_t, std::int32_t,
            const char*, const char*, std::int32_t transform) {
-          Description& next = self(data).pending;
+          Description& next = listener<WaylandOutput>(data).pending;
           next.x = x;
           next.y = y;
           next.transform = transform;
@@ -24,35 +16,35 @@ const wl_output_listener WaylandOutput::outputListener = {
     .mode =
         [](void* data, wl_output*, std::uint32_t flags, std::int32_t width, std::int32_t height, std::int32_t) {
           if ((flags & WL_OUTPUT_MODE_CURRENT) != 0) {
-            self(data).pending.mode = {width, height};
+            listener<WaylandOutput>(data).pending.mode = {width, height};
           }
         },
     .done =
         [](void* data, wl_output*) {
-          WaylandOutput& described = self(data);
+          auto& described = listener<WaylandOutput>(data);
           described.current = described.pending;
           described.known = true;
           described.changed();
         },
-    .scale = [](void* data, wl_output*, std::int32_t factor) { self(data).pending.scale = factor; },
-    .name = [](void* data, wl_output*, const char* name) { self(data).pending.name = name; },
+    .scale = [](void* data, wl_output*, std::int32_t factor) { listener<WaylandOutput>(data).pending.scale = factor; },
+    .name = [](void* data, wl_output*, const char* name) { listener<WaylandOutput>(data).pending.name = name; },
     .description = [](void*, wl_output*, const char*) {},
 };
 
 const zxdg_output_v1_listener WaylandOutput::placeListener = {
     .logical_position =
         [](void* data, zxdg_output_v1*, std::int32_t x, std::int32_t y) {
-          self(data).pending.logical.x = x;
-          self(data).pending.logical.y = y;
+          listener<WaylandOutput>(data).pending.logical.x = x;
+          listener<WaylandOutput>(data).pending.logical.y = y;
         },
     .logical_size =
         [](void* data, zxdg_output_v1*, std::int32_t width, std::int32_t height) {
-          self(data).pending.logical.width = width;
-          self(data).pending.logical.height = height;
+          listener<WaylandOutput>(data).pending.logical.width = width;
+          listener<WaylandOutput>(data).pending.logical.height = height;
         },
     // Since version 3 the output's own event says it.
     .done = [](void*, zxdg_output_v1*) {},
-    .name = [](void* data, zxdg_output_v1*, const char* name) { self(data).pending.name = name; },
+    .name = [](void* data, zxdg_output_v1*, const char* name) { listener<WaylandOutput>(data).pending.name = name; },
     .description = [](void*, zxdg_output_v1*, const char*) {},
 };
 

@@ -9,10 +9,6 @@ namespace {
 
 constexpr int kCursorSize = 24;
 
-WaylandPointer& self(void* data) {
-  return *static_cast<WaylandPointer*>(data);
-}
-
 int cursorSize() {
   const char* const size = std::getenv("XCURSOR_SIZE");
   const int asked = size != nullptr ? std::atoi(size) : 0;  // NOLINT(cert-err34-c): anything else is no size
@@ -22,20 +18,21 @@ int cursorSize() {
 }  // namespace
 
 const wl_seat_listener WaylandPointer::seatListener = {
-    .capabilities = [](void* data, wl_seat*, std::uint32_t mask) { self(data).capabilities(mask); },
+    .capabilities = [](void* data, wl_seat*, std::uint32_t mask) { listener<WaylandPointer>(data).capabilities(mask); },
     .name = [](void*, wl_seat*, const char*) {},
 };
 
 // Only what comes of a seat of version 5 is ever sent.
 const wl_pointer_listener WaylandPointer::pointerListener = {
     .enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t,
-                wl_fixed_t) { self(data).enter(serial, surface); },
-    .leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) { self(data).over = nullptr; },
+                wl_fixed_t) { listener<WaylandPointer>(data).enter(serial, surface); },
+    .leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) { listener<WaylandPointer>(data).over = nullptr; },
     .motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
     .button =
         [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
-          if (self(data).over != nullptr) {
-            self(data).handler(self(data).over, button, state == WL_POINTER_BUTTON_STATE_PRESSED);
+          if (listener<WaylandPointer>(data).over != nullptr) {
+            listener<WaylandPointer>(data).handler(listener<WaylandPointer>(data).over, button,
+                                                   state == WL_POINTER_BUTTON_STATE_PRESSED);
           }
         },
     .axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},

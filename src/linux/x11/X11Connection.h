@@ -63,7 +63,9 @@ class X11Connection {
   XlibDisplay* display() const { return xlibDisplay.get(); }
   xcb_connection_t* xcb() const { return connection; }
   xcb_window_t root() const { return defaultScreen->root; }
-  /// A TrueColor visual of depth 24 with bytes blue, green, red, unused; and a colour map for it.
+  /// Bits of a pixel that count.
+  static constexpr std::uint8_t kDepth = 24;
+  /// A TrueColor visual of that depth with bytes blue, green, red, unused; and a colour map for it.
   xcb_visualid_t visual() const { return trueColor; }
   xcb_colormap_t colormap() const { return map; }
   xcb_atom_t atom(Atom name) const { return atoms[static_cast<std::size_t>(name)]; }

@@ -13,7 +13,6 @@ namespace quilex {
 
 namespace {
 
-constexpr std::uint8_t kDepth = 24;
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::string_view kTitle = "QuilexHelper";
 constexpr std::string_view kClass{"quilexhelper\0QuilexHelper\0", 26};
@@ -47,11 +46,11 @@ void X11DesktopWindow::create() {
                                                 XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS |
                                                 XCB_EVENT_MASK_BUTTON_RELEASE,
                                             connection.colormap()};
-  xcb_create_window(connection.xcb(), kDepth, window, connection.root(), static_cast<std::int16_t>(pixels(place.x)),
-                    static_cast<std::int16_t>(pixels(place.y)), static_cast<std::uint16_t>(pixels(place.width)),
-                    static_cast<std::uint16_t>(pixels(place.height)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    connection.visual(), XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-                    values.data());
+  xcb_create_window(connection.xcb(), X11Connection::kDepth, window, connection.root(),
+                    static_cast<std::int16_t>(pixels(place.x)), static_cast<std::int16_t>(pixels(place.y)),
+                    static_cast<std::uint16_t>(pixels(place.width)), static_cast<std::uint16_t>(pixels(place.height)),
+                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, connection.visual(),
+                    XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values.data());
 }
 
 template <typename Item, std::size_t count>

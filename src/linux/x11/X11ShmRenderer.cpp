@@ -14,11 +14,7 @@
 
 namespace quilex {
 
-namespace {
-
-constexpr std::uint8_t kDepth = 24;
-
-}  // namespace
+namespace {}  // namespace
 
 /// One buffer, which stays in the processor's cache from frame to frame; and a second one for when the server still
 /// reads the first. What is shown stays as it is, for repainting, until the next frame.
@@ -68,8 +64,8 @@ class X11ShmPicture : public Picture {
     xcb_shm_put_image(connection(), window, renderer.context, static_cast<std::uint16_t>(stride / kPixelBytes),
                       static_cast<std::uint16_t>(size.height), static_cast<std::uint16_t>(part.x),
                       static_cast<std::uint16_t>(part.y), static_cast<std::uint16_t>(part.width),
-                      static_cast<std::uint16_t>(part.height), 0, 0, kDepth, XCB_IMAGE_FORMAT_Z_PIXMAP, 1,
-                      shown.segment, 0);
+                      static_cast<std::uint16_t>(part.height), 0, 0, X11Connection::kDepth, XCB_IMAGE_FORMAT_Z_PIXMAP,
+                      1, shown.segment, 0);
     ++renderer.reads[shown.segment];
   }
 
@@ -112,7 +108,7 @@ class X11ShmPicture : public Picture {
       }
       xcb_put_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, renderer.context,
                     static_cast<std::uint16_t>(part.width), static_cast<std::uint16_t>(height), 0,
-                    static_cast<std::int16_t>(top), 0, kDepth,
+                    static_cast<std::int16_t>(top), 0, X11Connection::kDepth,
                     static_cast<std::uint32_t>(rowBytes * static_cast<std::size_t>(height)),
                     reinterpret_cast<const std::uint8_t*>(band.data()));
     }
@@ -141,7 +137,7 @@ X11ShmRenderer::X11ShmRenderer(X11Connection& x11)
       })) {
   // A graphics context serves all drawables of its depth, so one made for a small pixmap serves the windows.
   const xcb_pixmap_t sample = xcb_generate_id(x11.xcb());
-  xcb_create_pixmap(x11.xcb(), kDepth, sample, x11.root(), 1, 1);
+  xcb_create_pixmap(x11.xcb(), X11Connection::kDepth, sample, x11.root(), 1, 1);
   const std::uint32_t noExposures = 0;
   xcb_create_gc(x11.xcb(), context, sample, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
   xcb_free_pixmap(x11.xcb(), sample);
