@@ -15,7 +15,7 @@ CLIP_FRAMES, CLIP_RATE, SIZE = 300, 30, (1920, 1080)
 MONITOR = "1920x1080"
 # The frame counter in the clips; ScreenWatch.cpp reads it.
 COUNTER_BITS, COUNTER_CELL = 10, 24
-SECONDS = 8
+SECONDS = CLIP_FRAMES // CLIP_RATE  # the clip once, of which some parts cost more than others
 WARM_UP = 2
 
 # Each clip by ffmpeg's options for its picture and its quality: 15 Mbit/s with detail everywhere; and one of the slow
