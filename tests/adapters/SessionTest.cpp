@@ -2,7 +2,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QProcess>
 #include <csignal>
 #include <thread>
 
@@ -76,16 +75,6 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
   }
 }
 
-TEST(DBusNotificationCenterTest, IsNeutralWithoutABus) {
-  const auto stateWithoutBus = [] {
-    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-    const auto token = DBusNotificationCenter().observe("A", [] {});
-    DBusNotificationCenter().post("A");
-    return claimInstanceName();
-  };
-  EXPECT_EXIT(_exit(stateWithoutBus() != InstanceState::noBus), ::testing::ExitedWithCode(0), "");
-}
-
 struct FilesTest : AdapterTest {
   auto opened() { return JsonSettingsSuite::open(file, loop); }
   auto open() { return std::get<std::unique_ptr<JsonSettingsSuite>>(opened()); }
@@ -115,8 +104,12 @@ TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
     return suite->integer("n") == 10 && suite->contentReads() == before;
   }));
   for (int value = 11; value < 99; ++value) {
+    if (value % 2 == 0) {
+      suite->setInteger("n", 10);
+      ASSERT_FALSE(suite->writeNow(0ms));
+    }
     const auto target = value % 3 == 0 ? folder + "new" : file;  // atomically, or in place with the same size
-    write(target, R"({"n": )" + std::to_string(value) + "}");
+    write(target, "{\n  \"n\": " + std::to_string(value) + "\n}\n");
     std::filesystem::rename(target, file);
     ASSERT_EQ(suite->integer("n"), value);
   }
@@ -155,17 +148,6 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatIsNoJsonObject) {
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":4})"; }));
 }
 
-TEST_F(FilesTest, AChangeRightAfterAnOwnWriteIsSeen) {
-  const auto suite = open();
-  for (int value = 10; value < 99; ++value) {
-    suite->setInteger("n", 10);
-    ASSERT_FALSE(suite->writeNow(0ms));
-    auto text = read(file);
-    write(file, text.replace(text.find("10"), 2, std::to_string(value)));  // in place, with the same size
-    ASSERT_EQ(suite->integer("n"), value);
-  }
-}
-
 TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   file = folder + "sub/settings.json";
   const auto suite = open();
@@ -182,28 +164,9 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   write(held, "");
   suite->setInteger("b", 3);
   EXPECT_NE(suite->writeNow(50ms)->message.find("locked"), std::string::npos);
+  suite->setInteger("b", 4);
+  suite->synchronize();
   EXPECT_EQ(stored(), R"({"b":2})");
-}
-
-TEST_F(FilesTest, ProcessesThatWriteAtOnceLoseNothingOfEachOther) {
-  if (const auto given = qgetenv("QUILEX_TEST_FILE").toStdString(); !given.empty()) {
-    file = given;  // in one of the processes started below
-    const auto suite = open();
-    for (int count = 0; count < 25; ++count) {
-      const auto key = std::to_string(QCoreApplication::applicationPid()) + "/" + std::to_string(count);
-      suite->setInteger(key, count);
-      ASSERT_TRUE(waitFor([&] { return stored().find('"' + key + '"') != std::string::npos; }));
-    }
-    return;
-  }
-  qputenv("QUILEX_TEST_FILE", file.c_str());
-  QProcess processes[4];
-  for (QProcess& each : processes) {
-    each.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=FilesTest.Processes*"});
-  }
-  qunsetenv("QUILEX_TEST_FILE");
-  for (QProcess& each : processes) {
-    EXPECT_TRUE(each.waitForFinished(60'000) && each.exitCode() == 0) << each.readAllStandardOutput().toStdString();
-  }
-  EXPECT_EQ(nlohmann::json::parse(read(file)).size(), 100U);
+  std::filesystem::remove(held);
+  EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":4})"; }));
 }

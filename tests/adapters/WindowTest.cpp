@@ -12,6 +12,7 @@
 #include "linux/qt/InterfaceFiles.h"
 #include "linux/qt/Translations.h"
 #include "support/AdapterTest.h"
+#include "support/Fakes.h"
 #include "ui/CustomAlertWindowController.h"
 #include "ui/UpgradeWindowController.h"
 
@@ -24,20 +25,6 @@ constexpr int kPatience = __has_feature(address_sanitizer) ? 10 : 1;
 constexpr int kPatience = 1;
 #endif
 
-struct FakeWorkspace : Workspace {
-  std::string opened;
-  void launchApplication(const std::string& /*identifier*/) override {}
-  void openURL(const std::string& url) override { opened += url; }
-  void showOpenPanel(const std::vector<std::string>& /*types*/, std::function<void(bool)> /*done*/) override {}
-  void terminate() override {}
-  Disposable observeWake(std::function<void()> /*handler*/) override {
-    return Disposable([] {});
-  }
-  Disposable observeResignActive(std::function<void()> /*handler*/) override {
-    return Disposable([] {});
-  }
-};
-
 struct WindowTest : AdapterTest {
   static void SetUpTestSuite() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
   ~WindowTest() override {
@@ -46,24 +33,20 @@ struct WindowTest : AdapterTest {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
+  static QWidgetList visible() {
+    QWidgetList all = QApplication::topLevelWidgets();
+    all.removeIf([](QWidget* each) { return !each->isVisible(); });
+    return all;
+  }
+  static bool isShown() { return !visible().empty(); }
   /// The window that is seen; fails the test when there is another number of them than one.
   static QWidget* shown() {
-    QWidget* found = nullptr;
-    for (QWidget* each : QApplication::topLevelWidgets()) {
-      if (each->isVisible()) {
-        EXPECT_EQ(found, nullptr);
-        found = each;
-      }
-    }
-    EXPECT_NE(found, nullptr);
-    return found;
+    EXPECT_EQ(visible().size(), 1);
+    return visible().value(0);
   }
   template <typename Widget>
   static Widget* child(const char* name) {
     return shown()->findChild<Widget*>(QLatin1String(name));
-  }
-  static bool isShown() {
-    return std::ranges::any_of(QApplication::topLevelWidgets(), [](QWidget* each) { return each->isVisible(); });
   }
   static QColor middle(QWidget& widget) { return widget.grab().toImage().pixelColor(8, widget.height() / 2); }
   /// Leaves a picture of the window in the folder that QUILEX_SCREENSHOTS names.
@@ -100,7 +83,7 @@ struct WindowTest : AdapterTest {
   Localize localize = [](const char* english, const char* comment) {
     return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
   };
-  FakeWorkspace workspace;
+  test::FakeWorkspace workspace;
   std::optional<CustomAlertWindowController> alert;
   std::optional<UpgradeWindowController> offer;
 };
@@ -170,30 +153,34 @@ TEST_F(WindowTest, TheAlertSaysItsLinesAndClosesByButtonReturnAndEscape) {
 }
 
 TEST_F(WindowTest, TheOfferShowsItsVersionAndItsButtonOpensTheAddress) {
+  const std::string kOpened = " https://quilex.invalid/get";
   showOffer("2.1.0");
   EXPECT_EQ(child<QTextEdit>("infoLabel")->toPlainText(), "Version: 2.1.0");
   EXPECT_EQ(shown()->grab().toImage().pixelColor(0, 0).alpha(), 0) << "a round panel";
   EXPECT_EQ(shown()->size(), QSize(480, 340)) << "as large as its picture";
   QTest::mouseClick(child<QPushButton>("upgradeButton"), Qt::LeftButton);
-  EXPECT_EQ(std::pair(workspace.opened, isShown()), std::pair(std::string("https://quilex.invalid/get"), false));
-  workspace.opened = "";
+  EXPECT_EQ(std::pair(std::exchange(workspace.log, ""), isShown()), std::pair(kOpened, false));
   showOffer("2.1.0");
   key(Qt::Key_Escape);
   offer->showWindow();
   QTest::mouseClick(child<QPushButton>("closeButton"), Qt::LeftButton);
-  EXPECT_EQ(std::pair(workspace.opened, isShown()), std::pair(std::string(), false));
+  EXPECT_EQ(std::pair(workspace.log, isShown()), std::pair(std::string(), false));
   offer->showWindow();
   key(Qt::Key_Return);
-  EXPECT_EQ(workspace.opened, "https://quilex.invalid/get");
+  EXPECT_EQ(std::exchange(workspace.log, ""), kOpened);
+  offer->upgradeInfo->url = "not an address";
+  offer->showWindow();
+  key(Qt::Key_Return);
+  offer.emplace(load, localize, workspace);
+  offer->showWindow();
+  EXPECT_EQ(child<QTextEdit>("infoLabel")->toPlainText(), "Version: 1.0") << "nothing was offered";
+  key(Qt::Key_Return);
+  EXPECT_EQ(workspace.log, "");
 }
 
 TEST_F(WindowTest, BadOffersHoldNothingUp) {
-  const auto repeated = [](const std::string& part, std::size_t bytes) {
-    std::string text;
-    while (text.size() < bytes) {
-      text += part;
-    }
-    return text;
+  const auto repeated = [](const QByteArray& part, int bytes) {
+    return part.repeated(bytes / static_cast<int>(part.size())).toStdString();
   };
   write(folder + "secret.html", "secret");
   const std::string exps[] = {repeated("<div><ul><li><b>", 5'000'000), repeated("<table><tr><td>x", 5'000'000),
@@ -262,10 +249,6 @@ TEST_F(WindowTest, AMissingOrBrokenInterfaceFileIsOneLine) {
   EXPECT_NE(line.find("UpgradeWindowController.ui"), std::string::npos) << line;
   write(folder + "UpgradeWindowController.ui", "<ui version=\"4.0\"><widget class=\"QLabel\"/></ui>");
   EXPECT_EQ(load("UpgradeWindowController"), nullptr);
-  offer.emplace(load, localize, workspace);
-  offer->showWindow();
-  offer->close();
-  EXPECT_FALSE(isShown());
 }
 
 }  // namespace quilex

@@ -38,13 +38,10 @@ TEST(CipherTest, IllFormedCipherTextIsNothing) {
 }
 
 TEST(Base64Test, DecodesWhatItEncodes) {
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) {
-    bytes.push_back(static_cast<char>(byte));
-    EXPECT_EQ(base64Decode(base64Encode(bytes)), bytes);
+  for (const auto& [bytes, text] : {std::pair(""s, ""), {"\xfb\xff\xfe", "+//+"}, {"ab", "YWI="}, {"\0"s, "AA=="}}) {
+    EXPECT_EQ(base64Encode(bytes), text);
+    EXPECT_EQ(base64Decode(text), bytes);
   }
-  EXPECT_EQ(base64Encode("\xfb\xff\xfe"), "+//+");
-  EXPECT_EQ(base64Decode("YWI="), "ab");
   EXPECT_FALSE(base64Decode("YW=="s + "\0\0\0\0"s));
 }
 
@@ -64,9 +61,7 @@ TEST(EnvelopeTest, BodiesAndFormsAreExact) {
 }
 
 TEST(EnvelopeTest, NulCharactersAreTakenOutOfAReply) {
-  EXPECT_EQ(envelope::read("yVp88OZja20lk+SIej6HYQ=="), R"({"a":1})");
   EXPECT_EQ(envelope::read(encryptToBase64("\0a\0b\0"s).value()), "ab");
-  EXPECT_EQ(envelope::read("<html>"), std::nullopt);
 }
 
 TEST(URLTest, FollowsTheGrammar) {

@@ -34,32 +34,6 @@ TEST(FileURLTest, FileURLsOfThisMachineAndAbsolutePathsNameFilesButNoDirectories
   EXPECT_FALSE(namesExistingFile("file:///dev/null"));
 }
 
-constexpr const char* kVideo =
-    R"({"id":1,"sign":"a","preurl":"b","title":"c","url":"d","description":"e","time":2,"size":3,"imgurl":"f",)"
-    R"("imgsize":4,"tags":"g","ratio":"h","width":5,"height":6,"frame":7,"rate":8,"audio":9,"uptime":"i","down":10,)"
-    R"("view":11,"author":"j","avatar":"k","avatarsize":12,"hp":"l","upcount":13})";
-
-TEST(VideoDetailTest, KeepsEveryFieldInItsOrderAndRequiresItWithItsType) {
-  const auto decoded = [](const char* missing, const std::string& added) {
-    auto object = nlohmann::json::parse(kVideo);
-    object.erase(missing);
-    object.update(nlohmann::json::parse(added));
-    return VideoDetail::fromJSON(object);
-  };
-  using json::DecodingError;
-  const auto video = std::get<VideoDetail>(decoded("", "{}"));
-  EXPECT_EQ(video.toJSON().dump(), kVideo);
-  EXPECT_EQ(std::tie(video.width, video.height, video.frame, video.rate), std::make_tuple(5, 6, 7, 8));
-  EXPECT_EQ(std::get<1>(decoded("hp", "{}")), (DecodingError{DecodingError::Kind::keyNotFound, "hp"}));
-  EXPECT_EQ(std::get<1>(decoded("hp", R"({"hp":null})")), (DecodingError{DecodingError::Kind::valueNotFound, "hp"}));
-  for (const char* value : {"1.5", "9223372036854775808", "9223372036854775808.0", "\"12\"", "true"}) {
-    const auto error = std::get<1>(decoded("view", "{\"view\":"s + value + "}"));
-    EXPECT_EQ(error, (DecodingError{DecodingError::Kind::typeMismatch, "view"})) << value;
-  }
-  EXPECT_EQ(std::get<0>(decoded("view", R"({"view":3.0,"another":[]})")).view, 3);
-  EXPECT_EQ(std::get<0>(decoded("view", R"({"view":1e2})")).view, 100);
-}
-
 struct LocalVideoDBManagerTest : testing::Test {
   void run(const std::string& file, const std::string& sql) {
     SQLite::Database(folder / file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("pragma synchronous=off;" + sql);

@@ -46,19 +46,14 @@ struct StatusBarTest : AgentTest {
 };
 
 TEST_F(StatusBarTest, TheMenuShowsTheSettingsAsTheyAreAtItsFirstBuilding) {
+  const std::string first = "Main Window, 1.0.0 (1)!, Check for Updates..., -, ";
   const std::string rest = "-, Screen [Integration*, Mirror, Single [1*^1, 2^2#1]], -, Quit^q";
   launch({});
   EXPECT_EQ(statusItem->image, "quilex_statusBar");
-  EXPECT_EQ(shape(),
-            "Main Window, 1.0.0 (1)!, Check for Updates..., -, Close Video Wallpaper, Pause, Hide Desktop "
-            "Icon, Mute, " +
-                rest);
+  EXPECT_EQ(shape(), first + "Close Video Wallpaper, Pause, Hide Desktop Icon, Mute, " + rest);
   EXPECT_EQ(item("Check for Updates...").title(), "Check for Updates...|Check Update");
   launch({{"IsOpenPlayer", false}, {"isPlaying", false}, {"Mute", true}});
-  EXPECT_EQ(shape(),
-            "Main Window, 1.0.0 (1)!, Check for Updates..., -, Open Video Wallpaper, Play!, Hide Desktop "
-            "Icon!, Mute*, " +
-                rest);
+  EXPECT_EQ(shape(), first + "Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*, " + rest);
   for (const auto& [arrangement, index, marks] : {std::tuple(1L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"),
                                                   {2L, 1L, "Integration, Mirror, Single [1^1, 2*^2#1]"},
                                                   {2L, 5L, "Integration, Mirror, Single [1*^1, 2^2#1]"},

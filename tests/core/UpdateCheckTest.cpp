@@ -64,35 +64,6 @@ TEST_F(UpdateCheckTest, TwoAnswersInOneTurnAreBothSeenTo) {
   EXPECT_EQ(windowLog, std::string(kAlert) + kOffer);
 }
 
-TEST_F(UpdateCheckTest, TheButtonOpensTheAddressAndClosesThePanelInAnyCase) {
-  for (const auto& [url, opened] :
-       {std::pair("https://quilex.invalid/get?a=b", " https://quilex.invalid/get?a=b"), {"not a url", ""}, {"", ""}}) {
-    auto info = version("2.0");
-    info.url = url;
-    check(manual, info);
-    dialog->buttons["upgradeButton"].press();
-    EXPECT_EQ(std::exchange(windowLog, ""), " close");
-    EXPECT_EQ(std::exchange(workspace.log, ""), opened);
-  }
-  check(manual, version("2.0"));
-  dialog->buttons["closeButton"].press();
-  EXPECT_EQ(std::exchange(windowLog, ""), " close");
-}
-
-TEST_F(UpdateCheckTest, AWindowWithoutAnOfferNamesTheFirstVersionAndOpensNothing) {
-  UpgradeWindowController controller(
-      [this](const std::string&) {
-        auto made = std::make_unique<FakeInterfaceWindow>(windowLog);
-        dialog = made.get();
-        return made;
-      },
-      localize, workspace);
-  controller.showWindow();
-  EXPECT_EQ(text("infoLabel"), "Version: 1.0|version");
-  controller.window()->openUpdate();
-  EXPECT_EQ(std::pair(windowLog, workspace.log), std::pair(" clear upgrade_back_ground show close"s, ""s));
-}
-
 TEST_F(UpdateCheckTest, WithoutInterfaceFilesACheckIsDoneAllTheSame) {
   interfaceFilesAreMissing = true;
   EXPECT_EQ(check(manual, version("2.0")), " UpgradeWindowController");

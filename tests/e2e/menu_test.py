@@ -8,7 +8,7 @@ import time
 import unittest
 
 import dbus.bus
-from wallpaper_test import BLACK, BLUE, BUILD, GREEN, RED, WHITE, Journey
+from wallpaper_test import BLACK, BUILD, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
 
 from session import make_clip, wait_for
 
@@ -16,10 +16,6 @@ ITEM, MENU = "org.kde.StatusNotifierItem", "com.canonical.dbusmenu"
 WATCHER, MOCK = "org.kde.StatusNotifierWatcher", "org.freedesktop.DBus.Mock"
 LOGIN = "org.freedesktop.login1"
 HOST = pathlib.Path(__file__).with_name("status_host.py")
-
-COMBO = {(700, 300): RED, (900, 300): WHITE, (1290, 300): WHITE, (1400, 300): BLUE}
-MIRROR = {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (1281, 1): RED, (2079, 599): BLUE}
-SECOND = {(640, 360): BLACK, (1281, 1): RED, (2079, 599): BLUE}
 
 
 class Panel:
@@ -80,21 +76,15 @@ class Panel:
         self.menu().Event(item[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
 
     def wait_for_shape(self, part):
-        try:
-            wait_for(lambda: part in self.shape(), part)
-        except AssertionError as failure:
-            raise AssertionError(f"{part} is not in {self.shape()}") from failure
+        wait_for(lambda: part in self.shape(), lambda: f"{part} is not in {self.shape()}")
 
 
 class StatusMenu(Journey):
-    def begin_with_panel(self, *rows, **settings):
-        session = self.begin(*rows, **settings)
+    def test_menu_settings_and_wallpaper_agree(self):
+        session = self.begin(("halves", self.halves))
         session.start_agent()
         wait_for(lambda: len(session.windows()) == 2, "the wallpaper")
-        return session, Panel(session)
-
-    def test_menu_settings_and_wallpaper_agree(self):
-        session, panel = self.begin_with_panel(("halves", "file://" + self.halves.replace(" ", "%20")))
+        panel = Panel(session)
         entry = session.folder / "data/applications/com.dravo.quilex.macOS.desktop"
         entry.parent.mkdir(parents=True)
         entry.write_text(f"[Desktop Entry]\nType=Application\nName=Main\nExec=touch {session.folder}/launched\n")
@@ -109,20 +99,13 @@ class StatusMenu(Journey):
         session.wait_for_pixels(MIRROR, "mirror, chosen from the menu")
         panel.wait_for_shape("Screen [Integration, Mirror*, Single [1*, 2]]")
         panel.click("Screen", "Single", "2")
-        session.wait_for_pixels(SECOND, "the second monitor, chosen from the menu")
-        panel.wait_for_shape("Screen [Integration, Mirror, Single* [1, 2*]]")
-        self.assertEqual((session.settings()["MonitorArrange"], session.settings()["ScreenIndex"]), (2, 1))
+        session.wait_for_pixels({**LONELY, (640, 360): BLACK}, "the second monitor, chosen from the menu")
         session.set_value("MonitorArrange", "0")
         session.wait_for_pixels(COMBO, "one picture, set by another program")
         panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
 
         panel.click("Mute")
         panel.wait_for_shape("Mute*")
-        wait_for(lambda: session.settings()["Mute"], "the setting")
-        session.set_value("Mute", "false")
-        panel.wait_for_shape("Mute,")
-        panel.click("Hide Desktop Icon")
-        panel.wait_for_shape("Hide Desktop Icon*")
         panel.click("Close Video Wallpaper")
         panel.wait_for_shape("Open Video Wallpaper, Pause!, Hide Desktop Icon!")
         wait_for(lambda: not session.windows(), "no wallpaper")
@@ -137,24 +120,9 @@ class StatusMenu(Journey):
         panel.start()
         panel.click("Screen", "Mirror")
         session.wait_for_pixels(MIRROR, "mirror, chosen from the menu of the new panel")
-
-        posted = session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
-        wait_for(lambda: b"NameAcquired" in posted.stdout.readline(), "the monitor of the bus")
         panel.click("Quit")
         self.assertEqual(session.agent.wait(timeout=20), 0)
         session.agent = None
-        wait_for(lambda: b"com.dravo.quilex.mac.ter" in posted.stdout.readline(), "the word of the end")
-
-    def test_pause_and_play(self):
-        session, panel = self.begin_with_panel(("moving", "file://" + self.moving))
-        wait_for(session.moves, "a moving picture")
-        panel.click("Pause")
-        panel.wait_for_shape("Close Video Wallpaper, Play, Hide")
-        wait_for(lambda: not session.moves(), "a picture that stands")
-        session.set_value("isPlaying", "true")
-        panel.wait_for_shape("Close Video Wallpaper, Pause, Hide")
-        wait_for(session.moves, "a moving picture")
-        self.assertEqual(session.end_agent(), 0)
 
 
 class Life(Journey):
@@ -162,7 +130,7 @@ class Life(Journey):
     def setUpClass(cls):
         super().setUpClass()
         graph = "color=c=0xC02020,drawbox=w=640:h=360:c=0x20A020:t=fill:enable=gte(t\\,1)"
-        cls.change = make_clip(pathlib.Path(cls.clips.name) / "change.mp4", graph)
+        cls.change = make_clip(pathlib.Path(cls.clips.name) / "change.mp4", graph, seconds=30)
 
     def moves_everywhere(self, *monitors):
         for left, top, width, height in monitors:
@@ -171,10 +139,7 @@ class Life(Journey):
 
     def test_sleep_screens_and_cover(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        system = session.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE,
-                               stderr=subprocess.DEVNULL)
-        address = system.stdout.readline().decode().strip()
-        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
+        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = session.start_bus()
         session.start("/usr/bin/python3", "-m", "dbusmock", "--system", LOGIN, "/org/freedesktop/login1", LOGIN + ".Manager",
                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         bus = dbus.bus.BusConnection(address)

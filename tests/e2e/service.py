@@ -4,7 +4,6 @@ import json
 import os
 import pathlib
 import shutil
-import subprocess
 
 from session import SOURCE, wait_for
 
@@ -24,8 +23,7 @@ class Service:
             command = [SOURCE / "tools/reference-service", "--answers", self.folder, "--tls", self.folder]
             session.start(*command, stdout=log)
         wait_for(lambda: "\n" in self.log.read_text(), "the service")
-        self.http, self.https = self.log.read_text().split("\n")[0].split()
-        session.agent_program = make_bundle(session, QuilexServiceURL=self.http)
+        session.agent_program = make_bundle(session, QuilexServiceURL=self.log.read_text().split()[0])
 
     def answer(self, code, **data):
         """Changes members of an answer's data."""
@@ -60,10 +58,3 @@ def make_bundle(session, **info):
     file.unlink()
     file.write_text(json.dumps(dictionary))
     return installed / "bin/quilexhelper"
-
-
-def encipher(text):
-    """As the service expects it, made by another program."""
-    key, vector = (text.encode().hex() for text in ("Rq7Lm2VxT9bKd4Ws", "Hc3Np8ZyF6jQa1Ue"))
-    command = ["openssl", "enc", "-aes-128-cbc", "-K", key, "-iv", vector, "-base64", "-A"]
-    return subprocess.run(command, input=text.encode(), check=True, capture_output=True, timeout=60).stdout.decode()

@@ -1,5 +1,6 @@
 """One user's session on a virtual desktop, with its own bus, folders and agent, as the journeys use it."""
 
+import contextlib
 import json
 import os
 import pathlib
@@ -22,18 +23,18 @@ DEADLINE = 20  # seconds; far more than anything here takes, even under a saniti
 
 
 def wait_for(condition, what, seconds=DEADLINE):
-    """Waits until the condition holds and answers its value; fails after the deadline."""
+    """Waits until the condition holds and answers its value; fails after the deadline, saying what, or what it tells."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
         if value:
             return value
         if time.monotonic() > end:
-            raise AssertionError("waited in vain: " + what)
+            raise AssertionError("waited in vain: " + (what() if callable(what) else what))
         time.sleep(0.02)
 
 
-def make_clip(path, graph, seconds=30):
+def make_clip(path, graph, seconds=10):
     """A video of 640x360 painted by an ffmpeg filter graph that begins with a source."""
     source, _, filters = graph.partition(",")
     size = (":" if "=" in source else "=") + "s=640x360:r=30"
@@ -60,12 +61,17 @@ class UserSession:
             "XDG_CACHE_HOME": str(self.folder / "cache"),
             "XDG_RUNTIME_DIR": str(self.folder),
         }
-        bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()
 
     def start(self, *command, **options):
         self.programs.append(subprocess.Popen(command, env=self.environment, **options))
         return self.programs[-1]
+
+    def start_bus(self):
+        """Answers the address of a new bus."""
+        command = ["dbus-daemon", "--session", "--nofork", "--print-address"]
+        bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        return bus.stdout.readline().decode().strip()
 
     def run(self, *command):
         return subprocess.run(
@@ -99,15 +105,18 @@ class UserSession:
     def make_library(self, *rows):
         self.library_file.parent.mkdir(parents=True, exist_ok=True)
         self.library_file.unlink(missing_ok=True)
-        with sqlite3.connect(self.library_file) as database:
+        with self.library() as database:
             database.executescript((SOURCE / "resources/LocalVideos.sql").read_text())
-            database.executemany("insert into LocalVideos (sign, url) values (?, ?)", rows)
-        database.close()
+        for row in rows:
+            self.add_video(*row)
+
+    def library(self):
+        """The library, to be closed after use; each statement is done at once."""
+        return contextlib.closing(sqlite3.connect(self.library_file, timeout=60, isolation_level=None))
 
     def add_video(self, sign, url):
-        with sqlite3.connect(self.library_file) as database:
+        with self.library() as database:
             database.execute("insert into LocalVideos (sign, url) values (?, ?)", (sign, url))
-        database.close()
 
     def post(self, name):
         place = ["--object-path", "/com/dravo/quilex/Notifications"]
@@ -182,10 +191,6 @@ class Session(UserSession):
         # A window may be gone before it is asked.
         return tuple(int(values.get(key, -1)) for key in keys)
 
-    def stacking(self):
-        """Ids and names of the root's descendants from the topmost down, as xwininfo prints them."""
-        return self.run("xwininfo", "-root", "-tree")
-
     def moves(self, box=None):
         """Whether the picture changes, or that part of it; a wait for it, or for its opposite, decides."""
         first = self.desktop.screenshot().crop(box)
@@ -208,11 +213,11 @@ class Session(UserSession):
                 for have, want in zip(pixel, colour)
             )
 
-        try:
-            wait_for(match, what)
-        except AssertionError as failure:
+        def report():
             self.desktop.screenshot().save("/tmp/quilex-journey.png")
-            raise AssertionError(f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png") from failure
+            return f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png"
+
+        wait_for(match, report)
 
 
 def start_sway(monitors):

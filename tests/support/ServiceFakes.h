@@ -6,35 +6,34 @@
 
 namespace quilex::test {
 
-/// The time of day on a run loop's virtual clock, in a zone of which the test says when its offset changes.
+inline const std::string kHeartbeatReply =
+    R"({"status":-1,"info":"grüße","data":{"ct":5,"time":{"st":1,"vt":[2,3],"tt":4},"msg":{"msg_bottom":{"msgid":1,)"
+    R"("msg":"m","url":"u","color":"c","back":2},"msg_top":{"msgid":3,"tittle":"t","url":"v","color":{"show":"s",)"
+    R"("hover":"h","click":"k"},"point":4,"type":5,"back":6,"width":7,"height":8}},"upgrade":[null,1,"s",)"
+    R"({"a":[true]}],"speedlimit":9}})";
+
+/// The time of day on a run loop's virtual clock, in a calendar of few days.
 struct FakeWallClock : WallClock {
-  struct Offset {
-    Time from;
-    std::chrono::hours value;
+  using Hours = std::chrono::hours;
+  struct Day {
+    /// When it begins, and what the clocks show then.
+    Hours start, shown{0};
   };
   explicit FakeWallClock(FakeRunLoop& loop) : runLoop(loop) {}
   FakeRunLoop& runLoop;
   /// When the run loop stood at 0.
   Time start{};
-  std::vector<Offset> offsets{{Time::min(), std::chrono::hours(0)}};
-  Time local(Time time) const {
-    const auto later = std::ranges::find_if(offsets, [&](const Offset& offset) { return offset.from > time; });
-    return time + std::prev(later)->value;
-  }
-  /// The first moment at which the clocks show at least that.
-  Time fromLocal(Time shown) const {
-    for (auto offset = offsets.begin();; ++offset) {
-      const Time time = std::max(shown - offset->value, offset->from);
-      if (std::next(offset) == offsets.end() || time < std::next(offset)->from) {
-        return time;
-      }
-    }
+  std::vector<Day> days{{Hours(0)}, {Hours(24)}, {Hours(48)}, {Hours(72)}, {Hours(96)}};
+  auto dayOf(Time time) const {
+    return std::prev(std::ranges::upper_bound(days, time, {}, [](const Day& day) { return Time(day.start); }));
   }
   Time now() const override { return start + runLoop.now; }
-  Time startOfDay(Time time) const override { return fromLocal(std::chrono::floor<std::chrono::days>(local(time))); }
-  bool calendarEnds = false;
+  Time startOfDay(Time time) const override { return Time(dayOf(time)->start); }
   std::optional<Time> addingOneDay(Time time) const override {
-    return calendarEnds ? std::nullopt : std::optional(fromLocal(local(time) + std::chrono::days(1)));
+    const auto day = dayOf(time), next = std::next(day);
+    const auto shown = time - Time(day->start) + day->shown;
+    return next == days.end() ? std::nullopt
+                              : std::optional(Time(next->start) + std::max(shown - next->shown, Time::duration(0)));
   }
   Disposable at(Time date, Handler action) override {
     return runLoop.after(std::max(date - now(), FakeRunLoop::Time(0)), std::move(action));
@@ -45,15 +44,15 @@ struct FakeWallClock : WallClock {
 struct FakeHTTPSession : HTTPSession {
   struct Request {
     FakeRunLoop::Time time;
-    std::string url, contentType, body;
+    std::string body;
     std::function<void(std::optional<std::string>)> reply;
   };
   FakeHTTPSession(const FakeRunLoop& loop, std::vector<Request>& log) : runLoop(loop), requests(log) {}
   const FakeRunLoop& runLoop;
   std::vector<Request>& requests;
-  void post(const std::string& url, const std::string& contentType, const std::string& body,
+  void post(const std::string& /*url*/, const std::string& /*contentType*/, const std::string& body,
             std::function<void(std::optional<std::string>)> reply) override {
-    requests.push_back({runLoop.now, url, contentType, body, std::move(reply)});
+    requests.push_back({runLoop.now, body, std::move(reply)});
   }
 };
 
