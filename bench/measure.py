@@ -162,3 +162,10 @@ def compared(figure, ours, references, target, unit):
     """The least of each: whatever else runs on the machine only ever adds."""
     form = lambda values: f"{min(values):.3g} {unit}"
     return Row(figure, form(ours), form(references), min(ours) / min(references), target)
+
+
+def side_by_side(figure, rounds, target, unit):
+    """Of pairs of values taken at the same time, which what else runs on the machine slows alike: the one whose ratio is
+    the median."""
+    ours, reference = sorted(rounds, key=lambda pair: pair[0] / pair[1])[len(rounds) // 2]
+    return Row(figure, f"{ours:.3g} {unit}", f"{reference:.3g} {unit}", ours / reference, target)
