@@ -10,6 +10,7 @@ from PIL import ImageStat
 
 from session import WaylandSession, make_clip, wait_for
 from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
+from wayland_relay import Relay
 
 
 class WaylandWallpaper(Wallpaper):
@@ -116,6 +117,19 @@ class WaylandOutputs(Journey):
         for index in (0, 1):
             self.moves(index)
         self.assertEqual(session.end_agent(), 0)
+
+    def test_a_surface_that_the_compositor_closes(self):
+        session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
+        relay = Relay(session.folder, session.desktop.name)
+        session.start_agent(WAYLAND_DISPLAY=relay.address)
+        for index in (0, 1):
+            self.moves(index)
+        relay.closing.append(relay.opened[0])
+        wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
+        wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
+        for index in (0, 1):
+            self.moves(index)
+        self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
 
     def test_the_compositor_goes_away(self):
         session = self.begin(("green", self.green))

@@ -54,9 +54,8 @@ constexpr std::array kOptions{
     Option{"input-vo-keyboard", "no"},
     Option{"input-media-keys", "no"},
     Option{"osd-level", "0"},
-    // The core works its title out anew with each frame; left to itself, of the name of what it plays, which for an
-    // item
-    // that is repeated is a long one.
+    // The core works its title out anew with each frame; left to itself, of the name of what it plays, which is a long
+    // one for an item that is repeated.
     Option{"title", "QuilexHelper"},
     Option{"sub", "no"},
     Option{"audio-display", "no"},
