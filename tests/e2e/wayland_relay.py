@@ -1,6 +1,7 @@
 """A relay between Wayland clients and their compositor that closes layer surfaces by a word of its own."""
 
 import array
+import contextlib
 import os
 import socket
 import struct
@@ -48,38 +49,48 @@ class Relay:
         self.listener.listen()
         threading.Thread(target=self.accept, daemon=True).start()
 
-    def accept(self):
-        while True:
-            client, _ = self.listener.accept()
-            server = socket.socket(socket.AF_UNIX)
-            server.connect(self.server)
-            for carry in (self.carry_requests, self.carry_events):
-                threading.Thread(target=carry, args=(client, server), daemon=True).start()
+    def __enter__(self):
+        return self
 
-    def carry_requests(self, client, server):
-        shell, buffer = None, bytearray()
+    def __exit__(self, *_):
+        self.listener.shutdown(socket.SHUT_RDWR)
+        self.listener.close()
+
+    def accept(self):
+        with contextlib.suppress(OSError):  # when the listener is closed
+            while True:
+                client, _ = self.listener.accept()
+                server = socket.socket(socket.AF_UNIX)
+                server.connect(self.server)
+                self.carry(client, server, self.note_requests())
+                self.carry(server, client, self.add_events())
+
+    def carry(self, source, sink, look):
+        """Hands on what comes, and what `look` answers to it."""
+
+        def run():
+            next(look)
+            with source, contextlib.suppress(OSError):  # when the other end is gone
+                while (received := receive(source))[0]:
+                    data, descriptors = received
+                    send(sink, data + look.send(data), descriptors)
+                sink.shutdown(socket.SHUT_WR)
+
+        threading.Thread(target=run, daemon=True).start()
+
+    def note_requests(self):
+        shell, buffer, added = None, bytearray(), b""
         while True:
-            data, descriptors = receive(client)
-            if not data:
-                server.shutdown(socket.SHUT_RDWR)
-                return
-            buffer += data
+            buffer += yield added
             for target, opcode, arguments in messages(buffer):
                 if opcode == BIND and b"zwlr_layer_shell_v1\0" in arguments:
                     shell = struct.unpack("=I", arguments[-4:])[0]
                 elif target == shell and opcode == GET_LAYER_SURFACE:
                     self.opened.append(struct.unpack_from("=I", arguments)[0])
-            send(server, data, descriptors)
 
-    def carry_events(self, client, server):
-        buffer = bytearray()
+    def add_events(self):
+        buffer, added = bytearray(), b""
         while True:
-            data, descriptors = receive(server)
-            if not data:
-                client.shutdown(socket.SHUT_RDWR)
-                return
-            buffer += data
+            buffer += yield added
             list(messages(buffer))
-            if not buffer and self.closing and not descriptors:
-                data += struct.pack("=II", self.closing.pop(), 8 << 16 | CLOSED)
-            send(client, data, descriptors)
+            added = struct.pack("=II", self.closing.pop(), 8 << 16 | CLOSED) if self.closing and not buffer else b""

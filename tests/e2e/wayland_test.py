@@ -13,6 +13,9 @@ from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
 from wayland_relay import Relay
 
 
+COLOURS = ("20A020", "C02020", "2020C0")  # green, red, blue
+
+
 class WaylandWallpaper(Wallpaper):
     make_session = WaylandSession
 
@@ -118,18 +121,35 @@ class WaylandOutputs(Journey):
             self.moves(index)
         self.assertEqual(session.end_agent(), 0)
 
+    def test_the_video_starts_again_when_all_is_covered_and_seen_again(self):
+        place = pathlib.Path(self.clips.name) / "replaced.mp4"
+        colours = [make_clip(place.with_suffix(f".{colour}.mp4"), f"color=c=0x{colour}", 60) for colour in COLOURS]
+        os.rename(colours[0], place)
+        session = self.begin(("replaced", f"file://{place}"), MonitorArrange=1)
+        session.start_agent()
+        self.shows(0, {(640, 360): GREEN}, "the video")
+        files = lambda: [os.readlink(each) for each in pathlib.Path(f"/proc/{session.agent.pid}/fd").iterdir()]
+        os.rename(colours[1], place)
+        for index in (0, 1):
+            session.desktop.set_lit(index, False)
+        wait_for(lambda: str(place) in files(), "what is at the video's place now")
+        os.rename(colours[2], place)
+        session.desktop.set_lit(1, True)
+        self.shows(1, {(400, 300): BLUE}, "what is at the video's place at last")
+        self.assertEqual(session.end_agent(), 0)
+
     def test_a_surface_that_the_compositor_closes(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        relay = Relay(session.folder, session.desktop.name)
-        session.start_agent(WAYLAND_DISPLAY=relay.address)
-        for index in (0, 1):
-            self.moves(index)
-        relay.closing.append(relay.opened[0])
-        wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
-        wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
-        for index in (0, 1):
-            self.moves(index)
-        self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
+        with Relay(session.folder, session.desktop.name) as relay:
+            session.start_agent(WAYLAND_DISPLAY=relay.address)
+            for index in (0, 1):
+                self.moves(index)
+            relay.closing.append(relay.opened[0])
+            wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
+            wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
+            for index in (0, 1):
+                self.moves(index)
+            self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
 
     def test_the_compositor_goes_away(self):
         session = self.begin(("green", self.green))

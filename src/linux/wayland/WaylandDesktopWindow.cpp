@@ -169,12 +169,15 @@ void WaylandDesktopWindow::requestFrame() {
   shell->frame.reset(wl_surface_frame(shell->surface.get()));
   wl_callback_add_listener(shell->frame.get(), &frameListener, this);
   content->setVisible(false);
+  ++asked;
+  services.frameAsked();
 }
 
 void WaylandDesktopWindow::frameDone() {
   shell->frame.reset();
   content->setVisible(true);
   content->catchUp();
+  services.frameCame();
 }
 
 void WaylandDesktopWindow::button(std::uint32_t code, bool down) {

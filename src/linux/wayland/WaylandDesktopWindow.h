@@ -26,6 +26,9 @@ class WaylandDesktopWindow {
     VideoOutput& output;
     Renderer& renderer;
     RunLoop& runLoop;
+    /// Called when a window begins to wait for the compositor's word on a frame, and when that has come.
+    std::function<void()> frameAsked;
+    std::function<void()> frameCame;
   };
 
   /// Everything given must outlive the window, but for the output.
@@ -41,6 +44,11 @@ class WaylandDesktopWindow {
   void orderOut() { wanted = false; }
   /// Brings what is shown in line with what is wanted and with what the output has become.
   void settle();
+
+  bool isShown() const { return shell && shell->configured; }
+  bool waits() const { return shell && shell->frame; }
+  /// Whether the window waits for the compositor's word on a frame that it already waited for when this was last asked.
+  bool isLeftWaiting() { return waits() && std::exchange(lookedAt, asked) == asked; }
 
   /// Whether that is the window's surface.
   bool is(const wl_surface* other) const { return shell && shell->surface.get() == other; }
@@ -84,6 +92,9 @@ class WaylandDesktopWindow {
   std::optional<VideoSurface> content;
   std::unique_ptr<Shell> shell;
   WindowOrder wantedOrder = WindowOrder::back;
+  /// Of frames that the compositor was asked for: the last, and the one that was waited for at the last look.
+  std::uint64_t asked = 0;
+  std::uint64_t lookedAt = 0;
   bool wanted = false;
   bool pressed = false;
   std::optional<Disposable> reopening;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -13,8 +14,9 @@
 
 namespace quilex {
 
-/// Screens and wallpaper windows on a Wayland compositor with a layer shell. The compositor tells neither which
-/// workspace is active nor whether other windows cover the wallpaper, so that nobody is ever told.
+/// Screens and wallpaper windows on a Wayland compositor with a layer shell. The wallpaper counts as covered when the
+/// compositor, which asks no frames of what cannot be seen, has asked none of any window for some seconds. On all
+/// workspaces as they are, the windows need not know the active one, so that nobody is ever told of that.
 class WaylandWindowServer : public WindowServer {
  public:
   /// Everything given must outlive the server.
@@ -24,15 +26,15 @@ class WaylandWindowServer : public WindowServer {
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
-  [[nodiscard]] Disposable observeOcclusion(std::function<void()> /*handler*/) override {
-    return Disposable([] {});
-  }
+  [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override {
     return Disposable([] {});
   }
 
  private:
   void screensChangedSoon();
+  void lookSoon(std::chrono::milliseconds delay);
+  void checkOcclusion();
 
   WaylandConnection& connection;
   WaylandDesktopWindow::Services services;
@@ -40,6 +42,9 @@ class WaylandWindowServer : public WindowServer {
   WaylandPointer pointer;
   ObserverList<> screenObservers;
   std::optional<Disposable> screensChanged;
+  ObserverList<> occlusionObservers;
+  bool covered = false;
+  std::optional<Disposable> look;
   Disposable outputs;
 };
 
