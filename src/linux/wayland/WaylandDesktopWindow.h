@@ -32,8 +32,8 @@ class WaylandDesktopWindow {
   };
 
   /// Everything given must outlive the window, but for the output.
-  WaylandDesktopWindow(const Services& givenServices, Screen covered)
-      : services(givenServices), screen(std::move(covered)) {}
+  WaylandDesktopWindow(Services givenServices, Screen covered)
+      : services(std::move(givenServices)), screen(std::move(covered)) {}
   ~WaylandDesktopWindow();
   WaylandDesktopWindow(const WaylandDesktopWindow&) = delete;
   WaylandDesktopWindow& operator=(const WaylandDesktopWindow&) = delete;
