@@ -18,10 +18,11 @@ class WaylandDesktop(Desktop, WaylandSession):
         return self.start_mpv(clip_path, "--vo=wlshm", "--fs", *SCALER)
 
     def play(self, what, clip_path):
-        self.set_monitor_count(2 if what == "two" else 1)
+        monitors = 2 if what == "two" else 1
+        self.set_monitor_count(monitors)
         if what in ("floor", "peer"):
             return {"floor": self.start_floor, "peer": self.start_peer}[what](clip_path)
-        return self.start_ours(clip_path, 2 if what == "two" else 1)
+        return self.start_ours(clip_path, monitors)
 
 
 def measured(desktops, kinds, clip_path):

@@ -79,9 +79,9 @@ class Relay:
         threading.Thread(target=run, daemon=True).start()
 
     def note_requests(self):
-        shell, buffer, added = None, bytearray(), b""
+        shell, buffer = None, bytearray()
         while True:
-            buffer += yield added
+            buffer += yield b""
             for target, opcode, arguments in messages(buffer):
                 if opcode == BIND and b"zwlr_layer_shell_v1\0" in arguments:
                     shell = struct.unpack("=I", arguments[-4:])[0]

@@ -13,9 +13,6 @@ from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
 from wayland_relay import Relay
 
 
-COLOURS = ("20A020", "C02020", "2020C0")  # green, red, blue
-
-
 class WaylandWallpaper(Wallpaper):
     make_session = WaylandSession
 
@@ -123,7 +120,8 @@ class WaylandOutputs(Journey):
 
     def test_the_video_starts_again_when_all_is_covered_and_seen_again(self):
         place = pathlib.Path(self.clips.name) / "replaced.mp4"
-        colours = [make_clip(place.with_suffix(f".{colour}.mp4"), f"color=c=0x{colour}", 60) for colour in COLOURS]
+        hexadecimal = [bytes(colour).hex() for colour in (GREEN, RED, BLUE)]
+        colours = [make_clip(place.with_suffix(f".{each}.mp4"), f"color=c=0x{each}", 60) for each in hexadecimal]
         os.rename(colours[0], place)
         session = self.begin(("replaced", f"file://{place}"), MonitorArrange=1)
         session.start_agent()

@@ -9,29 +9,19 @@
 
 namespace quilex {
 
+#if defined(__x86_64__)
 namespace {
 
 // The converter's loops are in SSE instructions. While the upper halves of the vector registers hold anything, as other
 // libraries leave them on this thread, each of those waits for the one before that wrote to the same register, and a
 // conversion takes a third longer (Intel 64 and IA-32 Architectures Optimization Reference Manual, on mixing AVX code
 // with SSE code).
-#if defined(__x86_64__)
 [[gnu::target("avx")]] void clearUpperHalves() {
   _mm256_zeroupper();
 }
 
-bool hasUpperHalves() {
-  return __builtin_cpu_supports("avx") != 0;
-}
-#else
-void clearUpperHalves() {}
-
-bool hasUpperHalves() {
-  return false;
-}
-#endif
-
 }  // namespace
+#endif
 
 MpvRenderContext makeSoftwareContext(mpv_handle* core) {
   // The converter's fast paths take a third off the cost of a frame that needs no scaling, with no visible difference.
@@ -61,9 +51,11 @@ bool drawSoftware(mpv_render_context* context, PixelSize size, std::size_t strid
       mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
       mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
   };
-  if (hasUpperHalves()) {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("avx") != 0) {
     clearUpperHalves();
   }
+#endif
   return mpv_render_context_render(context, parameters.data()) >= 0;
 }
 

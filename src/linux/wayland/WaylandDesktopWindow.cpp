@@ -169,7 +169,7 @@ void WaylandDesktopWindow::requestFrame() {
   shell->frame.reset(wl_surface_frame(shell->surface.get()));
   wl_callback_add_listener(shell->frame.get(), &frameListener, this);
   content->setVisible(false);
-  ++asked;
+  lookedAt = false;
   services.frameAsked();
 }
 

@@ -48,7 +48,7 @@ class WaylandDesktopWindow {
   bool isShown() const { return shell && shell->configured; }
   bool waits() const { return shell && shell->frame; }
   /// Whether the window waits for the compositor's word on a frame that it already waited for when this was last asked.
-  bool isLeftWaiting() { return waits() && std::exchange(lookedAt, asked) == asked; }
+  bool isLeftWaiting() { return waits() && std::exchange(lookedAt, true); }
 
   /// Whether that is the window's surface.
   bool is(const wl_surface* other) const { return shell && shell->surface.get() == other; }
@@ -92,9 +92,8 @@ class WaylandDesktopWindow {
   std::optional<VideoSurface> content;
   std::unique_ptr<Shell> shell;
   WindowOrder wantedOrder = WindowOrder::back;
-  /// Of frames that the compositor was asked for: the last, and the one that was waited for at the last look.
-  std::uint64_t asked = 0;
-  std::uint64_t lookedAt = 0;
+  /// Whether the frame that was asked for last was waited for at a look.
+  bool lookedAt = false;
   bool wanted = false;
   bool pressed = false;
   std::optional<Disposable> reopening;
