@@ -2,13 +2,11 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <utility>
 
 #include "companion/Result.h"
-
-struct AVFormatContext;
+#include "linux/media/MediaInput.h"
 
 namespace quilex {
 
@@ -37,20 +35,10 @@ class MediaFile {
   Result<std::string> cover();
 
  private:
-  struct CloseInput {
-    void operator()(AVFormatContext* context) const;
-  };
-  using Input = std::unique_ptr<AVFormatContext, CloseInput>;
+  explicit MediaFile(MediaInput opened) : input(std::move(opened)) {}
+  void describe();
 
-  MediaFile(std::filesystem::path file, Input opened) : path(std::move(file)), input(std::move(opened)) {}
-  static Result<Input> openInput(const std::filesystem::path& file);
-  Outcome describe();
-
-  std::filesystem::path path;
-  Input input;
-  int pictureStream = -1;
-  /// Degrees clockwise by which the pictures are to be turned.
-  double rotation = 0;
+  MediaInput input;
   MediaFacts description;
 };
 

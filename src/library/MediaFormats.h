@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace quilex {
 
 /// The libavformat demuxers that videos may be read with: those whose files hold their media themselves. Playlists,
@@ -8,7 +10,8 @@ inline constexpr const char* kMediaFormats =
     "mov,matroska,webm,avi,mpegts,mpeg,mpegvideo,flv,live_flv,ogg,asf,gif,apng,webp_pipe,h264,hevc,av1,ivf,obu,nut,mxf,"
     "rm,dv,y4m,yuv4mpegpipe,m4v";
 
-/// The libavformat protocols that a demuxer may open anything with.
-inline constexpr const char* kMediaProtocols = "file";
+/// The largest picture that is decoded, in pixels of any shape: four times an 8K screen in each direction would not
+/// fit into the memory of an ordinary machine.
+inline constexpr std::int64_t kMostPixels = std::int64_t{8192} * 8192;
 
 }  // namespace quilex

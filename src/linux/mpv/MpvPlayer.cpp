@@ -10,6 +10,7 @@
 
 #include "app/FatalError.h"
 #include "library/MediaFormats.h"
+#include "linux/mpv/MpvNode.h"
 
 namespace quilex {
 
@@ -18,12 +19,11 @@ namespace {
 // What the answer to an asynchronous request is about.
 constexpr std::uint64_t kEndOfFile = 1;
 constexpr std::uint64_t kIdle = 2;
-constexpr std::uint64_t kChapter = 3;
-constexpr std::uint64_t kChapterCount = 4;
+constexpr std::uint64_t kSoundOutput = 3;
 constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
 
-// Runs of an item that is repeated, in one go. At the end of them the core seeks to the start, which takes some frames.
-constexpr int kRuns = 1000;
+// The protocol under which the core finds the item's stream; the item's generation follows.
+constexpr const char* kProtocol = "quilex";
 
 struct Option {
   const char* name;
@@ -54,8 +54,7 @@ constexpr std::array kOptions{
     Option{"input-vo-keyboard", "no"},
     Option{"input-media-keys", "no"},
     Option{"osd-level", "0"},
-    // The core works its title out anew with each frame; left to itself, of the name of what it plays, which is a long
-    // one for an item that is repeated.
+    // The core works its title out again with each frame; a constant is the cheapest.
     Option{"title", "QuilexHelper"},
     Option{"sub", "no"},
     Option{"audio-display", "no"},
@@ -75,26 +74,11 @@ constexpr std::array kOptions{
     // Without an audio device the video keeps its pace.
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "QuilexHelper"},
-    // Text, directories and playlists are not media: only libavformat reads files, and of its formats only those that
-    // hold their media themselves.
+    // The core reads streams of ours, which libavformat takes apart by the format that is named for each.
     Option{"demuxer", "lavf"},
+    Option{"cache", "no"},
+    Option{"demuxer-max-back-bytes", "0"},
 };
-
-// The file many times in a row as one item: an edit decision list, of which the core decodes each part while it still
-// shows the one before (mpv's DOCS/edl-mpv.rst; the length in front of a name takes it literally). Each part begins a
-// chapter.
-std::string repeated(const std::filesystem::path& file) {
-  const std::string part = "%" + std::to_string(file.native().size()) + "%" + file.native() + ";";
-  std::string list = "edl://";
-  list.reserve(list.size() + kRuns * part.size());
-  for (int run = 0; run < kRuns; ++run) {
-    list += part;
-  }
-  return list;
-}
-
-// The list refers to the file, which the core has been able to play by itself before.
-constexpr const char* kRepeatedOptions = "demuxer=,access-references=yes";
 
 MpvHandle makeCore() {
   // libmpv reads numbers in option texts by the locale.
@@ -108,9 +92,10 @@ MpvHandle makeCore() {
       fatalError(std::string("the player library does not know the option ") + option.name);
     }
   }
-  const auto allowed =
-      std::string("format_whitelist=\"") + kMediaFormats + "\",protocol_whitelist=\"" + kMediaProtocols + "\"";
+  const auto allowed = std::string("format_whitelist=\"") + kMediaFormats + "\",protocol_whitelist=none";
   mpv_set_option_string(core.get(), "demuxer-lavf-o", allowed.c_str());
+  // The picture may grow on the way.
+  mpv_set_option_string(core.get(), "vd-lavc-o", ("max_pixels=" + std::to_string(kMostPixels)).c_str());
   if (mpv_initialize(core.get()) < 0) {
     fatalError("the player library could not be started");
   }
@@ -123,14 +108,23 @@ double cubicVolume(float amplitude) {
   return std::isnan(amplitude) ? 0 : 100 * std::cbrt(std::clamp(static_cast<double>(amplitude), 0.0, 1.0));
 }
 
-MpvPlayer::MpvPlayer(VideoOutput& output) : videoOutput(output), core(makeCore()), wakeup([this] { drainEvents(); }) {
+MpvPlayer::MpvPlayer(VideoOutput& output)
+    : videoOutput(output),
+      core(makeCore()),
+      sound(core.get()),
+      wakeup([this] { drainEvents(); }),
+      streamOpened([this] { handOver(); }) {
+  patience.setSingleShot(true);
+  QObject::connect(&patience, &QTimer::timeout, &patience, [this] { refuse("its file system does not answer"); });
   mpv_set_wakeup_callback(
       core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
   mpv_request_log_messages(core.get(), "error");
-  mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+  watchEnd();
   mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
-  mpv_observe_property(core.get(), kChapterCount, "chapters", MPV_FORMAT_INT64);
-  mpv_observe_property(core.get(), kChapter, "chapter", MPV_FORMAT_INT64);
+  mpv_observe_property(core.get(), kSoundOutput, "current-ao", MPV_FORMAT_STRING);
+  if (mpv_stream_cb_add_ro(core.get(), kProtocol, &offer, openOffered) < 0) {
+    fatalError("the player library takes no streams");
+  }
   videoOutput.attach(core.get());
 }
 
@@ -138,6 +132,40 @@ MpvPlayer::~MpvPlayer() {
   mpv_set_wakeup_callback(core.get(), nullptr, nullptr);
   // The render context goes before the core it belongs to.
   videoOutput.detach();
+  // Its thread may be waiting for the file.
+  const std::lock_guard guard(offer.lock);
+  for (const auto& each : offer.handedOut) {
+    if (const auto given = each.lock()) {
+      given->cancel();
+    }
+  }
+}
+
+// Called by the core, in a thread of its own.
+int MpvPlayer::openOffered(void* data, char* uri, mpv_stream_cb_info* info) {
+  auto& offered = *static_cast<Offer*>(data);
+  const std::lock_guard guard(offered.lock);
+  if (offered.stream == nullptr || offered.uri != uri) {
+    return MPV_ERROR_LOADING_FAILED;
+  }
+  using Cookie = std::shared_ptr<MediaStream>;
+  info->cookie = new Cookie(offered.stream);
+  info->read_fn = [](void* cookie, char* buffer, std::uint64_t bytes) {
+    return (*static_cast<Cookie*>(cookie))->read(buffer, bytes);
+  };
+  info->cancel_fn = [](void* cookie) { (*static_cast<Cookie*>(cookie))->cancel(); };
+  info->close_fn = [](void* cookie) {
+    (*static_cast<Cookie*>(cookie))->cancel();
+    delete static_cast<Cookie*>(cookie);
+  };
+  if (offered.stream->size() >= 0) {
+    info->seek_fn = [](void* cookie, std::int64_t offset) -> std::int64_t {
+      const std::int64_t place = (*static_cast<Cookie*>(cookie))->seek(offset);
+      return place < 0 ? std::int64_t{MPV_ERROR_GENERIC} : place;
+    };
+    info->size_fn = [](void* cookie) { return (*static_cast<Cookie*>(cookie))->size(); };
+  }
+  return 0;
 }
 
 void MpvPlayer::setFlag(const char* property, bool value) {
@@ -157,11 +185,28 @@ void MpvPlayer::setVolume(float newAmplitude) {
   amplitude = newAmplitude;
   double percent = cubicVolume(amplitude);
   mpv_set_property_async(core.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
+  sound.setAudible(!muted && percent > 0);
 }
 
 void MpvPlayer::setMuted(bool mute) {
   muted = mute;
   setFlag("mute", mute);
+  sound.setAudible(!muted && cubicVolume(amplitude) > 0);
+}
+
+void MpvPlayer::setRepeating(bool repeats) {
+  if (repeats == repeating) {
+    return;
+  }
+  repeating = repeats;
+  watchEnd();
+  if (stream) {
+    stream->setRepeating(repeats);
+  }
+  if (form == MediaStream::Form::bytes) {
+    const char* loops = repeats ? "inf" : "no";
+    mpv_set_property_async(core.get(), 0, "file-local-options/loop-file", MPV_FORMAT_STRING, &loops);
+  }
 }
 
 void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
@@ -170,41 +215,64 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
     return;
   }
   item = file;
-  repeatable = true;
   status = PlayerItemStatus::unknown;
-  load(Form::once);
+  suitable = MediaStream::Form::packets;
+  load();
 }
 
-void MpvPlayer::load(Form newForm) {
-  form = newForm;
-  run = 0;
+void MpvPlayer::load() {
+  ++generation;
+  form = suitable;
   ended = false;
   playlistEntry = 0;
   started = false;
   restarted = false;
-  // An absolute path begins with a slash, which no protocol or option does.
-  const std::string list = form == Form::repeated ? repeated(item) : std::string();
-  const char* const url = form == Form::repeated ? list.c_str() : item.c_str();
-  const char* const options = form == Form::repeated ? kRepeatedOptions : "";
-  std::array command{"loadfile", url, "replace", options, static_cast<const char*>(nullptr)};
-  mpv_command_async(core.get(), kFirstLoad + ++generation, command.data());
+  stream = std::make_shared<MediaStream>(item, suitable, repeating, [this] { streamOpened.signal(); });
+  patience.start(MediaStream::kPatience);
+}
+
+// Gives the core the stream that was opened.
+void MpvPlayer::handOver() {
+  const MediaStream::Result* result = stream && playlistEntry == 0 ? stream->result() : nullptr;
+  if (result == nullptr || !patience.isActive()) {
+    return;
+  }
+  patience.stop();
+  if (const auto* error = std::get_if<MediaInput::Error>(result)) {
+    refuse(error->message.c_str());
+    return;
+  }
+  const auto& facts = std::get<MediaStream::Facts>(*result);
+  form = facts.form;
+  const std::string uri = std::string(kProtocol) + "://" + std::to_string(generation);
+  {
+    const std::lock_guard guard(offer.lock);
+    std::erase_if(offer.handedOut, [](const auto& each) { return each.expired(); });
+    offer.handedOut.push_back(stream);
+    offer.stream = stream;
+    offer.uri = uri;
+  }
+  MpvTexts options{{"demuxer-lavf-format", facts.format}};
+  if (form == MediaStream::Form::packets) {
+    // The header says all there is to know.
+    options.emplace_back("demuxer-lavf-probe-info", "no");
+  } else if (repeating) {
+    options.emplace_back("loop-file", "inf");
+  }
+  if (!videoOutput.turnsPictures()) {
+    constexpr std::array kTurns{"", "lavfi=[transpose=clock]", "lavfi=[hflip,vflip]", "lavfi=[transpose=cclock]"};
+    options.emplace_back("video-rotate", "no");
+    options.emplace_back("vf", kTurns[static_cast<std::size_t>(facts.quarterTurns)]);
+  } else if (form == MediaStream::Form::packets) {
+    options.emplace_back("video-rotate", std::to_string(90 * facts.quarterTurns));
+  }
+  commandAsync(core.get(), kFirstLoad + generation, {{"name", "loadfile"}, {"url", uri}, {"flags", "replace"}}, options);
 }
 
 void MpvPlayer::seekToZero() {
-  if (!hasCurrentItem()) {
-    return;
+  if (hasCurrentItem() && status != PlayerItemStatus::failed) {
+    load();
   }
-  const bool wasShownWhole = std::exchange(ended, false);
-  if (std::exchange(startedOver, false)) {
-    return;
-  }
-  if (wasShownWhole && form == Form::once && repeatable) {
-    load(Form::repeated);
-    return;
-  }
-  run = 0;
-  std::array command{"seek", "0", "absolute+keyframes", static_cast<const char*>(nullptr)};
-  mpv_command_async(core.get(), 0, command.data());
 }
 
 Disposable MpvPlayer::observeStatus(std::function<void(PlayerItemStatus)> handler) {
@@ -249,10 +317,7 @@ void MpvPlayer::handle(const mpv_event& event) {
       if (started) {
         restarted = true;
         setStatus(PlayerItemStatus::readyToPlay);
-        // A change that is undone before this thread looks is not told, so a new run is watched anew: the first look
-        // always tells the value.
-        mpv_unobserve_property(core.get(), kEndOfFile);
-        mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+        watchEnd();
       }
       break;
     case MPV_EVENT_PROPERTY_CHANGE:
@@ -285,28 +350,12 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
         videoOutput.frameLost();
       }
       break;
-    case kChapterCount:
-      // The file's own chapters are chapters of each run.
-      chaptersOfRun = std::max<std::int64_t>(*static_cast<const std::int64_t*>(change.data) / kRuns, 1);
-      break;
-    case kChapter:
-      enterRun(*static_cast<const std::int64_t*>(change.data) / chaptersOfRun);
+    case kSoundOutput:
+      sound.opened(*static_cast<const char* const*>(change.data));
       break;
     default:
       break;
   }
-}
-
-// The end of a run is told when the next has begun; whoever wants the item again has it already.
-void MpvPlayer::enterRun(std::int64_t number) {
-  if (form != Form::repeated || !restarted || number <= run) {
-    return;
-  }
-  run = number;
-  ended = true;
-  startedOver = true;
-  endObservers.notify();
-  startedOver = false;
 }
 
 void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
@@ -317,17 +366,33 @@ void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
 }
 
 void MpvPlayer::failed() {
-  if (form == Form::repeated) {
-    // It played by itself; perhaps its length is not known.
-    repeatable = false;
-    load(Form::once);
+  if (form == MediaStream::Form::packets && !restarted) {
+    // Perhaps the format of the packets has no place for something that the file's own has.
+    suitable = MediaStream::Form::bytes;
+    load();
   } else {
-    setStatus(PlayerItemStatus::failed);
+    refuse("it cannot be decoded");
   }
 }
 
+void MpvPlayer::refuse(const char* reason) {
+  patience.stop();
+  stream->cancel();
+  std::fprintf(stderr, "cannot play %s: %s\n", item.c_str(), reason);
+  commandAsync(core.get(), 0, {{"name", "stop"}});
+  setStatus(PlayerItemStatus::failed);
+}
+
+// Has the core say whether the end is reached now: a change that was undone before this thread looked is never
+// reported, but the first value after observing is.
+void MpvPlayer::watchEnd() {
+  mpv_unobserve_property(core.get(), kEndOfFile);
+  mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+}
+
 void MpvPlayer::raiseEnd() {
-  if (!started || ended) {
+  // A single picture that is repeated just stays.
+  if (!started || ended || (restarted && repeating && stream->isStill())) {
     return;
   }
   if (!restarted) {
@@ -342,9 +407,6 @@ void MpvPlayer::raiseEnd() {
 void MpvPlayer::setStatus(PlayerItemStatus newStatus) {
   if (newStatus != status) {
     status = newStatus;
-    if (status == PlayerItemStatus::failed) {
-      std::fprintf(stderr, "cannot play %s\n", item.c_str());
-    }
     statusObservers.notify(newStatus);
   }
 }

@@ -1,11 +1,19 @@
 #pragma once
 
+#include <mpv/stream_cb.h>
+
+#include <QTimer>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <mutex>
 #include <string>
+#include <vector>
 
 #include "app/ObserverList.h"
+#include "linux/media/MediaStream.h"
 #include "linux/mpv/MpvHandle.h"
+#include "linux/mpv/SoundOutput.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/VideoOutput.h"
 #include "platform/VideoPlayer.h"
@@ -15,8 +23,7 @@ namespace quilex {
 /// The player over libmpv: one core that draws into a VideoOutput. All requests to the core are asynchronous. A core
 /// that cannot be made stops the process.
 ///
-/// An item that is sought back to its start at its end is likely to be wanted again and again. It then goes on without
-/// a gap from run to run; the end of each is told as before, with the next one's first frame on screen.
+/// The core never opens a file: it is given a stream of ours, whatever its item is.
 class MpvPlayer : public VideoPlayer {
  public:
   /// `output` must outlive the player.
@@ -28,6 +35,7 @@ class MpvPlayer : public VideoPlayer {
   bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
+  void setRepeating(bool repeats);
   float volume() const override { return amplitude; }
   void setVolume(float newAmplitude) override;
   bool isMuted() const override { return muted; }
@@ -36,23 +44,41 @@ class MpvPlayer : public VideoPlayer {
   [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
 
  private:
-  /// How the core has been given the item: as the file itself, or as many runs of it without a gap.
-  enum class Form { once, repeated };
+  /// What the core's threads may open.
+  struct Offer {
+    std::mutex lock;
+    std::string uri;
+    std::shared_ptr<MediaStream> stream;
+    std::vector<std::weak_ptr<MediaStream>> handedOut;
+  };
 
-  void load(Form newForm);
+  static int openOffered(void* data, char* uri, mpv_stream_cb_info* info);
+  void load();
+  void handOver();
   void drainEvents();
   void handle(const mpv_event& event);
   void handleChange(std::uint64_t property, const mpv_event_property& change);
-  void enterRun(std::int64_t number);
   void handleEnd(const mpv_event_end_file& end);
   void failed();
+  void refuse(const char* reason);
+  void watchEnd();
   void raiseEnd();
   void setStatus(PlayerItemStatus newStatus);
   void setFlag(const char* property, bool value);
 
   VideoOutput& videoOutput;
+  Offer offer;
   MpvHandle core;
+  SoundOutput sound;
   Wakeup wakeup;
+  Wakeup streamOpened;
+  /// Runs while an item is being opened.
+  QTimer patience;
+  std::shared_ptr<MediaStream> stream;
+  /// What the item's stream carries, and what it should carry when it is loaded again.
+  MediaStream::Form form = MediaStream::Form::packets;
+  MediaStream::Form suitable = MediaStream::Form::packets;
+  bool repeating = false;
   float amplitude = 1;
   bool muted = false;
   std::filesystem::path item;
@@ -62,15 +88,8 @@ class MpvPlayer : public VideoPlayer {
   std::int64_t playlistEntry = 0;
   /// Whether the core has turned to the current item.
   bool started = false;
-  /// Whether there has been a frame since the item was handed over in its present form.
+  /// Whether there has been a frame since the item was handed over.
   bool restarted = false;
-  Form form = Form::once;
-  bool repeatable = true;
-  /// Of the repeated form: the run that is shown, and the chapters in each.
-  std::int64_t run = 0;
-  std::int64_t chaptersOfRun = 1;
-  /// While the end of a run is told: the next has begun.
-  bool startedOver = false;
   PlayerItemStatus status = PlayerItemStatus::unknown;
   bool ended = false;
   ObserverList<PlayerItemStatus> statusObservers;

@@ -40,6 +40,7 @@ class GpuRenderer : public Renderer {
   ~GpuRenderer() override;
 
   MpvRenderContext makeContext(mpv_handle* core) override;
+  bool turnsPictures() const override { return true; }
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
 

@@ -53,6 +53,9 @@ class Renderer {
   /// Sets the core's options that go with this renderer and makes its render context; a core that cannot be rendered
   /// stops the process.
   virtual MpvRenderContext makeContext(mpv_handle* core) = 0;
+  /// Whether that context turns pictures as the core's option "video-rotate" says. libmpv's software renderer does not:
+  /// it stops the process where the turned picture has another shape.
+  virtual bool turnsPictures() const { return false; }
   virtual std::unique_ptr<Picture> makePicture(PixelSize size) = 0;
   /// The window is about to be destroyed.
   virtual void forget(NativeWindow window) = 0;

@@ -25,6 +25,7 @@ class VideoOutput {
   /// Takes frames from the core, which must be detached before it is destroyed.
   void attach(mpv_handle* core);
   void detach();
+  bool turnsPictures() const { return renderer->turnsPictures(); }
   /// The core has no current frame any more; what was drawn of it stays.
   void frameLost() { hasFrame = false; }
 

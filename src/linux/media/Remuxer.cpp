@@ -1,0 +1,346 @@
+#include "linux/media/Remuxer.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavutil/intreadwrite.h>
+#include <libavutil/mathematics.h>
+}
+
+#include <algorithm>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr int kWriteBufferBytes = 64 * 1024;
+/// A clip whose packets take no more than this is read from its file once.
+constexpr std::size_t kMostMemoryBytes = 1024 * 1024;
+/// How much is read in search of the first picture, and how much sound is held back.
+constexpr std::size_t kMostPacketsAhead = 2000;
+constexpr std::size_t kMostHeldBytes = 4 * 1024 * 1024;
+/// Timestamps start here, since NUT has no negative ones and sound may begin before the pictures.
+constexpr int kLeadSeconds = 2;
+constexpr std::size_t kSkipSamplesBytes = 10;
+#if LIBAVFORMAT_VERSION_MAJOR >= 61
+using WrittenBytes = const std::uint8_t;
+#else
+using WrittenBytes = std::uint8_t;
+#endif
+
+int writeBytes(void* sink, WrittenBytes* bytes, int size) {
+  const bool taken = (*static_cast<Remuxer::Sink*>(sink))({bytes, static_cast<std::size_t>(size)});
+  return taken ? size : AVERROR_EXIT;
+}
+
+bool isShown(const AVPacket& packet) {
+  return (packet.flags & AV_PKT_FLAG_DISCARD) == 0;
+}
+
+// The samples that a packet holds.
+std::int64_t sampleCount(const AVPacket& packet, const AVStream& stream) {
+  const int exact = av_get_audio_frame_duration2(stream.codecpar, packet.size);
+  return exact > 0 ? exact : av_rescale_q(packet.duration, stream.time_base, {1, stream.codecpar->sample_rate});
+}
+
+// How a packet asks the decoder to skip samples at its start and its end.
+std::pair<std::int64_t, std::int64_t> skippedSamples(const AVPacket& packet) {
+  std::size_t size = 0;
+  const std::uint8_t* data = av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
+  if (data == nullptr || size < kSkipSamplesBytes) {
+    return {0, 0};
+  }
+  return {AV_RL32(data), AV_RL32(data + 4)};
+}
+
+void skipSamples(AVPacket& packet, std::int64_t atStart, std::int64_t atEnd) {
+  std::size_t size = 0;
+  std::uint8_t* data = av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
+  if (data == nullptr && (atStart > 0 || atEnd > 0)) {
+    size = kSkipSamplesBytes;
+    data = av_packet_new_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, size);
+    if (data != nullptr) {
+      std::fill_n(data, size, std::uint8_t{0});
+    }
+  }
+  if (data != nullptr && size >= kSkipSamplesBytes) {
+    AV_WL32(data, static_cast<std::uint32_t>(std::max<std::int64_t>(atStart, 0)));
+    AV_WL32(data + 4, static_cast<std::uint32_t>(std::max<std::int64_t>(atEnd, 0)));
+  }
+}
+
+}  // namespace
+
+void Remuxer::CloseOutput::operator()(AVFormatContext* context) const {
+  if (context->pb != nullptr) {
+    av_freep(&context->pb->buffer);
+    avio_context_free(&context->pb);
+  }
+  avformat_free_context(context);
+}
+
+Remuxer::Remuxer(MediaInput source, Sink takeBytes) : input(std::move(source)), sink(std::move(takeBytes)) {}
+
+Remuxer::~Remuxer() = default;
+
+std::unique_ptr<Remuxer> Remuxer::make(MediaInput source, Sink takeBytes) {
+  // Elementary streams have no timestamps of their own.
+  if ((source.context()->iformat->flags & AVFMT_NOTIMESTAMPS) != 0) {
+    return nullptr;
+  }
+  std::unique_ptr<Remuxer> remuxer(new Remuxer(std::move(source), std::move(takeBytes)));
+  remuxer->picture.in = remuxer->input.picture();
+  remuxer->sound.in = remuxer->input.sound();
+  return remuxer->lookAhead() && remuxer->writeHeader() ? std::move(remuxer) : nullptr;
+}
+
+// Finds the first picture.
+bool Remuxer::lookAhead() {
+  while (ahead.size() < kMostPacketsAhead) {
+    Packet packet(av_packet_alloc());
+    if (!packet || av_read_frame(input.context(), packet.get()) < 0) {
+      return false;
+    }
+    const AVPacket& read = *packet;
+    ahead.push_back(std::move(packet));
+    if (read.stream_index != picture.in->index) {
+      continue;
+    }
+    if (!isShown(read) || read.pts == AV_NOPTS_VALUE) {
+      return false;
+    }
+    if ((read.flags & AV_PKT_FLAG_KEY) != 0) {
+      firstPicture = read.pts;
+      passStart = av_rescale_q_rnd(kLeadSeconds, {1, 1}, picture.in->time_base, AV_ROUND_UP);
+      passEnd = passStart;
+      return true;
+    }
+  }
+  return false;
+}
+
+bool Remuxer::writeHeader() {
+  AVFormatContext* context = nullptr;
+  if (avformat_alloc_output_context2(&context, nullptr, "nut", nullptr) < 0) {
+    return false;
+  }
+  output.reset(context);
+  auto* buffer = static_cast<unsigned char*>(av_malloc(kWriteBufferBytes));
+  context->pb = avio_alloc_context(buffer, kWriteBufferBytes, 1, &sink, nullptr, writeBytes, nullptr);
+  if (context->pb == nullptr || !addTrack(picture, input.picture()) ||
+      (sound.in != nullptr && !addTrack(sound, input.sound()))) {
+    return false;
+  }
+  // Only its fourth version carries the samples that are to be skipped. Each packet is handed over at once; nothing is
+  // kept of those that were.
+  context->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
+  context->flags |= AVFMT_FLAG_FLUSH_PACKETS;
+  AVDictionary* options = nullptr;
+  av_dict_set(&options, "syncpoints", "none", 0);
+  av_dict_set(&options, "write_index", "0", 0);
+  const int result = avformat_write_header(context, &options);
+  av_dict_free(&options);
+  return result >= 0;
+}
+
+bool Remuxer::addTrack(Track& track, AVStream* in) {
+  AVStream* out = avformat_new_stream(output.get(), nullptr);
+  if (out == nullptr || avcodec_parameters_copy(out->codecpar, in->codecpar) < 0) {
+    return false;
+  }
+  out->codecpar->codec_tag = 0;
+  const bool isSound = in->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+  out->time_base = isSound ? AVRational{1, in->codecpar->sample_rate} : in->time_base;
+  out->avg_frame_rate = in->avg_frame_rate;
+  out->r_frame_rate = in->r_frame_rate;
+  out->sample_aspect_ratio = av_guess_sample_aspect_ratio(input.context(), in, nullptr);
+  out->codecpar->sample_aspect_ratio = out->sample_aspect_ratio;
+  track.in = in;
+  track.out = out;
+  return true;
+}
+
+Packet Remuxer::next() {
+  if (inMemory) {
+    return nextInMemory < memory.size() ? Packet(av_packet_clone(memory[nextInMemory++].get())) : nullptr;
+  }
+  Packet packet;
+  if (!ahead.empty()) {
+    packet = std::move(ahead.front());
+    ahead.pop_front();
+  } else {
+    packet.reset(av_packet_alloc());
+    if (!packet || av_read_frame(input.context(), packet.get()) < 0) {
+      return nullptr;
+    }
+  }
+  keep(*packet);
+  return packet;
+}
+
+void Remuxer::keep(const AVPacket& packet) {
+  memoryBytes += static_cast<std::size_t>(packet.size) + sizeof packet;
+  if (memoryBytes <= kMostMemoryBytes) {
+    memory.emplace_back(av_packet_clone(&packet));
+  } else {
+    memory.clear();
+  }
+}
+
+bool Remuxer::writePass() {
+  picturesInPass = 0;
+  nextSample = AV_NOPTS_VALUE;
+  soundEnd = 0;
+  while (Packet packet = next()) {
+    bool written = true;
+    if (packet->stream_index == picture.in->index) {
+      written = handlePicture(std::move(packet));
+    } else if (sound.in != nullptr && packet->stream_index == sound.in->index) {
+      measureSound(std::move(packet));
+      written = releaseSound(soundTime(passEnd));
+    }
+    if (!written) {
+      return false;
+    }
+  }
+  return picturesInPass > 0 && endPass() && rewind();
+}
+
+bool Remuxer::handlePicture(Packet packet) {
+  if (packet->pts == AV_NOPTS_VALUE) {
+    packet->pts = packet->dts;
+  }
+  // Pictures before the first one need others that are not there.
+  if (packet->pts == AV_NOPTS_VALUE || packet->pts < firstPicture || !isShown(*packet)) {
+    return true;
+  }
+  const std::int64_t shift = passStart - firstPicture;
+  const std::int64_t start = packet->pts + shift;
+  if (packet->duration > 0) {
+    lastDuration = packet->duration;
+  } else if (start > passEnd) {
+    lastDuration = start - passEnd;
+  }
+  passEnd = std::max(passEnd, start + lastDuration);
+  ++picturesInPass;
+  const AVRational from = picture.in->time_base;
+  const AVRational to = picture.out->time_base;
+  packet->pts = av_rescale_q(start, from, to);
+  packet->dts = packet->dts == AV_NOPTS_VALUE ? packet->pts : av_rescale_q(packet->dts + shift, from, to);
+  packet->duration = av_rescale_q(packet->duration, from, to);
+  return write(picture, *packet) && releaseSound(soundTime(passEnd));
+}
+
+// In samples, as all times of the sound.
+std::int64_t Remuxer::soundTime(std::int64_t pictureTime) const {
+  return sound.in == nullptr
+             ? 0
+             : av_rescale_q(pictureTime, picture.in->time_base, {1, sound.in->codecpar->sample_rate});
+}
+
+void Remuxer::measureSound(Packet packet) {
+  const int rate = sound.in->codecpar->sample_rate;
+  // Containers round their timestamps; what was counted is exact.
+  const std::int64_t tolerance = rate / 50;
+  const std::int64_t length = sampleCount(*packet, *sound.in);
+  std::int64_t start = nextSample;
+  if (packet->pts != AV_NOPTS_VALUE) {
+    const std::int64_t stamped = av_rescale_q(packet->pts, sound.in->time_base, {1, rate}) - soundTime(firstPicture) +
+                                 soundTime(passStart);
+    if (start == AV_NOPTS_VALUE) {
+      const std::int64_t audible = stamped + skippedSamples(*packet).first - soundTime(passStart);
+      start = std::abs(audible) <= rate / 500 ? stamped - audible : stamped;
+    } else if (std::abs(stamped - start) > tolerance) {
+      start = stamped;
+    }
+  }
+  if (start == AV_NOPTS_VALUE || length <= 0) {
+    return;
+  }
+  nextSample = start + length;
+  soundEnd = std::max(soundEnd, nextSample - skippedSamples(*packet).second);
+  heldBytes += static_cast<std::size_t>(packet->size);
+  heldSound.push_back({std::move(packet), start, length});
+}
+
+// Writes the held sound that ends before `until`, or that is too much to be held.
+bool Remuxer::releaseSound(std::int64_t until) {
+  while (!heldSound.empty()) {
+    Held& first = heldSound.front();
+    const bool isTooMuch = heldBytes > kMostHeldBytes || heldSound.size() > kMostPacketsAhead;
+    if (first.start + first.length > until && !isTooMuch) {
+      break;
+    }
+    if (!writeSound(first, INT64_MAX)) {
+      return false;
+    }
+    heldBytes -= static_cast<std::size_t>(first.packet->size);
+    heldSound.pop_front();
+  }
+  return true;
+}
+
+// Writes what lies between the start of the pass and `end`.
+bool Remuxer::writeSound(Held& held, std::int64_t end) {
+  const std::int64_t begin = soundTime(passStart);
+  const std::int64_t after = held.start + held.length;
+  const auto [atStart, atEnd] = skippedSamples(*held.packet);
+  // What is skipped is decoded all the same: the first audible samples may need it.
+  if (held.start >= end || after < begin - sound.in->codecpar->sample_rate) {
+    return true;
+  }
+  skipSamples(*held.packet, std::clamp(begin - held.start, atStart, std::max(atStart, held.length)),
+              std::clamp(after - end, atEnd, std::max(atEnd, held.length)));
+  const AVRational samples{1, sound.in->codecpar->sample_rate};
+  held.packet->pts = av_rescale_q(held.start, samples, sound.out->time_base);
+  held.packet->dts = held.packet->pts;
+  held.packet->duration = av_rescale_q(held.length, samples, sound.out->time_base);
+  return write(sound, *held.packet);
+}
+
+bool Remuxer::endPass() {
+  if (sound.in != nullptr && !heldSound.empty()) {
+    const int rate = sound.in->codecpar->sample_rate;
+    if (soundEnd - soundTime(passEnd) > rate / 2) {
+      passEnd = av_rescale_q_rnd(soundEnd, {1, rate}, picture.in->time_base, AV_ROUND_UP);
+    }
+    for (Held& each : heldSound) {
+      if (!writeSound(each, soundTime(passEnd))) {
+        return false;
+      }
+    }
+  }
+  heldSound.clear();
+  heldBytes = 0;
+  passStart = passEnd;
+  return true;
+}
+
+bool Remuxer::rewind() {
+  if (inMemory || !memory.empty()) {
+    inMemory = true;
+    nextInMemory = 0;
+    return true;
+  }
+  auto again = input.reopen();
+  if (std::holds_alternative<MediaInput::Error>(again)) {
+    return false;
+  }
+  input = std::get<MediaInput>(std::move(again));
+  picture.in = input.picture();
+  sound.in = sound.out != nullptr ? input.sound() : nullptr;
+  return sound.out == nullptr || sound.in != nullptr;
+}
+
+bool Remuxer::write(Track& track, AVPacket& packet) {
+  if (track.lastDecodingTime != AV_NOPTS_VALUE) {
+    packet.dts = std::max(packet.dts, track.lastDecodingTime + 1);
+  }
+  packet.pts = std::max(packet.pts, packet.dts);
+  track.lastDecodingTime = packet.dts;
+  packet.stream_index = track.out->index;
+  packet.pos = -1;
+  return av_write_frame(output.get(), &packet) >= 0;
+}
+
+}  // namespace quilex
