@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quilex {
@@ -22,6 +23,10 @@ constexpr std::size_t kMostHeldBytes = 4 * 1024 * 1024;
 /// Timestamps start here, since NUT has no negative ones and sound may begin before the pictures.
 constexpr int kLeadSeconds = 2;
 constexpr std::size_t kSkipSamplesBytes = 10;
+/// Shares of a second. Containers round their timestamps by no more than the first, while the counted samples are
+/// exact; the second is an offset between sound and pictures that nobody notices.
+constexpr int kLargestRounding = 50;
+constexpr int kLeastOffset = 100;
 #if LIBAVFORMAT_VERSION_MAJOR >= 61
 using WrittenBytes = const std::uint8_t;
 #else
@@ -35,12 +40,6 @@ int writeBytes(void* sink, WrittenBytes* bytes, int size) {
 
 bool isShown(const AVPacket& packet) {
   return (packet.flags & AV_PKT_FLAG_DISCARD) == 0;
-}
-
-// The samples that a packet holds.
-std::int64_t sampleCount(const AVPacket& packet, const AVStream& stream) {
-  const int exact = av_get_audio_frame_duration2(stream.codecpar, packet.size);
-  return exact > 0 ? exact : av_rescale_q(packet.duration, stream.time_base, {1, stream.codecpar->sample_rate});
 }
 
 // How a packet asks the decoder to skip samples at its start and its end.
@@ -71,6 +70,10 @@ void skipSamples(AVPacket& packet, std::int64_t atStart, std::int64_t atEnd) {
 
 }  // namespace
 
+void Remuxer::FreeBlocks::operator()(AVVorbisParseContext* context) const {
+  av_vorbis_parse_free(&context);
+}
+
 void Remuxer::CloseOutput::operator()(AVFormatContext* context) const {
   if (context->pb != nullptr) {
     av_freep(&context->pb->buffer);
@@ -91,6 +94,10 @@ std::unique_ptr<Remuxer> Remuxer::make(MediaInput source, Sink takeBytes) {
   std::unique_ptr<Remuxer> remuxer(new Remuxer(std::move(source), std::move(takeBytes)));
   remuxer->picture.in = remuxer->input.picture();
   remuxer->sound.in = remuxer->input.sound();
+  if (remuxer->sound.in != nullptr && remuxer->sound.in->codecpar->codec_id == AV_CODEC_ID_VORBIS) {
+    const AVCodecParameters* parameters = remuxer->sound.in->codecpar;
+    remuxer->blocks.reset(av_vorbis_parse_init(parameters->extradata, parameters->extradata_size));
+  }
   return remuxer->lookAhead() && remuxer->writeHeader() ? std::move(remuxer) : nullptr;
 }
 
@@ -203,6 +210,7 @@ bool Remuxer::writePass() {
       return false;
     }
   }
+  isInLaterPass = true;
   return picturesInPass > 0 && endPass() && rewind();
 }
 
@@ -232,6 +240,15 @@ bool Remuxer::handlePicture(Packet packet) {
 }
 
 // In samples, as all times of the sound.
+std::int64_t Remuxer::sampleCount(const AVPacket& packet) {
+  const AVStream& stream = *sound.in;
+  int exact = av_get_audio_frame_duration2(stream.codecpar, packet.size);
+  if (blocks) {
+    exact = av_vorbis_parse_frame(blocks.get(), packet.data, packet.size);
+  }
+  return exact > 0 ? exact : av_rescale_q(packet.duration, stream.time_base, {1, stream.codecpar->sample_rate});
+}
+
 std::int64_t Remuxer::soundTime(std::int64_t pictureTime) const {
   return sound.in == nullptr
              ? 0
@@ -240,17 +257,15 @@ std::int64_t Remuxer::soundTime(std::int64_t pictureTime) const {
 
 void Remuxer::measureSound(Packet packet) {
   const int rate = sound.in->codecpar->sample_rate;
-  // Containers round their timestamps; what was counted is exact.
-  const std::int64_t tolerance = rate / 50;
-  const std::int64_t length = sampleCount(*packet, *sound.in);
+  const bool isFirst = nextSample == AV_NOPTS_VALUE;
+  std::int64_t length = sampleCount(*packet);
   std::int64_t start = nextSample;
   if (packet->pts != AV_NOPTS_VALUE) {
     const std::int64_t stamped = av_rescale_q(packet->pts, sound.in->time_base, {1, rate}) - soundTime(firstPicture) +
                                  soundTime(passStart);
-    if (start == AV_NOPTS_VALUE) {
-      const std::int64_t audible = stamped + skippedSamples(*packet).first - soundTime(passStart);
-      start = std::abs(audible) <= rate / 500 ? stamped - audible : stamped;
-    } else if (std::abs(stamped - start) > tolerance) {
+    if (isFirst) {
+      start = firstSample(*packet, stamped);
+    } else if (std::abs(stamped - start) > rate / kLargestRounding) {
       start = stamped;
     }
   }
@@ -258,9 +273,29 @@ void Remuxer::measureSound(Packet packet) {
     return;
   }
   nextSample = start + length;
+  if (blocks && isFirst) {
+    // A decoder makes samples of this packet and the one before it: none at all in the first pass, and none that
+    // belong to the file later.
+    nextSample = start;
+    start -= length;
+    if (!isInLaterPass) {
+      length = 0;
+    }
+  }
   soundEnd = std::max(soundEnd, nextSample - skippedSamples(*packet).second);
   heldBytes += static_cast<std::size_t>(packet->size);
   heldSound.push_back({std::move(packet), start, length});
+}
+
+// Where the first packet of a pass begins: its samples before the first audible one are the decoder's to skip.
+std::int64_t Remuxer::firstSample(const AVPacket& packet, std::int64_t stamped) const {
+  const AVCodecParameters& parameters = *sound.in->codecpar;
+  const std::int64_t stated = skippedSamples(packet).first;
+  const std::int64_t silent = stated > 0 ? stated : parameters.initial_padding;
+  const std::int64_t begin = soundTime(passStart);
+  // Sound that all but begins with the pictures is taken to do so, so that nothing is missing at the seam.
+  const bool isMeantToBegin = std::abs(stamped + silent - begin) <= parameters.sample_rate / kLeastOffset;
+  return isMeantToBegin ? begin - silent : stamped;
 }
 
 // Writes the held sound that ends before `until`, or that is too much to be held.
@@ -298,11 +333,40 @@ bool Remuxer::writeSound(Held& held, std::int64_t end) {
   return write(sound, *held.packet);
 }
 
+// Opus predicts each packet from the one before, but for a change between its two coders, at which each forgets what it
+// was told (RFC 6716, section 4.5.2). A packet for the one and a packet for the other make the decoder as new; what they
+// sound like is skipped.
+bool Remuxer::writeReset() {
+  constexpr std::array<std::array<std::uint8_t, 4>, 2> kPackets{{{0xf8, 0xff, 0xfe, 0}, {0x08, 0, 0, 0}}};
+  for (const auto& bytes : kPackets) {
+    const Packet packet(av_packet_alloc());
+    if (!packet || av_new_packet(packet.get(), static_cast<int>(bytes.size())) < 0) {
+      return false;
+    }
+    std::copy(bytes.begin(), bytes.end(), packet->data);
+    skipSamples(*packet, sound.in->codecpar->sample_rate / 50, 0);
+    packet->flags |= AV_PKT_FLAG_KEY;
+    packet->pts = packet->dts = sound.lastDecodingTime;
+    if (!write(sound, *packet)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool Remuxer::endPass() {
+  // The last picture's duration is rounded as all timestamps are; at a constant rate the whole is known better.
+  const AVRational rate = picture.in->avg_frame_rate;
+  if (rate.num > 0 && rate.den > 0) {
+    const std::int64_t whole = av_rescale_q(picturesInPass, av_inv_q(rate), picture.in->time_base);
+    if (std::abs(whole - (passEnd - passStart)) <= 1) {
+      passEnd = passStart + whole;
+    }
+  }
   if (sound.in != nullptr && !heldSound.empty()) {
-    const int rate = sound.in->codecpar->sample_rate;
-    if (soundEnd - soundTime(passEnd) > rate / 2) {
-      passEnd = av_rescale_q_rnd(soundEnd, {1, rate}, picture.in->time_base, AV_ROUND_UP);
+    const int samples = sound.in->codecpar->sample_rate;
+    if (soundEnd - soundTime(passEnd) > samples / 2) {
+      passEnd = av_rescale_q_rnd(soundEnd, {1, samples}, picture.in->time_base, AV_ROUND_UP);
     }
     for (Held& each : heldSound) {
       if (!writeSound(each, soundTime(passEnd))) {
@@ -313,7 +377,7 @@ bool Remuxer::endPass() {
   heldSound.clear();
   heldBytes = 0;
   passStart = passEnd;
-  return true;
+  return sound.in == nullptr || sound.in->codecpar->codec_id != AV_CODEC_ID_OPUS || writeReset();
 }
 
 bool Remuxer::rewind() {

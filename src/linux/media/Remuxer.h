@@ -1,5 +1,9 @@
 #pragma once
 
+extern "C" {
+#include <libavcodec/vorbis_parser.h>
+}
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -37,6 +41,9 @@ class Remuxer {
   bool isStill() const { return picturesInPass == 1 && sound.in == nullptr; }
 
  private:
+  struct FreeBlocks {
+    void operator()(AVVorbisParseContext* context) const;
+  };
   struct CloseOutput {
     void operator()(AVFormatContext* context) const;
   };
@@ -64,8 +71,11 @@ class Remuxer {
   void keep(const AVPacket& packet);
   bool handlePicture(Packet packet);
   void measureSound(Packet packet);
+  std::int64_t sampleCount(const AVPacket& packet);
+  std::int64_t firstSample(const AVPacket& packet, std::int64_t stamped) const;
   bool releaseSound(std::int64_t until);
   bool writeSound(Held& held, std::int64_t end);
+  bool writeReset();
   bool endPass();
   bool write(Track& track, AVPacket& packet);
 
@@ -94,6 +104,9 @@ class Remuxer {
   std::deque<Held> heldSound;
   std::size_t heldBytes = 0;
   std::int64_t nextSample = AV_NOPTS_VALUE;
+  /// Vorbis packets hold as many samples as they and their predecessors say.
+  std::unique_ptr<AVVorbisParseContext, FreeBlocks> blocks;
+  bool isInLaterPass = false;
   std::int64_t soundEnd = 0;
 };
 
