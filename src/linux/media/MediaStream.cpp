@@ -92,9 +92,13 @@ void MediaStream::State::finish(Result facts) {
 }
 
 void MediaStream::State::sendPackets(Remuxer& remuxer) {
+  // Not before the player has taken the last pass, so that many short ones are not ahead when it is to be the last.
   const auto startsAgain = [&] {
-    const std::lock_guard guard(lock);
+    std::unique_lock guard(lock);
     still = remuxer.isStill();
+    idle = true;
+    changed.wait(guard, [&] { return cancelled || !repeating || still || ahead.size() == taken; });
+    idle = false;
     return repeating && !still && !cancelled;
   };
   while (remuxer.writePass() && startsAgain()) {
@@ -158,6 +162,7 @@ const MediaStream::Result* MediaStream::result() const {
 void MediaStream::setRepeating(bool repeats) {
   const std::lock_guard guard(state->lock);
   state->repeating = repeats;
+  state->changed.notify_all();
 }
 
 bool MediaStream::isStill() const {
