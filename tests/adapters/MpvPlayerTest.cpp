@@ -127,6 +127,39 @@ TEST_F(MpvPlayerTest, ASinglePictureThatIsRepeatedStays) {
   EXPECT_EQ(canvas.draws, 1);
 }
 
+TEST_F(MpvPlayerTest, SoundIsHeardAtItsLinearAmplitudeAndADeviceIsOpenedOnlyForIt) {
+  // A device that writes what it plays, as 32-bit floating point numbers, to a file (the ALSA library's "file" plugin).
+  const std::string device = folder + "heard";
+  write(folder + "alsa", "pcm.!default { type file file \"" + device + "\" format raw slave.pcm { type null } }\n");
+  setenv("ALSA_CONFIG_PATH", (folder + "alsa").c_str(), 1);
+  std::size_t heardBefore = 0;
+  // Of what was played since the last look; -1 for nothing, which is not silence.
+  const auto loudest = [&] {
+    const std::string bytes = std::filesystem::exists(device) ? read(device) : "";
+    std::vector<float> samples((bytes.size() - heardBefore) / sizeof(float));
+    std::memcpy(samples.data(), bytes.data() + heardBefore, samples.size() * sizeof(float));
+    heardBefore = bytes.size();
+    return samples.empty() ? -1 : *std::ranges::max_element(samples);
+  };
+  const auto file = QString::fromStdString(folder + "sound.mkv");
+  ASSERT_EQ(QProcess::execute("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "color=red:s=64x36:d=0.5", "-f", "lavfi",
+                                         "-i", "sine=d=0.5,volume=4", "-c:v", "mpeg4", "-c:a", "pcm_f32le", file}), 0);
+  const auto heard = [&](float volume, bool muted) {
+    player.setVolume(volume);
+    player.setMuted(muted);
+    const int before = ends;
+    play(file.toStdString());
+    EXPECT_TRUE(waitFor([&] { return ends == before + 1; }));
+    return loudest();
+  };
+  EXPECT_EQ(heard(1, true), -1);
+  EXPECT_NEAR(heard(0.5F, false), 0.25, 0.02);
+  EXPECT_NEAR(heard(1, false), 0.5, 0.02);
+  heard(0, false);  // the device writes what is left when it is closed
+  EXPECT_EQ(heard(0, false), -1);
+  unsetenv("ALSA_CONFIG_PATH");
+}
+
 TEST_F(MpvPlayerTest, NothingIsShownBetweenTwoItems) {
   const auto blue = clip("blue.mkv", "color=blue:s=48x48:d=0.5");  // of another shape
   for (const std::string expected : {"r", "rb", "rbr", "rbrb"}) {
