@@ -214,6 +214,7 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
     seekToZero();
     return;
   }
+  complaints = file == item ? complaints : 0;
   item = file;
   status = PlayerItemStatus::unknown;
   suitable = MediaStream::Form::packets;
@@ -325,11 +326,9 @@ void MpvPlayer::handle(const mpv_event& event) {
         handleChange(event.reply_userdata, property);
       }
       break;
-    case MPV_EVENT_LOG_MESSAGE: {
-      const auto& message = *static_cast<const mpv_event_log_message*>(event.data);
-      std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
+    case MPV_EVENT_LOG_MESSAGE:
+      complain(*static_cast<const mpv_event_log_message*>(event.data));
       break;
-    }
     case MPV_EVENT_END_FILE:
       handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
       break;
@@ -356,6 +355,17 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
     default:
       break;
   }
+}
+
+// A damaged item that is repeated would fill the disk.
+void MpvPlayer::complain(const mpv_event_log_message& message) {
+  constexpr int kMostComplaints = 10;
+  if (complaints < kMostComplaints) {
+    std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
+  } else if (complaints == kMostComplaints) {
+    std::fprintf(stderr, "player: further messages about %s are left out\n", item.c_str());
+  }
+  ++complaints;
 }
 
 void MpvPlayer::handleEnd(const mpv_event_end_file& end) {

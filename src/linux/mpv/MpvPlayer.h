@@ -58,6 +58,7 @@ class MpvPlayer : public VideoPlayer {
   void drainEvents();
   void handle(const mpv_event& event);
   void handleChange(std::uint64_t property, const mpv_event_property& change);
+  void complain(const mpv_event_log_message& message);
   void handleEnd(const mpv_event_end_file& end);
   void failed();
   void refuse(const char* reason);
@@ -82,6 +83,8 @@ class MpvPlayer : public VideoPlayer {
   float amplitude = 1;
   bool muted = false;
   std::filesystem::path item;
+  /// How many messages of the core about the item were printed.
+  int complaints = 0;
   /// Counts the items handed to the core; answers that concern an older one are stale.
   std::uint64_t generation = 0;
   /// The core's own name for the current item; 0 until it has told it.
