@@ -137,7 +137,8 @@ LocalVideoDBManager& Composition::library() {
 VideoPlayerManager& Composition::videoPlayerManager() {
   if (!manager) {
     manager = std::make_unique<VideoPlayerManager>(
-        VideoPlayerManager::Services{preferences(), library(), *windows, notifications, *runLoop, console,
+        VideoPlayerManager::Services{preferences(), *suites.standardDefaults, library(), fileFinder, *windows,
+                                     notifications, *runLoop, console,
                                      [this] { return std::make_unique<MpvPlayer>(output); }, systemRandom()});
   }
   return *manager;

@@ -28,6 +28,7 @@ class MpvPlayer : public VideoPlayer {
   bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
+  void setRepeating(bool repeats) override { repeating = repeats; }
   float volume() const override { return amplitude; }
   void setVolume(float newAmplitude) override;
   bool isMuted() const override { return muted; }
@@ -66,6 +67,7 @@ class MpvPlayer : public VideoPlayer {
   bool restarted = false;
   Form form = Form::once;
   bool repeatable = true;
+  bool repeating = false;
   /// Of the repeated form: the run that is shown, and the chapters in each.
   std::int64_t run = 0;
   std::int64_t chaptersOfRun = 1;
