@@ -14,7 +14,7 @@ struct AgentTest : testing::Test {
     windowServer.currentScreens = {{"left", {0, 0, 1920, 1080}}, {"right", {1920, 0, 1920, 1080}}};
   }
   void sql(const std::string& text) const {
-    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(text);
+    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("pragma synchronous=off;" + text);
   }
   // Files of small letters do not exist.
   void add(const std::vector<std::string>& signs) const {

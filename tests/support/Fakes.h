@@ -149,7 +149,8 @@ struct FakeVideoPlayer : VideoPlayer {
   std::string commands;
   ObserverList<PlayerItemStatus> statusObservers;
   ObserverList<> endObservers;
-  bool hasItem = false;
+  /// The name of the current item's file.
+  std::string item;
   float amplitude = 1;
   bool muted = false;
   bool plays = false;
@@ -157,10 +158,10 @@ struct FakeVideoPlayer : VideoPlayer {
   void play() override { (commands += " play", plays = true); }
   void pause() override { (commands += " pause", plays = false); }
   void setRepeating(bool repeating) override { repeats = repeating; }
-  bool hasCurrentItem() const override { return hasItem; }
+  bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override {
-    hasItem = true;
-    commands += " " + file.filename().string();
+    item = file.filename().string();
+    commands += " " + item;
   }
   void seekToZero() override { commands += " seek"; }
   float volume() const override { return amplitude; }
