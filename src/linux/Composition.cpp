@@ -73,7 +73,7 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
   Suites suites;
   for (const auto& [suite, file] :
        {std::pair(&suites.shared, fs::path(AppInfo::groupIdentifier) / "settings.json"),
-        std::pair(&suites.standardDefaults, fs::path("com.dravo.quilex.QuilexHelper") / "defaults.json")}) {
+        std::pair(&suites.standardDefaults, fs::path(settings::kStandardDefaultsFile))}) {
     auto opened = JsonSettingsSuite::open(configHome() / file, *loop);
     if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
       return Failure{error->message};

@@ -23,8 +23,8 @@ inline constexpr bool kDefaultIsOpenPlayer = true;
 inline constexpr bool kDefaultIsPlaying = true;
 inline constexpr bool kDefaultAutolaunch = true;
 
-// Of the agent's own defaults.
-
+/// Where the agent's own defaults stand in the user's folder for configuration, and their keys.
+inline constexpr const char* kStandardDefaultsFile = "com.dravo.quilex.QuilexHelper/defaults.json";
 /// The sign of the video that is being loaded; absent while none is.
 inline constexpr const char* kLoadingVideo = "LoadingVideo";
 /// The key that is true for a video that brought the agent down while it was being loaded, until a person chooses it.
