@@ -82,8 +82,9 @@ void measure(int rows) {
   suite.values[Preferences::Key::currentVideoSign] = std::string("none of them");
   Preferences preferences(suite, runLoop);
   LocalVideoDBManager library(folder.path, std::nullopt, console);
-  VideoPlayerManager manager(
-      {preferences, library, windows, center, runLoop, console, nullptr, [](std::size_t) { return std::size_t{0}; }});
+  test::FakeFileFinder finder(runLoop);
+  VideoPlayerManager manager({preferences, suite, library, finder, windows, center, runLoop, console, nullptr,
+                              [](std::size_t) { return std::size_t{0}; }});
   SQLite::Database bare(folder / "Quilex.db", SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX);
   std::array<double, kRounds> ours;
   std::array<double, kRounds> reference;

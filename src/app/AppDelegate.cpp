@@ -9,6 +9,7 @@ AppDelegate::AppDelegate(Services theServices) : services(std::move(theServices)
 
 void AppDelegate::applicationDidFinishLaunching() {
   services.videoPlayerManager().buildWindows();
+  plays = true;
   services.statusBarManager().buildStatusMenu();
   wake.emplace(services.workspace.observeWake([this] { didWakeNotification(); }));
   checkUpdates(Check::automatic);
@@ -16,6 +17,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::applicationWillTerminate() {
   if (!std::exchange(terminated, true)) {
+    if (plays) {
+      services.videoPlayerManager().willTerminate();
+    }
     services.notificationCenter.post("com.dravo.quilex.mac.ter");
   }
 }

@@ -93,6 +93,7 @@ class AppDelegate {
   std::optional<Disposable> wake;
   std::deque<Outcome> outcomes;
   std::optional<Disposable> mainQueue;
+  bool plays = false;
   bool terminated = false;
 };
 

@@ -94,8 +94,11 @@ Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& rem
   const bool losesAll = std::ranges::all_of(before, [&](const VideoDetail& video) {
     return std::ranges::find(removed, video.sign, &VideoDetail::sign) != removed.end();
   });
+  if (losesAll) {
+    settings.suite().setBoolean(settings::kLibraryWasEmptied, true);
+  }
   if (!(losesCurrent || losesAll) || valueInForce(settings.suite(), settings::kIsOpenPlayer) == "false") {
-    return std::nullopt;
+    return settings.write();
   }
   const auto place = std::ranges::find(before, current, &VideoDetail::sign) - before.begin();
   if (const auto* next = nextPlayable(before, static_cast<std::size_t>(place), removed)) {
@@ -169,8 +172,10 @@ Outcome importCommand(const std::vector<std::string>& files) {
   Outcome failure = library.sweepCovers();
   if (count.inLibrary > 0) {
     postLibraryChange();
-    if (!settings.suite().boolean(settings::kAlreadyImportVideo)) {
+    if (!settings.suite().boolean(settings::kAlreadyImportVideo) ||
+        settings.suite().boolean(settings::kLibraryWasEmptied)) {
       settings.suite().setBoolean(settings::kAlreadyImportVideo, true);
+      settings.suite().remove(settings::kLibraryWasEmptied);
       if (auto unwritten = settings.write()) {
         failure = std::move(unwritten);
       }
@@ -232,8 +237,16 @@ Outcome playCommand(const std::string& name) {
   settings.suite().setString(settings::kCurrentVideoSign, video.sign);
   settings.suite().setBoolean(settings::kIsOpenPlayer, true);
   settings.suite().setBoolean(settings::kIsPlaying, true);
+  auto wasRefused = settings.allowVideo(video.sign);
+  if (auto* failure = std::get_if<Failure>(&wasRefused)) {
+    return std::move(*failure);
+  }
   if (auto failure = settings.write()) {
     return failure;
+  }
+  if (std::get<bool>(wasRefused)) {
+    // The agent may wait for it, with the settings as they are.
+    postLibraryChange();
   }
   printLine(titleLine(video));
   return std::nullopt;

@@ -6,6 +6,7 @@
 #include "app/AppInfo.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
+#include "settings/SettingsKeys.h"
 
 namespace quilex {
 
@@ -33,6 +34,26 @@ Result<std::unique_ptr<Settings>> Settings::open() {
 Outcome Settings::write() {
   auto error = store->writeNow(kLockPatience);
   return error ? Outcome(Failure{std::move(error->message)}) : std::nullopt;
+}
+
+Result<bool> Settings::allowVideo(const std::string& sign) {
+  auto opened = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, runLoop);
+  if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
+    return Failure{std::move(error->message)};
+  }
+  auto& defaults = *std::get<0>(opened);
+  bool isRefused = defaults.boolean(settings::refusedVideo(sign));
+  defaults.remove(settings::refusedVideo(sign));
+  if (defaults.string(settings::kLoadingVideo) == sign) {
+    isRefused = true;
+    defaults.remove(settings::kLoadingVideo);
+  }
+  if (isRefused) {
+    if (auto error = defaults.writeNow(kLockPatience)) {
+      return Failure{std::move(error->message)};
+    }
+  }
+  return isRefused;
 }
 
 void Settings::awaitAgent() const {

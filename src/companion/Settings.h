@@ -18,6 +18,9 @@ class Settings {
   /// Writes what was set, all of it at once or nothing.
   Outcome write();
 
+  /// Lets the agent load that video even if it went down while it loaded it. Answers whether it would have refused it.
+  Result<bool> allowVideo(const std::string& sign);
+
   /// Waits until a running agent has taken over what was written, which it does within a second and shows by writing
   /// it back.
   void awaitAgent() const;

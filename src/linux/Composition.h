@@ -13,6 +13,7 @@
 #include "linux/StandardConsole.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
+#include "linux/files/ThreadedFileFinder.h"
 #include "linux/qt/LocalWallClock.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/render/VideoOutput.h"
@@ -74,6 +75,7 @@ class Composition {
   // In the order of dependence: what comes later uses what comes before.
   std::unique_ptr<QtRunLoop> runLoop;
   StandardConsole console;
+  ThreadedFileFinder fileFinder{*runLoop};
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
   LinuxWorkspace session;

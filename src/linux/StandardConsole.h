@@ -13,6 +13,9 @@ class StandardConsole : public Console {
     std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
     std::fflush(stdout);
   }
+  void warn(std::string_view line) override {
+    std::fprintf(stderr, "quilexhelper: %.*s\n", static_cast<int>(line.size()), line.data());
+  }
 };
 
 }  // namespace quilex

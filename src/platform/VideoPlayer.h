@@ -27,6 +27,9 @@ class VideoPlayer {
   virtual void replaceCurrentItem(const std::filesystem::path& file) = 0;
   /// Plays the current item from its start; without an item nothing happens.
   virtual void seekToZero() = 0;
+  /// Whether the current item and later ones start over by themselves at their end, without a gap; a repeating item's
+  /// end is not notified. Turned off, the item ends at the end of a run soon after. Off at first.
+  virtual void setRepeating(bool repeats) = 0;
 
   /// Linear amplitude, 0 to 1; values outside are limited to that range when they are applied.
   virtual float volume() const = 0;

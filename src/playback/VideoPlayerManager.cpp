@@ -9,7 +9,7 @@ namespace quilex {
 
 namespace {
 
-// Between two looks for a file when no video of the playlist has one, or none can be played.
+// Between two searches when no video of the playlist can be loaded.
 constexpr std::chrono::seconds kSearchInterval{1};
 
 }  // namespace
@@ -19,9 +19,14 @@ VideoPlayerManager::VideoPlayerManager(Services theServices)
       screenIndex(theServices.preferences.screenIndex.get()),
       services(std::move(theServices)),
       model(playModelFromRawValue(services.preferences.playModel.get())),
-      coveredScreens(services.windowServer.screens()) {
+      mark(services.standardDefaults, services.console),
+      coveredScreens(services.windowServer.screens()),
+      search(
+          list, services.fileFinder,
+          [this](const VideoDetail& video) { return failedSigns.contains(video.sign) || mark.refuses(video.sign); },
+          [this](const auto& file) { searchDone(file); }) {
   registrations.push_back(services.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
-  registrations.push_back(services.notificationCenter.observe("UpdateVideoList", [this] { updateVideoList(); }));
+  registrations.push_back(services.notificationCenter.observe("UpdateVideoList", [this] { libraryChanged(); }));
   observeSettings();
 }
 
@@ -36,7 +41,7 @@ void VideoPlayerManager::observeSettings() {
   tokens.push_back(preferences.playingVideoSign.observe([this](const auto& sign) { followSign(sign); }));
   tokens.push_back(preferences.isPlaying.observe([this](bool playing) { setPlaying(playing); }));
   tokens.push_back(preferences.playModel.observe([this](std::int64_t raw) { changePlayModel(raw); }));
-  tokens.push_back(preferences.isOpenPlayer.observe([this](bool open) { open ? playCurrent() : close(); }));
+  tokens.push_back(preferences.isOpenPlayer.observe([this](bool opens) { opens ? open() : close(); }));
   tokens.push_back(preferences.mute.bind(*this, &VideoPlayerManager::setMuted));
   tokens.push_back(preferences.volume.bind(*this, &VideoPlayerManager::setVolume));
   tokens.push_back(preferences.screenIndex.observe([this](std::int64_t index) { changeScreenIndex(index); }));
@@ -49,48 +54,84 @@ VideoPlayer& VideoPlayerManager::player() {
     sharedPlayer = services.makePlayer();
     sharedPlayer->setVolume(services.preferences.volume.get());
     sharedPlayer->setMuted(services.preferences.mute.get());
-    itemEndObservation = sharedPlayer->observeItemEnd([this] { playerItemDidReachEnd(); });
+    itemEndObservation = sharedPlayer->observeItemEnd([this] {
+      failedSigns.clear();
+      playerItemDidReachEnd();
+    });
+    updateRepeating();
     loadPlayableNode();
   }
   return *sharedPlayer;
 }
 
-// Loads the first video from the current one on whose file exists. While there is none, looks again every second (at
+// Loads the first video from the current one on that can be loaded. While there is none, looks again every second (at
 // once when the playlist is rebuilt) and leaves the player's item as it is.
 void VideoPlayerManager::loadPlayableNode() {
-  search.reset();
-  awaitsPlayableNode = !skipToPlayableNode();
-  if (awaitsPlayableNode) {
-    if (list.size() > 0) {
-      searchAgain(kSearchInterval);
-    }
-    return;
-  }
-  statusObservation.reset();
-  sharedPlayer->replaceCurrentItem(*localPath(list.current()->val.url));
-  statusObservation = sharedPlayer->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
+  nextSearch.reset();
+  awaitsPlayableNode = false;
+  search.start();
 }
 
-void VideoPlayerManager::searchAgain(std::chrono::milliseconds delay) {
-  search = services.runLoop.after(delay, [this] {
+void VideoPlayerManager::loadPlayableNodeLater() {
+  nextSearch = services.runLoop.after(kSearchInterval, [this] {
+    failedSigns.clear();
+    syncWhenSearched = Sync::ifFound;
     loadPlayableNode();
-    if (!awaitsPlayableNode) {
-      syncSign();
-    }
   });
+}
+
+void VideoPlayerManager::searchDone(const std::optional<std::filesystem::path>& file) {
+  awaitsPlayableNode = !file;
+  if (file) {
+    load(*file);
+  } else if (list.size() > 0) {
+    // Also when every video of the playlist has failed in turn: a library of broken files does not keep the processor
+    // busy.
+    loadPlayableNodeLater();
+  }
+  if (std::exchange(playsWhenSearched, false)) {
+    applyLevelAndOrder();
+    sharedPlayer->play();
+  }
+  const Sync sync = std::exchange(syncWhenSearched, Sync::no);
+  if (sync == Sync::yes || (sync == Sync::ifFound && file)) {
+    syncSign();
+  }
+}
+
+void VideoPlayerManager::load(const std::filesystem::path& file) {
+  itemSign = list.current()->val.sign;
+  // What has just been shown may be loaded again without a word of the player, and does no harm.
+  if (!itemIsReady || file != itemFile) {
+    mark.set(itemSign);
+    itemIsReady = false;
+  }
+  itemFile = file;
+  statusObservation.reset();
+  updateRepeating();
+  sharedPlayer->replaceCurrentItem(file);
+  statusObservation = sharedPlayer->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
 }
 
 void VideoPlayerManager::playCurrent() {
   applyLevelAndOrder();
   player();
-  failuresInARow = 0;
+  failedSigns.clear();
+  playsWhenSearched = true;
+  syncWhenSearched = Sync::yes;
   loadPlayableNode();
-  applyLevelAndOrder();
-  player().play();
-  syncSign();
+}
+
+// Whoever opens the player, the picture moves, so the settings and the menu say so.
+void VideoPlayerManager::open() {
+  playCurrent();
+  if (!services.preferences.isPlaying.get()) {
+    services.preferences.isPlaying.set(true);
+  }
 }
 
 void VideoPlayerManager::close() {
+  playsWhenSearched = false;
   player().pause();
   for (const auto& window : windows) {
     window->orderOut();
@@ -99,12 +140,13 @@ void VideoPlayerManager::close() {
 
 void VideoPlayerManager::setPlaying(bool playing) {
   if (!playing) {
+    playsWhenSearched = false;
     player().pause();
-    return;
+  } else if (services.preferences.isOpenPlayer.get() && !playsWhenSearched) {
+    applyLevelAndOrder();
+    player().play();
+    syncSign();
   }
-  applyLevelAndOrder();
-  player().play();
-  syncSign();
 }
 
 void VideoPlayerManager::playerItemDidReachEnd() {
@@ -122,18 +164,27 @@ void VideoPlayerManager::playerItemDidReachEnd() {
   syncSign();
 }
 
-// A video that cannot be played counts as finished. When every video of the playlist has failed in turn, the next
-// round starts after a pause, so that a library of broken files does not keep the processor busy.
+// A video that cannot be played counts as finished.
 void VideoPlayerManager::itemStatusChanged(PlayerItemStatus status) {
-  if (status == PlayerItemStatus::readyToPlay) {
-    failuresInARow = 0;
-  } else if (status == PlayerItemStatus::failed) {
-    if (++failuresInARow < list.size() || model == VideoPlayerPlayModel::single) {
-      playerItemDidReachEnd();
-    } else {
-      failuresInARow = 0;
-      search = services.runLoop.after(kSearchInterval, [this] { playerItemDidReachEnd(); });
-    }
+  if (status == PlayerItemStatus::unknown) {
+    return;
+  }
+  mark.clear();
+  itemIsReady = status == PlayerItemStatus::readyToPlay;
+  if (!itemIsReady) {
+    failedSigns.insert(itemSign);
+    playerItemDidReachEnd();
+  }
+}
+
+// A video that is followed by itself need not be loaded again. The end of one whose library is empty is of interest.
+void VideoPlayerManager::updateRepeating() {
+  const VideoInfoNode* const current = list.current();
+  const bool isAlone = list.size() == 1 && localPath(current->val.url) == itemFile;
+  const bool follows = current != nullptr && (model == VideoPlayerPlayModel::single || isAlone);
+  if (sharedPlayer && repeats != follows) {
+    repeats = follows;
+    sharedPlayer->setRepeating(follows);
   }
 }
 

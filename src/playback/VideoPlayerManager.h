@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,10 +14,14 @@
 #include "library/LocalVideoDBManager.h"
 #include "platform/Console.h"
 #include "platform/DistributedNotificationCenter.h"
+#include "platform/FileFinder.h"
 #include "platform/RandomSource.h"
 #include "platform/RunLoop.h"
+#include "platform/SettingsSuite.h"
 #include "platform/VideoPlayer.h"
 #include "platform/WindowServer.h"
+#include "playback/LoadingMark.h"
+#include "playback/PlayableSearch.h"
 #include "playback/VideoInfoList.h"
 #include "playback/VideoPlayerPlayModel.h"
 #include "playback/VideoPlayerScreenType.h"
@@ -25,12 +30,17 @@
 namespace quilex {
 
 /// Plays the library's videos in the wallpaper windows, as the settings say. Main thread only.
+///
+/// Whether a video's file exists is found out beside the main thread. Until that is known, what was shown stays, and a
+/// later wish takes the place of the one that waits.
 class VideoPlayerManager {
  public:
   /// What the controller works with; all of it must outlive the controller.
   struct Services {
     Preferences& preferences;
+    SettingsSuite& standardDefaults;
     LocalVideoDBManager& library;
+    FileFinder& fileFinder;
     WindowServer& windowServer;
     DistributedNotificationCenter& notificationCenter;
     RunLoop& runLoop;
@@ -73,9 +83,10 @@ class VideoPlayerManager {
 
   // Playlist (VideoPlayerManagerPlaylist.cpp)
 
-  /// Refills the playlist from the library; loads and plays nothing.
+  /// Refills the playlist from the library; loads and plays nothing, unless a video was waited for.
   void updateVideoList();
-  /// Writes the current video's sign to the settings if they name another.
+  /// Writes the current video's sign to the settings if they name another; where it is not known yet which video will
+  /// be current, as soon as it is.
   void syncSign();
   const VideoInfoList& videoList() const { return list; }
   VideoPlayerPlayModel playModel() const { return model; }
@@ -87,10 +98,13 @@ class VideoPlayerManager {
   /// Loads the playlist's current video and plays it.
   void playCurrent();
   void close();
+  /// Plays or pauses; a closed player stays paused.
   void setPlaying(bool playing);
   /// Plays what the play model lets follow.
   void playerItemDidReachEnd();
   void tapVideoPlayerViewAction();
+  /// To be called before the agent ends in good order.
+  void willTerminate() { mark.clear(); }
   bool isMuted() { return player().isMuted(); }
   void setMuted(bool muted) { player().setMuted(muted); }
   float volume() { return player().volume(); }
@@ -105,29 +119,73 @@ class VideoPlayerManager {
   void changeScreenIndex(std::int64_t index);
 
   void rebuildPlaylist();
+  void libraryChanged();
   void advance();
-  bool skipToPlayableNode();
-  bool isAvailable(const std::string& sign);
   void followSign(const std::optional<std::string>& sign);
+  void testAvailability(const std::string& sign);
+  void testAvailabilityLater(const std::string& sign);
+  void playFollowed(const std::string& sign);
+  void deleteUnavailable(const std::string& sign);
+  void endFollowing();
   void changePlayModel(std::int64_t raw);
 
+  void open();
   void loadPlayableNode();
-  void searchAgain(std::chrono::milliseconds delay);
+  void loadPlayableNodeLater();
+  void searchDone(const std::optional<std::filesystem::path>& file);
+  void load(const std::filesystem::path& file);
   void itemStatusChanged(PlayerItemStatus status);
+  void updateRepeating();
+
+  /// The growing pauses between attempts to read a library that does not answer.
+  class RetryDelay {
+   public:
+    std::chrono::milliseconds next();
+    void reset() { delay = kFirst; }
+
+   private:
+    static constexpr std::chrono::milliseconds kFirst{250};
+    static constexpr std::chrono::milliseconds kLongest{10'000};
+    std::chrono::milliseconds delay = kFirst;
+  };
+  /// What is to be done about the settings' sign when a search has ended.
+  enum class Sync { no, ifFound, yes };
 
   Services services;
   VideoPlayerPlayModel model;
+  LoadingMark mark;
   std::unique_ptr<VideoPlayer> sharedPlayer;
   std::vector<Screen> coveredScreens;
   std::vector<std::unique_ptr<WallpaperWindow>> windows;
   VideoInfoList list;
   std::mutex videoListLocker;
-  bool awaitsPlayableNode = false;
   /// Whether the library answered when the playlist was last filled.
   bool listWasRead = true;
-  std::size_t failuresInARow = 0;
-  std::optional<Disposable> search;
+  RetryDelay rereadDelay;
   std::optional<Disposable> reread;
+  std::optional<Disposable> rebuildSoon;
+
+  PlayableSearch search;
+  /// Whether the last search found nothing.
+  bool awaitsPlayableNode = false;
+  std::optional<Disposable> nextSearch;
+  /// Whether the player is to play what the search that is under way finds.
+  bool playsWhenSearched = false;
+  Sync syncWhenSearched = Sync::no;
+
+  /// Of the video that the settings were changed to, while it is not known whether it can be played.
+  std::optional<Disposable> following;
+  RetryDelay followDelay;
+  bool syncsAfterFollowing = false;
+
+  /// The player's item.
+  std::filesystem::path itemFile;
+  std::string itemSign;
+  bool itemIsReady = false;
+  std::optional<bool> repeats;
+  /// The videos that have failed since one was last played to its end.
+  std::set<std::string> failedSigns;
+
   std::optional<Disposable> statusObservation;
   std::optional<Disposable> itemEndObservation;
   std::vector<Disposable> registrations;

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <chrono>
 #include <utility>
+#include <vector>
 
 #include "app/FatalError.h"
 #include "library/FileURL.h"
@@ -8,9 +10,6 @@
 namespace quilex {
 
 namespace {
-
-// Another process may hold the library for long, and each attempt waits for it a while.
-constexpr std::chrono::seconds kRereadInterval{10};
 
 // Every order is equally likely: an index is drawn among those that remain until none does (Fisher and Yates).
 void shuffle(std::vector<VideoDetail>& videos, const UniformRandom& random) {
@@ -21,10 +20,41 @@ void shuffle(std::vector<VideoDetail>& videos, const UniformRandom& random) {
 
 }  // namespace
 
+std::chrono::milliseconds VideoPlayerManager::RetryDelay::next() {
+  return std::exchange(delay, std::min(2 * delay, kLongest));
+}
+
+// Many changes that are notified together are one.
+void VideoPlayerManager::libraryChanged() {
+  if (!rebuildSoon) {
+    rebuildSoon = services.runLoop.after(std::chrono::milliseconds(0), [this] {
+      rebuildSoon.reset();
+      updateVideoList();
+    });
+  }
+}
+
 void VideoPlayerManager::updateVideoList() {
+  // While a video is looked for, the settings do not name the one whose turn it is; it and those after it do.
+  std::vector<std::string> turns;
+  if (search.isUnderWay() || following) {
+    const VideoInfoNode* node = list.current();
+    for (std::size_t count = 0; count < list.size(); ++count) {
+      turns.push_back(node->val.sign);
+      node = node->next ? node->next.get() : list.head();
+    }
+  }
   rebuildPlaylist();
-  if (awaitsPlayableNode) {
-    searchAgain(std::chrono::milliseconds(0));
+  if (!listWasRead) {
+    return;
+  }
+  for (auto turn = turns.begin(); turn != turns.end() && !list.moveTo(*turn); ++turn) {
+  }
+  if (search.isUnderWay()) {
+    loadPlayableNode();
+  } else if (awaitsPlayableNode) {
+    syncWhenSearched = Sync::ifFound;
+    loadPlayableNode();
   }
 }
 
@@ -35,9 +65,10 @@ void VideoPlayerManager::rebuildPlaylist() {
   listWasRead = services.library.answered();
   if (!listWasRead) {
     // What was known of the library holds until it can be read again.
-    reread = services.runLoop.after(kRereadInterval, [this] { updateVideoList(); });
+    reread = services.runLoop.after(rereadDelay.next(), [this] { updateVideoList(); });
     return;
   }
+  rereadDelay.reset();
   list.clear();
   if (model == VideoPlayerPlayModel::random) {
     shuffle(videos, services.random);
@@ -48,6 +79,7 @@ void VideoPlayerManager::rebuildPlaylist() {
   if (const auto& sign = services.preferences.playingVideoSign.get()) {
     list.moveTo(*sign);
   }
+  updateRepeating();
 }
 
 void VideoPlayerManager::advance() {
@@ -68,55 +100,111 @@ void VideoPlayerManager::advance() {
   }
 }
 
-// One pass over the playlist from the current video on; false, with the current video where it was, when no file
-// exists or the playlist is empty.
-bool VideoPlayerManager::skipToPlayableNode() {
-  for (std::size_t tried = 0; tried < list.size(); ++tried) {
-    if (namesExistingFile(list.current()->val.url)) {
-      return true;
-    }
-    list.moveToNext();
-  }
-  return false;
-}
-
-bool VideoPlayerManager::isAvailable(const std::string& sign) {
-  const auto video = services.library.video(sign);
-  return video && namesExistingFile(video->url);
-}
-
 void VideoPlayerManager::followSign(const std::optional<std::string>& sign) {
   if (!sign) {
     fatalError("the sign of the playing video was removed");
   }
+  following.reset();
+  syncsAfterFollowing = false;
   if (list.current() != nullptr && list.current()->val.sign == *sign) {
     return;
   }
-  if (!isAvailable(*sign)) {
+  mark.allow(*sign);
+  followDelay.reset();
+  testAvailability(*sign);
+}
+
+void VideoPlayerManager::testAvailability(const std::string& sign) {
+  const auto video = services.library.video(sign);
+  if (!video && !services.library.answered()) {
     // A library that could not be read says nothing about the video.
-    if (services.library.answered()) {
-      services.library.deleteVideo(*sign);
-    }
+    testAvailabilityLater(sign);
     return;
   }
-  player().pause();
+  auto file = video ? localPath(video->url) : std::nullopt;
+  if (!file) {
+    deleteUnavailable(sign);
+    return;
+  }
+  following = services.fileFinder.findFirst({std::move(*file)}, [this, sign](const FileFinder::Answer& answer) {
+    if (answer.found) {
+      playFollowed(sign);
+    } else if (answer.someUnanswered) {
+      endFollowing();
+    } else {
+      deleteUnavailable(sign);
+    }
+  });
+}
+
+void VideoPlayerManager::testAvailabilityLater(const std::string& sign) {
+  following = services.runLoop.after(followDelay.next(), [this, sign] { testAvailability(sign); });
+}
+
+void VideoPlayerManager::playFollowed(const std::string& sign) {
   rebuildPlaylist();
-  list.moveTo(*sign);
-  playCurrent();
+  if (!list.moveTo(sign) && !listWasRead) {
+    testAvailabilityLater(sign);
+    return;
+  }
+  following.reset();
+  player().pause();
+  if (services.preferences.isOpenPlayer.get() && services.preferences.isPlaying.get()) {
+    playCurrent();
+  } else {
+    // It was closed or paused since; the video is the next to be seen.
+    failedSigns.clear();
+    syncWhenSearched = Sync::yes;
+    loadPlayableNode();
+  }
+}
+
+// The player keeps playing what it plays.
+void VideoPlayerManager::deleteUnavailable(const std::string& sign) {
+  const bool wasThere = services.library.video(sign).has_value();
+  services.library.deleteVideo(sign);
+  if (wasThere && services.library.allVideos().empty() && services.library.answered()) {
+    services.preferences.setLibraryWasEmptied();
+  }
+  endFollowing();
+}
+
+// What was put off meanwhile is made up for.
+void VideoPlayerManager::endFollowing() {
+  if (following) {
+    following.reset();
+    if (std::exchange(syncsAfterFollowing, false)) {
+      syncSign();
+    }
+  }
 }
 
 void VideoPlayerManager::changePlayModel(std::int64_t raw) {
   model = playModelFromRawValue(raw);
   updateVideoList();
+  updateRepeating();
 }
 
 void VideoPlayerManager::syncSign() {
+  if (search.isUnderWay()) {
+    syncWhenSearched = Sync::yes;
+    return;
+  }
+  if (following) {
+    syncsAfterFollowing = true;
+    return;
+  }
   if (list.current() == nullptr && !listWasRead) {
     // The library could not be read, which says nothing about the video that is playing.
     return;
   }
   const auto sign = list.current() != nullptr ? std::optional(list.current()->val.sign) : std::nullopt;
-  if (sign != services.preferences.playingVideoSign.get()) {
+  if (sign == services.preferences.playingVideoSign.get()) {
+    return;
+  }
+  if (!sign && services.preferences.libraryWasEmptied()) {
+    services.preferences.forgetPlayingVideoSign();
+  } else {
     services.preferences.playingVideoSign.set(sign);
   }
 }

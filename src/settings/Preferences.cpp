@@ -128,4 +128,15 @@ void Preferences::updateUserDefaultFromDisk() {
   applyIfDifferent(autolaunch, suite.boolean(kAutolaunch));
 }
 
+void Preferences::setLibraryWasEmptied() {
+  suite.setBoolean(kLibraryWasEmptied, true);
+  suite.synchronize();
+}
+
+void Preferences::forgetPlayingVideoSign() {
+  playingVideoSign.assign(std::nullopt);
+  suite.remove(Key::currentVideoSign);
+  suite.synchronize();
+}
+
 }  // namespace quilex

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 /// The keys of the shared suite, and what stands for a key that is absent where that is not its type's neutral value.
 namespace quilex::settings {
 
@@ -13,10 +15,21 @@ inline constexpr const char* kAlreadyImportVideo = "alreadyImportVideo";
 inline constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
 inline constexpr const char* kIsPlaying = "isPlaying";
 inline constexpr const char* kAutolaunch = "autolaunch";
+/// Whether the library was emptied on purpose, after which no current video is missing.
+inline constexpr const char* kLibraryWasEmptied = "LibraryWasEmptied";
 
 inline constexpr float kDefaultVolume = 0.5F;
 inline constexpr bool kDefaultIsOpenPlayer = true;
 inline constexpr bool kDefaultIsPlaying = true;
 inline constexpr bool kDefaultAutolaunch = true;
+
+/// Where the agent's own defaults stand in the user's folder for configuration, and their keys.
+inline constexpr const char* kStandardDefaultsFile = "com.dravo.quilex.QuilexHelper/defaults.json";
+/// The sign of the video that is being loaded; absent while none is.
+inline constexpr const char* kLoadingVideo = "LoadingVideo";
+/// The key that is true for a video that brought the agent down while it was being loaded, until a person chooses it.
+inline std::string refusedVideo(const std::string& sign) {
+  return "RefusedVideo/" + sign;
+}
 
 }  // namespace quilex::settings

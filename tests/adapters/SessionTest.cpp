@@ -8,6 +8,7 @@
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/dbus/SignalReceiver.h"
+#include "linux/dbus/SleepMonitor.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/qt/TerminationSignals.h"
 #include "linux/qt/Wakeup.h"
@@ -72,6 +73,25 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
     }
     EXPECT_TRUE(waitFor([&] { return others == round; }));
     EXPECT_EQ(heard, 3);
+  }
+}
+
+TEST(SleepMonitorTest, TellsTheWakeButNotTheGoingToSleep) {
+  qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
+  auto manager = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "login manager");
+  ASSERT_TRUE(manager.registerService("org.freedesktop.login1"));
+  int wakes = 0, marks = 0;
+  const auto token = observeWakeFromSleep([&] { ++wakes; });
+  SignalReceiver receiver([&](bool) { ++marks; });
+  const QString path = "/org/freedesktop/login1", interface = "org.freedesktop.login1.Manager";
+  QDBusConnection::systemBus().connect({}, path, interface, "Mark", &receiver, SLOT(received()));
+  for (const int expected : {0, 0, 1, 1, 2}) {
+    const auto sleep = QDBusMessage::createSignal(path, interface, "PrepareForSleep") << (expected == wakes);
+    const int before = marks;
+    manager.send(sleep);
+    manager.send(QDBusMessage::createSignal(path, interface, "Mark"));
+    EXPECT_TRUE(waitFor([&] { return marks > before; }));
+    EXPECT_EQ(wakes, expected);
   }
 }
 

@@ -24,7 +24,7 @@ TEST(ScreenLayoutTest, ChoosesScreensLaysOutViewsAndTellsWhenTheyNoLongerFit) {
   EXPECT_EQ(playerViewFrames(Type::combo, {left, main}), (std::vector<Rect>{{0, 0, 2720, 900}, {-1280, 0, 2720, 900}}));
   // The origin of the global space belongs to the picture even where no screen covers it.
   EXPECT_EQ(playerViewFrames(Type::combo, {{"", {100, 50, 10, 10}}}), (std::vector<Rect>{{-100, -50, 110, 60}}));
-  for (const auto& [index, name] : {std::pair(0, "left"), {1, "main"}, {3, "left"}, {-1, "left"}}) {
+  for (const auto& [index, name] : {std::pair(0, "left"), {1, "main"}, {2, "left"}, {3, "left"}, {-1, "left"}}) {
     EXPECT_EQ(chooseScreens(Type::lonely, index, {left, main}).at(0).name, name);
   }
   EXPECT_TRUE(chooseScreens(Type::lonely, 0, {}).empty());
@@ -38,7 +38,7 @@ using PlaybackTest = AgentTest;
 TEST_F(PlaybackTest, LaunchPlaysInAWindowOnEachScreen) {
   add({"a", "b", "C"});
   launch({{"isPlaying", false}, {"Volume", 0.25F}, {"Mute", true}});
-  EXPECT_EQ(commands(), " C play play") << "past the videos without a file; playing is set, which plays again";
+  EXPECT_EQ(commands(), " play play C") << "past the videos without a file; playing is set, which plays again";
   EXPECT_EQ(suite.string(kSign), "C");
   EXPECT_EQ(std::pair(player->amplitude, player->muted), std::pair(0.25F, true));
   auto& window = *windowServer.made.at(1);
@@ -60,7 +60,7 @@ TEST_F(PlaybackTest, ThePlayModelChoosesWhatFollowsAnEndOrAFailure) {
       {0, " seek seek", "B"}, {1, " C A", "A"}, {2, " C A", "A"}, {7, " seek seek", "B"}, {-1, " seek seek", "B"}};
   for (const auto& [model, expected, sign] : cases) {
     launch({{"PlayMode", model}, {kSign, "B"s}});
-    EXPECT_EQ(commands(), " B play");
+    EXPECT_EQ(commands(), " play B");
     status(PlayerItemStatus::readyToPlay);
     end();
     status(PlayerItemStatus::failed);
@@ -79,7 +79,7 @@ TEST_F(PlaybackTest, RandomShufflesAtEachWrapIntoAnyOrder) {
   random = [](std::size_t bound) { return bound == 3 ? 1U : 0U; };
   end();
   end();
-  EXPECT_EQ(commands(), " C play B A") << "from the head of the new order, not from the video that ended";
+  EXPECT_EQ(commands(), " play C B A") << "from the head of the new order, not from the video that ended";
   std::set<std::string> all;
   for (std::size_t draw = 0; draw < 6; ++draw) {
     random = [draw](std::size_t bound) { return bound == 3 ? draw / 2 : draw % bound; };
@@ -87,6 +87,16 @@ TEST_F(PlaybackTest, RandomShufflesAtEachWrapIntoAnyOrder) {
     all.insert(manager->videoList().head()->val.sign + manager->videoList().tail()->val.sign);
   }
   EXPECT_EQ(all.size(), 6U);
+  preferences->playModel.set(1);
+  EXPECT_EQ(manager->videoList().head()->val.sign + manager->videoList().tail()->val.sign, "AC") << "in order again";
+  preferences->playModel.set(2);
+  int draws = 0;
+  random = [&](std::size_t) { return (++draws, 0U); };
+  for (int count = 0; count < 9; ++count) {
+    center.names["UpdateVideoList"].notify();
+  }
+  settle();
+  EXPECT_EQ(draws, 3) << "notified together, changes are one";
   sql("alter table LocalVideos rename to Away");
   commands();
   for (int count = 0; count < 3; ++count) {
@@ -99,13 +109,26 @@ TEST_F(PlaybackTest, WhenAllHaveFailedInTurnTheNextRoundWaitsASecond) {
   using enum PlayerItemStatus;
   add({"A", "B", "C"});
   launch({{"PlayMode", 1L}});
-  for (const auto next : {failed, failed, readyToPlay, failed, failed, failed}) {
+  for (const auto next : {failed, readyToPlay, failed, readyToPlay, failed}) {
     status(next);
   }
+  libraryChanged();
+  EXPECT_EQ(commands(), " play A B C") << "a first frame does not make up for a failure";
   runLoop.advance(999ms);
-  EXPECT_EQ(commands(), " A play B C A B") << "a video that plays ends the count";
+  EXPECT_EQ(commands(), "");
   runLoop.advance(1ms);
-  EXPECT_EQ(commands(), " C");
+  EXPECT_EQ(commands(), " A");
+  status(failed);
+  end();
+  status(failed);
+  EXPECT_EQ(commands(), " B C A") << "a video that plays to its end begins a new round";
+  status(failed);
+  status(failed);
+  preferences->playingVideoSign.set("B");
+  EXPECT_EQ(commands(), " B pause B play") << "a choice does not wait";
+  status(readyToPlay);
+  runLoop.advance(5s);
+  EXPECT_EQ(commands(), "");
 }
 
 TEST_F(PlaybackTest, WithoutAFileNothingIsLoadedUntilOneAppears) {
@@ -133,7 +156,7 @@ TEST_F(PlaybackTest, WithoutAFileNothingIsLoadedUntilOneAppears) {
 TEST_F(PlaybackTest, TheSignIsFollowedWhereItsFileExists) {
   add({"A", "B", "c"});
   launch({{"IsOpenPlayer", false}});
-  EXPECT_EQ(commands(), " A pause");
+  EXPECT_EQ(commands(), " pause A");
   suite.values[kSign] = "B"s;
   runLoop.advance(1s);
   EXPECT_TRUE(commands().starts_with(" pause B play"));
@@ -153,16 +176,179 @@ TEST_F(PlaybackTest, AnEmptyLibraryContradictsASignButAnUnreadableOneDoesNot) {
   sql("alter table LocalVideos rename to Other");
   libraryChanged();
   end();
-  EXPECT_EQ(commands(), " A play seek");
+  EXPECT_EQ(commands(), " play A seek");
   EXPECT_EQ(suite.string(kSign), "A");
   EXPECT_EQ(manager->videoList().size(), 1U) << "what was known holds";
+  preferences->playingVideoSign.set("B");
+  runLoop.advance(20s);
   sql("alter table Other rename to LocalVideos");
   add({"B"});
   runLoop.advance(10s);
   EXPECT_EQ(manager->videoList().size(), 2U) << "read again by itself";
+  EXPECT_EQ(commands(), " pause B play") << "and then the choice is followed";
+  EXPECT_EQ(console.lines.size(), 1U) << "no row was deleted";
   sql("delete from LocalVideos");
   libraryChanged();
   EXPECT_DEATH(end(), "sign of the playing video");
+}
+
+// What a person can do about the wallpaper, by the menu and by the settings.
+struct PersonTest : AgentTest {
+  void choose(std::size_t place) { statusItem->menu->itemArray().at(place)->choose(); }
+  bool isTitled(std::size_t place, const std::string& title) {
+    return statusItem->menu->itemArray().at(place)->title().starts_with(title);
+  }
+  void write(const char* key, bool value) { (suite.values[key] = value, runLoop.advance(1s)); }
+  // As the companion does it; an agent that does not react in time is not waited for.
+  void removeAll(bool reacts) {
+    suite.values["LibraryWasEmptied"] = true;
+    suite.values["IsOpenPlayer"] = false;
+    runLoop.advance(reacts ? 1s : 0s);
+    sql("delete from LocalVideos");
+    libraryChanged();
+  }
+  static constexpr std::size_t kOpenItem = 4, kPlayItem = 5;
+};
+
+TEST_F(PersonTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
+  add({"A", "B"});
+  launch({{"isPlaying", false}});
+  const std::function<void()> deeds[] = {[&] { choose(kOpenItem); },
+                                         [&] { choose(kPlayItem); },
+                                         [&] { write("IsOpenPlayer", true); },
+                                         [&] { write("IsOpenPlayer", false); },
+                                         [&] { write("isPlaying", true); },
+                                         [&] { write("isPlaying", false); },
+                                         [&] { suite.values[kSign] = suite.string(kSign) == "A" ? "B"s : "A"s; }};
+  constexpr std::size_t kDeeds = std::size(deeds);
+  for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds * kDeeds; ++sequence) {
+    for (std::size_t rest = sequence, step = 0; step < 4; ++step, rest /= kDeeds) {
+      deeds[rest % kDeeds]();
+      runLoop.advance(1s);
+      const bool open = suite.boolean("IsOpenPlayer"), playing = suite.boolean("isPlaying");
+      ASSERT_EQ(player->plays, open && playing) << sequence << "/" << step;
+      ASSERT_EQ(!windowServer.orders[0].ends_with(" out"), open) << sequence << "/" << step;
+      ASSERT_TRUE(isTitled(kOpenItem, open ? "Close" : "Open") && isTitled(kPlayItem, playing ? "Pause" : "Play"));
+      ASSERT_EQ(player->item, suite.string(kSign)) << sequence << "/" << step;
+    }
+  }
+}
+
+TEST_F(PersonTest, ALibraryMayBeEmptiedAtAnyTime) {
+  const std::function<void()> deeds[] = {[&] { removeAll(true); },          [&] { removeAll(false); },
+                                         [&] { choose(kOpenItem); },        [&] { write("IsOpenPlayer", true); },
+                                         [&] { preferences->playModel.set(2); }, [&] { end(); },
+                                         [&] { launch(suite.values); }};
+  constexpr std::size_t kDeeds = std::size(deeds);
+  for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds; ++sequence) {
+    add({"A"});
+    launch({});
+    deeds[sequence % 2]();
+    for (std::size_t rest = sequence, step = 0; step < 3; ++step, rest /= kDeeds) {
+      deeds[rest % kDeeds]();
+    }
+    EXPECT_EQ(manager->videoList().size(), 0U);
+  }
+  // The last row may also go because its file is missing.
+  add({"A", "b"});
+  launch({});
+  sql("delete from LocalVideos where sign = 'A'");
+  preferences->playingVideoSign.set("b");
+  libraryChanged();
+  end();
+  EXPECT_EQ(suite.string(kSign), std::nullopt);
+}
+
+TEST_F(PlaybackTest, AFileSystemThatDoesNotAnswerHoldsNothingElseUp) {
+  add({"A", "B", "C", "D"});
+  launch({{"PlayMode", 1L}});
+  finder.hanging = {"B", "D"};
+  end();
+  runLoop.advance(1s);
+  libraryChanged();
+  preferences->playModel.set(2);
+  runLoop.advance(1999ms);
+  EXPECT_EQ(commands() + *suite.string(kSign), " play AA");
+  runLoop.advance(1ms);
+  EXPECT_EQ(commands() + *suite.string(kSign), " CC") << "it was still B's turn";
+  end();
+  preferences->playingVideoSign.set("A");
+  runLoop.advance(5s);
+  EXPECT_EQ(commands(), " pause A play") << "a choice takes the place of the search";
+  preferences->playingVideoSign.set("D");
+  end();
+  runLoop.advance(1s);
+  EXPECT_EQ(suite.string(kSign), "D");
+  runLoop.advance(1s);
+  EXPECT_EQ(commands() + *suite.string(kSign), " CC") << "what does not answer is not followed";
+  for (const char* last : {"C", "A"}) {
+    preferences->playingVideoSign.set("B");
+    libraryChanged();
+    preferences->playingVideoSign.set(last);
+    runLoop.advance(5s);
+  }
+  EXPECT_EQ(commands(), " pause A play") << "a later choice takes the place of an earlier one";
+  EXPECT_EQ(console.lines.size(), 1U) << "no row was deleted";
+  preferences->playingVideoSign.set("C");
+  preferences->isOpenPlayer.set(false);
+  EXPECT_EQ(commands(), " pause pause C");
+  EXPECT_TRUE(orders(0).ends_with(" out")) << "closed, it stays so";
+  preferences->isOpenPlayer.set(true);
+  preferences->playingVideoSign.set("A");
+  preferences->isPlaying.set(false);
+  runLoop.advance(0ms);
+  EXPECT_FALSE(player->plays) << "paused, it stays so";
+  EXPECT_EQ(suite.string(kSign), "A");
+}
+
+TEST_F(PlaybackTest, WhatBringsTheAgentDownWhileItIsLoadedIsPassedOverUntilChosen) {
+  add({"A", "B"});
+  launch({{"PlayMode", 1L}});
+  launchAfterCrash({{"PlayMode", 1L}, {kSign, "A"s}});
+  status(PlayerItemStatus::readyToPlay);
+  end();
+  EXPECT_EQ(commands(), " play B B") << "nor in the next round";
+  launchAfterCrash({{kSign, "A"s}});
+  EXPECT_EQ(commands(), " play B");
+  status(PlayerItemStatus::failed);
+  ASSERT_EQ(console.warnings.size(), 1U);
+  EXPECT_NE(console.warnings[0].find("video A "), std::string::npos);
+  preferences->playingVideoSign.set("A");
+  EXPECT_EQ(commands(), " seek pause A play");
+  status(PlayerItemStatus::readyToPlay);
+  launchAfterCrash({{kSign, "A"s}});
+  EXPECT_EQ(commands(), " play A") << "chosen, it has shown";
+  sql("delete from LocalVideos where sign = 'B'");
+  launchAfterCrash({{kSign, "A"s}});
+  runLoop.advance(5s);
+  EXPECT_EQ(commands(), " play") << "the only one";
+  defaults.values.erase("RefusedVideo/A");
+  libraryChanged();
+  EXPECT_EQ(commands(), " A");
+  delegate.applicationWillTerminate();
+  launchAfterCrash({{kSign, "A"s}});
+  EXPECT_EQ(commands(), " play A") << "it was an end in good order";
+  EXPECT_EQ(console.warnings.size(), 2U);
+}
+
+TEST_F(PlaybackTest, ThePlayerRepeatsAVideoThatIsFollowedByItself) {
+  add({"A", "B"});
+  launch({});
+  EXPECT_TRUE(player->repeats);
+  preferences->playModel.set(1);
+  EXPECT_FALSE(player->repeats);
+  sql("delete from LocalVideos where sign = 'B'");
+  libraryChanged();
+  EXPECT_TRUE(player->repeats);
+  sql("update LocalVideos set sign = 'B', url = '" + folder / "B" + "'");
+  libraryChanged();
+  EXPECT_FALSE(player->repeats) << "another one follows";
+  end();
+  EXPECT_TRUE(player->repeats);
+  preferences->playModel.set(0);
+  sql("delete from LocalVideos");
+  libraryChanged();
+  EXPECT_FALSE(player->repeats) << "the end is of interest";
 }
 
 TEST_F(PlaybackTest, ThePlayerFollowsTheSettings) {
@@ -173,7 +359,7 @@ TEST_F(PlaybackTest, ThePlayerFollowsTheSettings) {
   windowServer.spaceObservers.notify();
   EXPECT_EQ(orders(0), " back");
   preferences->isOpenPlayer.set(false);
-  EXPECT_EQ(commands(), " A play pause pause");
+  EXPECT_EQ(commands(), " play A pause pause");
   windowServer.currentScreens.pop_back();
   delegate.applicationDidChangeScreenParameters();
   manager->setHideDesktopIcon(true);

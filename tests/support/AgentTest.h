@@ -14,7 +14,7 @@ struct AgentTest : testing::Test {
     windowServer.currentScreens = {{"left", {0, 0, 1920, 1080}}, {"right", {1920, 0, 1920, 1080}}};
   }
   void sql(const std::string& text) const {
-    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(text);
+    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("pragma synchronous=off;" + text);
   }
   // Files of small letters do not exist.
   void add(const std::vector<std::string>& signs) const {
@@ -24,6 +24,12 @@ struct AgentTest : testing::Test {
     }
   }
   void launch(const decltype(FakeSettingsSuite::values)& stored) {
+    if (manager) {
+      manager->willTerminate();
+    }
+    launchAfterCrash(stored);
+  }
+  void launchAfterCrash(const decltype(FakeSettingsSuite::values)& stored) {
     statusBar.reset();
     manager.reset();
     suite.values = stored;
@@ -34,8 +40,8 @@ struct AgentTest : testing::Test {
       player = made.get();
       return made;
     };
-    manager.emplace(VideoPlayerManager::Services{*preferences, *library, windowServer, center, runLoop, console,
-                                                 makePlayer, [this](std::size_t bound) { return random(bound); }});
+    manager.emplace(VideoPlayerManager::Services{*preferences, defaults, *library, finder, windowServer, center,
+                                                 runLoop, console, makePlayer, [this](std::size_t bound) { return random(bound); }});
     statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
                                                  [this] {
                                                    auto made = std::make_unique<FakeStatusItem>();
@@ -45,15 +51,35 @@ struct AgentTest : testing::Test {
                                                  localize, "1.0.0 (1)",
                                                  [this] { delegate.checkUpdates(AppDelegate::Check::manual); }});
     delegate.applicationDidFinishLaunching();
+    settle();
   }
-  std::string commands() { return std::exchange(player->commands, ""); }
+  /// Runs what waits for the next turn of the run loop.
+  void settle() { runLoop.advance(FakeRunLoop::Time(0)); }
+  std::string commands() {
+    settle();
+    return std::exchange(player->commands, "");
+  }
   std::string orders(std::size_t window) { return std::exchange(windowServer.orders.at(window), ""); }
-  void libraryChanged() { center.names["UpdateVideoList"].notify(); }
-  void end() { player->endObservers.notify(); }
-  void status(PlayerItemStatus newStatus) { player->statusObservers.notify(newStatus); }
+  void libraryChanged() {
+    center.names["UpdateVideoList"].notify();
+    settle();
+  }
+  void end() {
+    settle();
+    player->endObservers.notify();
+    settle();
+  }
+  void status(PlayerItemStatus newStatus) {
+    settle();
+    player->statusObservers.notify(newStatus);
+    settle();
+  }
   TemporaryFolder folder;
   FakeRunLoop runLoop;
   FakeSettingsSuite suite;
+  /// The agent's own defaults.
+  FakeSettingsSuite defaults;
+  FakeFileFinder finder{runLoop};
   FakeConsole console;
   FakeNotificationCenter center;
   FakeWindowServer windowServer;

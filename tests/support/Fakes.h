@@ -5,11 +5,13 @@
 #include <deque>
 #include <fstream>
 #include <map>
+#include <set>
 #include <variant>
 
 #include "app/ObserverList.h"
 #include "platform/Console.h"
 #include "platform/DistributedNotificationCenter.h"
+#include "platform/FileFinder.h"
 #include "platform/InterfaceWindow.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
@@ -77,6 +79,27 @@ struct FakeRunLoop : RunLoop {
   }
 };
 
+/// Answers in the next turn of the run loop; where a file system hangs, after two seconds.
+struct FakeFileFinder : FileFinder {
+  explicit FakeFileFinder(RunLoop& loop) : runLoop(loop) {}
+  RunLoop& runLoop;
+  /// The names of the files that hang.
+  std::set<std::string> hanging;
+  Disposable findFirst(std::vector<std::filesystem::path> files, std::function<void(Answer)> reply) override {
+    Answer answer;
+    std::chrono::milliseconds delay{0};
+    for (std::size_t index = 0; index < files.size() && !answer.found; ++index) {
+      const bool hangs = hanging.contains(files[index].filename());
+      answer.someUnanswered |= hangs;
+      delay += hangs ? kPatience : std::chrono::seconds(0);
+      if (!hangs && std::filesystem::is_regular_file(files[index])) {
+        answer.found = index;
+      }
+    }
+    return runLoop.after(delay, [answer, reply] { reply(answer); });
+  }
+};
+
 /// A suite in memory. Tests change `values` as another process would; `writes` is what the agent wrote.
 struct FakeSettingsSuite : SettingsSuite {
   std::map<std::string, std::variant<std::int64_t, float, bool, std::string>> values;
@@ -108,7 +131,9 @@ struct FakeSettingsSuite : SettingsSuite {
 
 struct FakeConsole : Console {
   std::vector<std::string> lines;
+  std::vector<std::string> warnings;
   void print(std::string_view line) override { lines.emplace_back(line); }
+  void warn(std::string_view line) override { warnings.emplace_back(line); }
 };
 
 struct FakeNotificationCenter : DistributedNotificationCenter {
@@ -124,15 +149,19 @@ struct FakeVideoPlayer : VideoPlayer {
   std::string commands;
   ObserverList<PlayerItemStatus> statusObservers;
   ObserverList<> endObservers;
-  bool hasItem = false;
+  /// The name of the current item's file.
+  std::string item;
   float amplitude = 1;
   bool muted = false;
-  void play() override { commands += " play"; }
-  void pause() override { commands += " pause"; }
-  bool hasCurrentItem() const override { return hasItem; }
+  bool plays = false;
+  bool repeats = false;
+  void play() override { (commands += " play", plays = true); }
+  void pause() override { (commands += " pause", plays = false); }
+  void setRepeating(bool repeating) override { repeats = repeating; }
+  bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override {
-    hasItem = true;
-    commands += " " + file.filename().string();
+    item = file.filename().string();
+    commands += " " + item;
   }
   void seekToZero() override { commands += " seek"; }
   float volume() const override { return amplitude; }

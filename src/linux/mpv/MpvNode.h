@@ -2,6 +2,7 @@
 
 #include <mpv/client.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>

@@ -35,7 +35,7 @@ class MpvPlayer : public VideoPlayer {
   bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
-  void setRepeating(bool repeats);
+  void setRepeating(bool repeats) override;
   float volume() const override { return amplitude; }
   void setVolume(float newAmplitude) override;
   bool isMuted() const override { return muted; }

@@ -1,0 +1,63 @@
+#include "playback/PlayableSearch.h"
+
+#include <utility>
+#include <vector>
+
+#include "library/FileURL.h"
+
+namespace quilex {
+
+namespace {
+
+// Files that are asked for at once. Mostly the first one is there.
+constexpr std::size_t kFilesAtOnce = 64;
+
+/// A video of the playlist, and how many steps lead to it from the current one.
+struct Candidate {
+  const VideoInfoNode* node;
+  std::size_t distance;
+};
+
+}  // namespace
+
+PlayableSearch::PlayableSearch(VideoInfoList& playlist, FileFinder& fileFinder, PassesOver passesOver, Done done)
+    : list(playlist), finder(fileFinder), isPassedOver(std::move(passesOver)), whenDone(std::move(done)) {}
+
+void PlayableSearch::start() {
+  question.reset();
+  lookFrom(list.current(), 0);
+}
+
+void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
+  std::vector<std::filesystem::path> files;
+  std::vector<Candidate> candidates;
+  for (; distance < list.size() && files.size() < kFilesAtOnce; ++distance, node = after(node)) {
+    auto file = localPath(node->val.url);
+    if (file && !isPassedOver(node->val)) {
+      files.push_back(std::move(*file));
+      candidates.push_back({node, distance});
+    }
+  }
+  if (files.empty()) {
+    finish(std::nullopt);
+    return;
+  }
+  auto reply = [this, files, candidates = std::move(candidates), node, distance](const FileFinder::Answer& answer) {
+    if (!answer.found) {
+      lookFrom(node, distance);
+      return;
+    }
+    for (std::size_t step = 0; step < candidates[*answer.found].distance; ++step) {
+      list.moveToNext();
+    }
+    finish(files[*answer.found]);
+  };
+  question = finder.findFirst(std::move(files), std::move(reply));
+}
+
+void PlayableSearch::finish(const std::optional<std::filesystem::path>& file) {
+  question.reset();
+  whenDone(file);
+}
+
+}  // namespace quilex
