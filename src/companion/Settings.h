@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <memory>
 
 #include "companion/Result.h"
@@ -18,10 +17,6 @@ class Settings {
   /// Writes what was set, all of it at once or nothing.
   Outcome write();
 
-  /// Waits until a running agent has taken over what was written, which it does within a second and shows by writing
-  /// it back.
-  void awaitAgent() const;
-
  private:
   /// Writes are asked for one by one, so there is nothing to be run later.
   struct NoRunLoop : RunLoop {
@@ -33,7 +28,6 @@ class Settings {
     }
   };
 
-  std::filesystem::path file;
   NoRunLoop runLoop;
   std::unique_ptr<JsonSettingsSuite> store;
 };

@@ -21,7 +21,11 @@ VideoPlayerManager::VideoPlayerManager(Services theServices)
       model(playModelFromRawValue(services.preferences.playModel.get())),
       coveredScreens(services.windowServer.screens()) {
   registrations.push_back(services.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
-  registrations.push_back(services.notificationCenter.observe("UpdateVideoList", [this] { updateVideoList(); }));
+  registrations.push_back(services.notificationCenter.observe("UpdateVideoList", [this] {
+    // Whoever removes the video that is playing has named the next one before; it is followed from the list as it was.
+    services.preferences.updateUserDefaultFromDisk();
+    updateVideoList();
+  }));
   observeSettings();
 }
 

@@ -116,7 +116,12 @@ void VideoPlayerManager::syncSign() {
     return;
   }
   const auto sign = list.current() != nullptr ? std::optional(list.current()->val.sign) : std::nullopt;
-  if (sign != services.preferences.playingVideoSign.get()) {
+  if (sign == services.preferences.playingVideoSign.get()) {
+    return;
+  }
+  if (!sign && services.preferences.libraryWasEmptied()) {
+    services.preferences.forgetPlayingVideoSign();
+  } else {
     services.preferences.playingVideoSign.set(sign);
   }
 }

@@ -141,4 +141,10 @@ void Preferences::updateUserDefaultFromDisk() {
   applyIfDifferent(autolaunch, suite.boolean(kAutolaunch));
 }
 
+void Preferences::forgetPlayingVideoSign() {
+  playingVideoSign.assign(std::nullopt);
+  suite.remove(Key::currentVideoSign);
+  suite.synchronize();
+}
+
 }  // namespace quilex

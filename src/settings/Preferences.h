@@ -55,6 +55,11 @@ class Preferences {
   /// Applies to the properties what differs in the suite; run by the timer.
   void updateUserDefaultFromDisk();
 
+  /// Whether the library was emptied on purpose. Then there is no video that the settings could name.
+  bool libraryWasEmptied() const { return suite.boolean(settings::kLibraryWasEmptied); }
+  /// Names no video any more, without notifying: there is none that the observers could turn to.
+  void forgetPlayingVideoSign();
+
  private:
   Disposable reload;
 };

@@ -13,6 +13,8 @@ inline constexpr const char* kAlreadyImportVideo = "alreadyImportVideo";
 inline constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
 inline constexpr const char* kIsPlaying = "isPlaying";
 inline constexpr const char* kAutolaunch = "autolaunch";
+/// Whether the library was emptied on purpose, after which no current video is missing.
+inline constexpr const char* kLibraryWasEmptied = "LibraryWasEmptied";
 
 inline constexpr float kDefaultVolume = 0.5F;
 inline constexpr bool kDefaultIsOpenPlayer = true;
