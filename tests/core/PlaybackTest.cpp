@@ -156,6 +156,9 @@ TEST_F(PlaybackTest, AnEmptyLibraryContradictsASignButAnUnreadableOneDoesNot) {
   EXPECT_EQ(commands(), " A play seek");
   EXPECT_EQ(suite.string(kSign), "A");
   EXPECT_EQ(manager->videoList().size(), 1U) << "what was known holds";
+  preferences->playingVideoSign.set("b");
+  EXPECT_EQ(console.lines.back(), folder / "Quilex.db") << "nothing is deleted";
+  preferences->playingVideoSign.set("A");
   sql("alter table Other rename to LocalVideos");
   add({"B"});
   runLoop.advance(10s);
