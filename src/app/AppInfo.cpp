@@ -1,9 +1,9 @@
 #include "app/AppInfo.h"
 
-#include <system_error>
 #include <utility>
 
 #include "app/FatalError.h"
+#include "app/PrivateFiles.h"
 
 namespace quilex {
 
@@ -54,8 +54,7 @@ std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
     }
     result = candidates.front() / stringFor(facts, "CFBundleIdentifier").value_or("Quilex");
   }
-  std::error_code ignored;
-  std::filesystem::create_directories(result, ignored);
+  createPrivateFolder(result);
   return result;
 }
 

@@ -30,12 +30,13 @@ class ObservableProperty {
     if (store) {
       store(*value);
     }
-    // A handler may set the property again or destroy it. Each observer is told the value as it stands when its turn
-    // comes, so that none is left with an older one than it heard before.
-    observers.notifyEach([current = value](const Handler& handler) {
-      const Value copy = *current;
-      handler(copy);
-    });
+    notify();
+  }
+
+  /// Sets a value that the store holds already, then notifies the observers.
+  void apply(Value newValue) {
+    *value = std::move(newValue);
+    notify();
   }
 
   /// Calls the handler with the new value on each later change, until the token is released; no initial call.
@@ -48,6 +49,15 @@ class ObservableProperty {
   }
 
  private:
+  void notify() {
+    // A handler may set the property again or destroy it. Each observer is told the value as it stands when its turn
+    // comes, so that none is left with an older one than it heard before.
+    observers.notifyEach([current = value](const Handler& handler) {
+      const Value copy = *current;
+      handler(copy);
+    });
+  }
+
   Store store;
   std::shared_ptr<Value> value = std::make_shared<Value>();
   ObserverList<Value> observers;

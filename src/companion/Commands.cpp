@@ -74,44 +74,47 @@ void printTable(const Videos& videos, const std::string& current) {
   }
 }
 
+bool hasVideo(const Videos& videos, const std::string& sign) {
+  return std::ranges::find(videos, sign, &VideoDetail::sign) != videos.end();
+}
+
 // The video to go on with after the one at `place`: the next that remains and has its file, from the end back to the
 // beginning.
 const VideoDetail* nextPlayable(const Videos& videos, std::size_t place, const Videos& removed) {
   for (std::size_t step = 1; step < videos.size(); ++step) {
     const VideoDetail& video = videos[(place + step) % videos.size()];
-    if (std::ranges::find(removed, video.sign, &VideoDetail::sign) == removed.end() && namesExistingFile(video.url)) {
+    if (!hasVideo(removed, video.sign) && namesExistingFile(video.url)) {
       return &video;
     }
   }
   return nullptr;
 }
 
+void show(SettingsSuite& suite, const std::string& sign) {
+  suite.setString(settings::kCurrentVideoSign, sign);
+  suite.setBoolean(settings::kIsOpenPlayer, true);
+  suite.setBoolean(settings::kIsPlaying, true);
+}
+
 // Has the wallpaper leave the videos that are being removed: for the next one, or, when none is left, by closing. A
 // wallpaper that is closed stays so; naming another video would open it.
 Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& removed) {
-  const std::string current = valueInForce(settings.suite(), settings::kCurrentVideoSign);
-  const bool losesCurrent = std::ranges::find(removed, current, &VideoDetail::sign) != removed.end();
-  const bool losesAll = std::ranges::all_of(before, [&](const VideoDetail& video) {
-    return std::ranges::find(removed, video.sign, &VideoDetail::sign) != removed.end();
-  });
+  SettingsSuite& suite = settings.suite();
+  const std::string current = valueInForce(suite, settings::kCurrentVideoSign);
+  const bool losesAll =
+      std::ranges::all_of(before, [&](const VideoDetail& video) { return hasVideo(removed, video.sign); });
   if (losesAll) {
-    settings.suite().setBoolean(settings::kLibraryWasEmptied, true);
+    suite.setBoolean(settings::kLibraryWasEmptied, true);
   }
-  if (!(losesCurrent || losesAll) || valueInForce(settings.suite(), settings::kIsOpenPlayer) == "false") {
-    return settings.write();
+  if ((losesAll || hasVideo(removed, current)) && valueInForce(suite, settings::kIsOpenPlayer) == "true") {
+    const auto place = std::ranges::find(before, current, &VideoDetail::sign) - before.begin();
+    if (const auto* next = nextPlayable(before, static_cast<std::size_t>(place), removed)) {
+      suite.setString(settings::kCurrentVideoSign, next->sign);
+    } else {
+      suite.setBoolean(settings::kIsOpenPlayer, false);
+    }
   }
-  const auto place = std::ranges::find(before, current, &VideoDetail::sign) - before.begin();
-  if (const auto* next = nextPlayable(before, static_cast<std::size_t>(place), removed)) {
-    settings.suite().setString(settings::kCurrentVideoSign, next->sign);
-  } else {
-    settings.suite().setBoolean(settings::kIsOpenPlayer, false);
-  }
-  if (auto failure = settings.write()) {
-    return failure;
-  }
-  // The agent finds the video to go on with from the one it plays, so it must not be told of the new list before.
-  settings.awaitAgent();
-  return std::nullopt;
+  return settings.write();
 }
 
 std::string playingLine(const SettingsSuite& suite, const Videos& videos) {
@@ -167,18 +170,29 @@ Outcome importCommand(const std::vector<std::string>& files) {
   }
   auto& settings = *std::get<0>(openedSettings);
   auto& library = *std::get<0>(openedLibrary);
+  const auto before = library.videos();
+  if (const auto* failure = std::get_if<Failure>(&before)) {
+    return *failure;
+  }
+  SettingsSuite& suite = settings.suite();
+  const std::string current = valueInForce(suite, settings::kCurrentVideoSign);
   catchInterruptions();
   const ImportCount count = importVideos(files, library);
   Outcome failure = library.sweepCovers();
-  if (count.inLibrary > 0) {
+  if (!count.firstSign.empty()) {
     postLibraryChange();
-    if (!settings.suite().boolean(settings::kAlreadyImportVideo) ||
-        settings.suite().boolean(settings::kLibraryWasEmptied)) {
-      settings.suite().setBoolean(settings::kAlreadyImportVideo, true);
-      settings.suite().remove(settings::kLibraryWasEmptied);
-      if (auto unwritten = settings.write()) {
-        failure = std::move(unwritten);
-      }
+    if (!suite.boolean(settings::kAlreadyImportVideo)) {
+      suite.setBoolean(settings::kAlreadyImportVideo, true);
+    }
+    if (suite.contains(settings::kLibraryWasEmptied)) {
+      suite.remove(settings::kLibraryWasEmptied);
+    }
+    // Where there was nothing to show, the first video is what a person wants to see.
+    if (!hasVideo(std::get<Videos>(before), current) && valueInForce(suite, settings::kCurrentVideoSign) == current) {
+      show(suite, count.firstSign);
+    }
+    if (auto unwritten = settings.write()) {
+      failure = std::move(unwritten);
     }
   }
   if (failure) {
@@ -234,9 +248,7 @@ Outcome playCommand(const std::string& name) {
     return std::move(*failure);
   }
   auto& settings = *std::get<0>(opened);
-  settings.suite().setString(settings::kCurrentVideoSign, video.sign);
-  settings.suite().setBoolean(settings::kIsOpenPlayer, true);
-  settings.suite().setBoolean(settings::kIsPlaying, true);
+  show(settings.suite(), video.sign);
   auto wasRefused = settings.allowVideo(video.sign);
   if (auto* failure = std::get_if<Failure>(&wasRefused)) {
     return std::move(*failure);
@@ -306,8 +318,7 @@ Outcome setCommand(const std::string& key, const std::string& value) {
     if (auto* failure = std::get_if<Failure>(&read)) {
       return std::move(*failure);
     }
-    const auto& videos = std::get<Videos>(read);
-    if (std::ranges::find(videos, value, &VideoDetail::sign) == videos.end()) {
+    if (!hasVideo(std::get<Videos>(read), value)) {
       return Failure{key + " must be " + std::get<Setting>(found).expected + ", not \"" + value + "\""};
     }
   }

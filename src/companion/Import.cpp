@@ -159,7 +159,9 @@ ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& li
       printError(file + ": " + failure->message);
       ++count.refused;
     } else {
-      printLine(describe(std::get<Imported>(imported)));
+      const auto& added = std::get<Imported>(imported);
+      printLine(describe(added));
+      count.firstSign = count.firstSign.empty() ? added.video.sign : count.firstSign;
       ++count.inLibrary;
     }
   }

@@ -11,6 +11,8 @@ namespace quilex {
 /// What became of the files that were to be imported.
 struct ImportCount {
   std::size_t inLibrary = 0;
+  /// The sign of the first one that is; empty when none is.
+  std::string firstSign;
   std::size_t refused = 0;
   bool wasInterrupted = false;
 };

@@ -1,11 +1,10 @@
 #include "companion/Settings.h"
 
-#include <system_error>
-#include <thread>
+#include <chrono>
+#include <utility>
 
 #include "app/AppInfo.h"
 #include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/DBusNotificationCenter.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {
@@ -15,15 +14,12 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kLockPatience = 10s;
-constexpr auto kAgentPatience = 2s;
-constexpr auto kLookInterval = 20ms;
 
 }  // namespace
 
 Result<std::unique_ptr<Settings>> Settings::open() {
   auto settings = std::make_unique<Settings>();
-  settings->file = configHome() / AppInfo::groupIdentifier / "settings.json";
-  auto opened = JsonSettingsSuite::open(settings->file, settings->runLoop);
+  auto opened = JsonSettingsSuite::open(configHome() / AppInfo::groupIdentifier / "settings.json", settings->runLoop);
   if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
     return Failure{std::move(error->message)};
   }
@@ -54,16 +50,6 @@ Result<bool> Settings::allowVideo(const std::string& sign) {
     }
   }
   return isRefused;
-}
-
-void Settings::awaitAgent() const {
-  std::error_code ignored;
-  const auto written = std::filesystem::last_write_time(file, ignored);
-  const auto deadline = std::chrono::steady_clock::now() + kAgentPatience;
-  while (agentPresence() == AgentPresence::running && std::chrono::steady_clock::now() < deadline &&
-         std::filesystem::last_write_time(file, ignored) == written) {
-    std::this_thread::sleep_for(kLookInterval);
-  }
 }
 
 }  // namespace quilex

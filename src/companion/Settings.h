@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <memory>
 
 #include "companion/Result.h"
@@ -21,10 +20,6 @@ class Settings {
   /// Lets the agent load that video even if it went down while it loaded it. Answers whether it would have refused it.
   Result<bool> allowVideo(const std::string& sign);
 
-  /// Waits until a running agent has taken over what was written, which it does within a second and shows by writing
-  /// it back.
-  void awaitAgent() const;
-
  private:
   /// Writes are asked for one by one, so there is nothing to be run later.
   struct NoRunLoop : RunLoop {
@@ -36,7 +31,6 @@ class Settings {
     }
   };
 
-  std::filesystem::path file;
   NoRunLoop runLoop;
   std::unique_ptr<JsonSettingsSuite> store;
 };

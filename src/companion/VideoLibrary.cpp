@@ -10,6 +10,7 @@
 #include <set>
 #include <utility>
 
+#include "app/PrivateFiles.h"
 #include "library/FileURL.h"
 #include "library/LibraryFile.h"
 #include "library/VideoRows.h"
@@ -153,9 +154,12 @@ Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) co
   const fs::path finished = covers / (video.sign + kCoverEnding);
   const fs::path unfinished = covers / (video.sign + kUnfinishedEnding);
   std::error_code error;
-  fs::create_directories(covers, error);
+  createPrivateFolder(covers);
   errno = 0;
   std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
+  if (stream) {
+    fs::permissions(unfinished, kPrivateFile, error);
+  }
   stream << jpeg;
   stream.close();
   if (!stream) {

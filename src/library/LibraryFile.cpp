@@ -2,6 +2,8 @@
 
 #include <random>
 
+#include "app/PrivateFiles.h"
+
 namespace quilex {
 
 namespace fs = std::filesystem;
@@ -36,7 +38,7 @@ std::error_code placeLibrary(const fs::path& templateFile, const fs::path& libra
   std::error_code ignored;
   fs::copy_file(templateFile, unfinished, error);
   if (!error) {
-    fs::permissions(unfinished, fs::perms::owner_write, fs::perm_options::add, error);
+    fs::permissions(unfinished, kPrivateFile, error);
     // Unlike a renaming, a link never replaces what is there.
     fs::create_hard_link(unfinished, library, error);
     if (error && !fs::exists(library, ignored)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -16,8 +17,9 @@ class Database;
 namespace quilex {
 
 /// The agent's access to the database of imported videos, which the main application fills. Every operation is
-/// synchronous, waits at most two seconds for another process's lock, and raises no error. Not for use from two
-/// threads.
+/// synchronous, fails at once where another process holds a lock, and raises no error. A database that was put in the
+/// place of the opened one is seen by the next operation; while its file is missing, operations fail. Not for use from
+/// two threads.
 class LocalVideoDBManager {
  public:
   /// Puts a copy of the template into `supportDirectory` if there is no database yet, then opens the database. Without
@@ -42,11 +44,23 @@ class LocalVideoDBManager {
   bool answered() const { return lastQueryAnswered; }
 
  private:
+  /// What tells a file from another one at the same path.
+  struct FileIdentity {
+    std::uint64_t device;
+    std::uint64_t inode;
+    bool operator==(const FileIdentity&) const = default;
+  };
+
+  std::optional<FileIdentity> fileAtPath() const;
+  bool open(int creation);
+  bool isUsable();
   std::vector<VideoDetail> query(const char* statementText, const std::string* argument);
 
   Console& output;
-  /// Empty when the database could not be opened.
+  const std::string path;
+  /// Empty for good when the database could not be opened at first.
   std::unique_ptr<SQLite::Database> db;
+  std::optional<FileIdentity> openedFile;
   bool lastQueryAnswered = true;
 };
 

@@ -69,7 +69,16 @@ template <typename Value>
 void applyIfDifferent(ObservableProperty<Value>& property, const Value& stored) {
   // A NaN on either side counts as different, as it does for the operator.
   if (stored != property.get()) {
-    property.set(stored);
+    property.apply(stored);
+  }
+}
+
+// Writes nothing that the suite holds already, as another process may be about to change it.
+void turnOn(ObservableProperty<bool>& flag, bool isStored) {
+  if (isStored) {
+    flag.apply(true);
+  } else {
+    flag.set(true);
   }
 }
 
@@ -107,21 +116,25 @@ void Preferences::updateUserDefaultFromDisk() {
   applyIfDifferent(playModel, suite.integer(kPlayMode));
   if (const auto stored = suite.string(Key::currentVideoSign); stored != playingVideoSign.get()) {
     // A change of the video made by another process always opens and starts the wallpaper.
-    playingVideoSign.set(stored.value_or(""));
+    if (stored) {
+      playingVideoSign.apply(stored);
+    } else {
+      playingVideoSign.set("");
+    }
     if (!isOpenPlayer.get()) {
-      isOpenPlayer.set(true);
+      turnOn(isOpenPlayer, suite.boolean(kIsOpenPlayer));
     }
     if (!isPlaying.get()) {
-      isPlaying.set(true);
+      turnOn(isPlaying, suite.boolean(kIsPlaying));
     }
   }
   applyIfDifferent(volume, suite.real(kVolume));
   applyIfDifferent(mute, suite.boolean(kMute));
   applyIfDifferent(alreadyImportVideo, suite.boolean(Key::alreadyImportVideo));
   if (const bool stored = suite.boolean(kIsOpenPlayer); stored != isOpenPlayer.get()) {
-    isOpenPlayer.set(stored);
+    isOpenPlayer.apply(stored);
     if (isOpenPlayer.get()) {
-      isPlaying.set(true);
+      turnOn(isPlaying, suite.boolean(kIsPlaying));
     }
   }
   applyIfDifferent(isPlaying, suite.boolean(kIsPlaying));

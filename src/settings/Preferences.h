@@ -14,7 +14,8 @@
 namespace quilex {
 
 /// The user's settings: an observable mirror of the shared suite. Setting a property writes the suite, then notifies;
-/// once a second the suite is read again and what another process changed is applied in the same way.
+/// once a second the suite is read again, and what another process changed is taken over and notified, but not written
+/// back: that could undo what was stored since.
 class Preferences {
  public:
   struct Key {

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -13,6 +15,7 @@
 #include "linux/qt/TerminationSignals.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/settings/JsonSettingsSuite.h"
+#include "settings/Preferences.h"
 #include "support/AdapterTest.h"
 
 using namespace quilex;
@@ -144,33 +147,90 @@ TEST_F(FilesTest, ReadsAreTypedAndAWriteChangesItsOwnKeysAlone) {
   suite->setReal("Volume", 0.1F);
   suite->remove("gone");
   EXPECT_FALSE(suite->contains("gone"));
-  write(file, R"({"zebra": true, "Volume": 0.75, "gone": 1, "apple": {"x": [1, null]}})");
+  write(file, R"({"zebra": true, "Volume": 0.5, "gone": "0", "apple": {"x": [1, null]}})");
   // Without `synchronize` the event loop brings the changes into the file.
-  EXPECT_TRUE(waitFor([&] { return stored() == R"({"zebra":true,"Volume":0.1,"apple":{"x":[1,null]}})"; }));
+  EXPECT_TRUE(waitFor([&] { return stored() == R"({"Volume":0.1,"apple":{"x":[1,null]},"zebra":true})"; }));
   EXPECT_EQ(open()->real("Volume"), 0.1F);
 }
 
-TEST_F(FilesTest, NothingIsWrittenOverWhatIsNoJsonObject) {
-  for (const char* text : {"", "{", "[1]"}) {
+TEST_F(FilesTest, NothingIsWrittenOverWhatAnotherProcessStoredSince) {
+  write(file, R"({"CurrentVideoSign": "0", "IsOpenPlayer": false, "isPlaying": false, "n": 0, "m": 0})");
+  const auto suite = open(), other = open();
+  Preferences preferences(*suite, loop);
+  // A program that is between reading and writing holds the lock.
+  std::optional held = SettingsFile(file).lock();
+  ASSERT_TRUE(std::holds_alternative<FileDescriptor>(*held));
+  write(file, R"({"CurrentVideoSign": "A", "IsOpenPlayer": false, "isPlaying": true, "n": 0, "m": 0})");
+  preferences.updateUserDefaultFromDisk();
+  EXPECT_EQ(preferences.playingVideoSign.get(), "A");
+  EXPECT_TRUE(preferences.isOpenPlayer.get());
+  suite->setInteger("n", 1);
+  suite->setInteger("m", 1);
+  suite->synchronize();
+  held.reset();
+  other->setString("CurrentVideoSign", "B");
+  other->setInteger("n", 2);
+  ASSERT_FALSE(other->writeNow(0ms));
+  EXPECT_TRUE(waitFor([&] { return preferences.playingVideoSign.get() == "B" && other->integer("m") == 1; }));
+  EXPECT_EQ(std::tuple(other->string("CurrentVideoSign"), other->integer("n"), other->boolean("IsOpenPlayer")),
+            std::tuple("B", 2, true));
+  EXPECT_EQ(suite->integer("n"), 2);
+}
+
+TEST_F(FilesTest, NothingIsWrittenOverWhatHoldsNoSettings) {
+  const auto nested = [](int depth) {
+    const auto count = static_cast<std::size_t>(depth);
+    return R"({"a":)" + std::string(count, '[') + std::string(count, ']') + "}";
+  };
+  const std::string large = R"({"a":")" + std::string(1'000'000, 'x') + "\"}";
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "JSON"}, {"{", "JSON"}, {"[1]", "JSON"}, {nested(128), "JSON"}, {large, "1 MB"}};
+  for (const auto& [text, problem] : cases) {
     write(file, text);
-    EXPECT_NE(std::get<JsonSettingsSuite::OpenError>(opened()).message.find(file), std::string::npos);
+    const std::string message = std::get<JsonSettingsSuite::OpenError>(opened()).message;
+    EXPECT_NE(message.find(file), std::string::npos) << message;
+    EXPECT_NE(message.find(problem), std::string::npos) << message;
   }
+  write(file, nested(127));
+  EXPECT_TRUE(open()->contains("a"));
+  std::filesystem::remove(file);
+  // Nobody will ever write to it.
+  mkfifo(file.c_str(), S_IRWXU);
+  EXPECT_NE(std::get<JsonSettingsSuite::OpenError>(opened()).message.find("not a regular file"), std::string::npos);
+  std::filesystem::remove(file);
+
   write(file, R"({"a": 1})");
   const auto suite = open();
+  ::testing::internal::CaptureStderr();
   write(file, "{");
   suite->setInteger("b", 2);
   suite->synchronize();
   EXPECT_EQ(std::tuple(suite->integer("a"), suite->integer("b"), read(file)), std::tuple(1, 2, "{"));
+  std::filesystem::remove(file);
+  mkfifo(file.c_str(), S_IRWXU);
+  for (int time = 0; time < 3; ++time) {
+    EXPECT_EQ(std::tuple(suite->integer("a"), suite->integer("b")), std::tuple(1, 2));
+  }
+  const std::string told = ::testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::ranges::count(told, '\n'), 2) << told;
+  std::filesystem::remove(file);
   write(file, R"({"a": 3})");
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":2})"; }));
   std::filesystem::remove(file);
   suite->setInteger("b", 4);
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":4})"; }));
+  // Neither what others could not read again.
+  suite->setString("c", std::string(1'000'000, 'x'));
+  EXPECT_NE(suite->writeNow(0ms)->message.find("1 MB"), std::string::npos);
+  EXPECT_EQ(stored(), R"({"a":3,"b":4})");
 }
 
 TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   file = folder + "sub/settings.json";
+  umask(0);
   const auto suite = open();
+  const auto mode = [](const std::string& path) { return std::filesystem::status(path).permissions(); };
+  EXPECT_EQ(mode(folder + "sub"), std::filesystem::perms(0700));
   std::filesystem::remove(folder + "sub");
   suite->setInteger("a", 1);
   EXPECT_NE(suite->writeNow(0ms)->message.find(file), std::string::npos);
@@ -179,14 +239,24 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   suite->synchronize();
   std::filesystem::create_directory(folder + "sub");
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":2})"; }));
-  // Another program holds the lock.
-  const auto held = folder + "sub/settings.json.lock";
-  write(held, "");
+  EXPECT_EQ(mode(file), std::filesystem::perms(0600));
+  std::filesystem::permissions(file, std::filesystem::perms(0644));
+  // Another program holds the lock, or something else stands in its place.
+  std::optional held = SettingsFile(file).lock();
   suite->setInteger("b", 3);
   EXPECT_NE(suite->writeNow(50ms)->message.find("locked"), std::string::npos);
   suite->setInteger("b", 4);
   suite->synchronize();
   EXPECT_EQ(stored(), R"({"b":2})");
-  std::filesystem::remove(held);
+  held.reset();
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":4})"; }));
+  EXPECT_EQ(mode(file), std::filesystem::perms(0644));
+  const std::string lock = file + ".lock";
+  for (const auto& block :
+       {+[](const char* path) { return mkdir(path, 0700); }, +[](const char* path) { return mkfifo(path, 0700); }}) {
+    std::filesystem::remove(lock);
+    block(lock.c_str());
+    suite->setInteger("b", 5);
+    EXPECT_NE(suite->writeNow(0ms)->message.find(lock), std::string::npos);
+  }
 }

@@ -1,4 +1,8 @@
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <set>
 
 #include "library/FileURL.h"
 #include "library/LocalVideoDBManager.h"
@@ -40,6 +44,7 @@ struct LocalVideoDBManagerTest : testing::Test {
   }
   void open() { library.emplace(folder.path, folder / "template.db", console); }
   std::size_t size() { return library->allVideos().size(); }
+  auto mode() const { return std::filesystem::status(path).permissions(); }
   TemporaryFolder folder;
   FakeConsole console;
   std::optional<LocalVideoDBManager> library;
@@ -49,12 +54,18 @@ struct LocalVideoDBManagerTest : testing::Test {
 
 TEST_F(LocalVideoDBManagerTest, TheTemplateIsCopiedOnlyOnce) {
   run("template.db", table + "insert into LocalVideos values('A', 'one')");
+  folder.write("Quilex.db.1.new");
   open();
   run("Quilex.db", "insert into LocalVideos values('B', 'two')");
   open();
   EXPECT_EQ(size(), 2U);
   EXPECT_EQ(console.lines, (Lines{path, path}));
-  EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+  std::set<std::string> files;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
+    files.insert(entry.path().filename());
+  }
+  EXPECT_EQ(files, (std::set<std::string>{"Quilex.db", "template.db"})) << "and nothing unfinished is left";
+  EXPECT_EQ(mode(), std::filesystem::perms(0600));
   EXPECT_DEATH(LocalVideoDBManager(folder / "other", std::nullopt, console), "no Quilex.db");
 }
 
@@ -104,6 +115,9 @@ TEST_F(LocalVideoDBManagerTest, WhatCannotBeReadIsEmptyAndUnanswered) {
     EXPECT_FALSE(library->answered());
     library->deleteVideo("A");
     EXPECT_EQ(console.lines, lines);
+    if (lines.front() != path) {
+      EXPECT_EQ(mode(), std::filesystem::perms(0600)) << "made by the database";
+    }
   }
 }
 
@@ -118,13 +132,48 @@ TEST_F(LocalVideoDBManagerTest, ATableMadeAnewMeanwhileIsReadByItsNewColumns) {
   EXPECT_EQ(std::tie(videos.at(0).id, videos[0].sign, videos[0].title), std::make_tuple(7, "B", "two"));
 }
 
-TEST_F(LocalVideoDBManagerTest, ALibraryLockedForTooLongIsUnanswered) {
+TEST_F(LocalVideoDBManagerTest, AnotherDatabaseAtItsPlaceIsSeenAndAMissingOneIsNotMade) {
+  run("Quilex.db", table + "insert into LocalVideos values('A', 'one')");
+  open();
+  run("other.db", table + "insert into LocalVideos values('B', 'two'), ('C', 'three')");
+  std::filesystem::rename(folder / "other.db", path);
+  EXPECT_EQ(library->video("B")->title, "two");
+  library->deleteVideo("B");
+  EXPECT_EQ(size(), 1U);
+  std::filesystem::remove(path);
+  EXPECT_EQ(size(), 0U);
+  EXPECT_FALSE(library->answered());
+  library->deleteVideo("C");
+  EXPECT_FALSE(std::filesystem::exists(path));
+  // Nobody will ever write to it.
+  mkfifo(path.c_str(), S_IRUSR);
+  EXPECT_EQ(size(), 0U);
+  EXPECT_FALSE(library->answered());
+  std::filesystem::remove(path);
+  run("Quilex.db", table + "insert into LocalVideos values('D', 'four')");
+  EXPECT_EQ(size(), 1U);
+  EXPECT_TRUE(library->answered());
+  mkfifo((path + "-journal").c_str(), S_IRUSR);
+  EXPECT_EQ(size(), 0U);
+  EXPECT_FALSE(library->answered());
+  EXPECT_EQ(console.lines, (Lines{path, "delete B true", "delete C false"}));
+}
+
+TEST_F(LocalVideoDBManagerTest, ALockedLibraryIsUnansweredAtOnce) {
   run("Quilex.db", table + "insert into LocalVideos values('A', 'one')");
   open();
   std::optional<SQLite::Database> other(std::in_place, path, SQLite::OPEN_READWRITE);
   other->exec("begin exclusive");
-  EXPECT_EQ(size(), 0U);
-  EXPECT_FALSE(library->answered());
+  const auto start = std::chrono::steady_clock::now();
+  for (int time = 0; time < 20; ++time) {
+    EXPECT_EQ(size(), 0U);
+    EXPECT_FALSE(library->answered());
+    EXPECT_EQ(library->video("A"), std::nullopt);
+    EXPECT_FALSE(library->answered());
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 20s) << "not waited for";
+  library->deleteVideo("A");
+  EXPECT_EQ(console.lines.back(), "delete A false");
   other.reset();
   EXPECT_EQ(size(), 1U);
   EXPECT_TRUE(library->answered());

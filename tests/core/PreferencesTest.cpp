@@ -1,4 +1,5 @@
 #include <cmath>
+#include <sstream>
 
 #include "settings/Preferences.h"
 #include "support/Fakes.h"
@@ -32,40 +33,88 @@ TEST_F(PreferencesTest, WhatIsStoredStaysEvenIfItIsZeroOrOfAnotherType) {
   EXPECT_EQ(preferences.playingVideoSign.get(), std::nullopt);
 }
 
-// Applying a value writes it back, so that what is written tells what was applied, and in which order.
-TEST_F(PreferencesTest, OnceASecondWhatAnotherProcessChangedIsApplied) {
+TEST_F(PreferencesTest, SettersWriteThroughAndMostSynchronise) {
+  Preferences preferences(suite, runLoop);
+  suite.writes.clear();
+  suite.synchronisations = 0;
+  preferences.monitorArrange.set(2);
+  preferences.screenIndex.set(1);
+  preferences.playModel.set(2);
+  preferences.playingVideoSign.set("A");
+  preferences.volume.set(0.25F);
+  preferences.mute.set(true);
+  preferences.isOpenPlayer.set(true);
+  preferences.isPlaying.set(false);
+  EXPECT_EQ(suite.synchronisations, 8);
+  preferences.alreadyImportVideo.set(true);
+  preferences.autolaunch.set(false);
+  EXPECT_EQ(suite.synchronisations, 8) << "the others may follow later";
+  EXPECT_EQ(suite.writes,
+            " MonitorArrange=2 ScreenIndex=1 PlayMode=2 CurrentVideoSign=A Volume=0.25 Mute=yes IsOpenPlayer=yes "
+            "isPlaying=no alreadyImportVideo=yes autolaunch=no");
+  preferences.playingVideoSign.set(std::nullopt);
+  EXPECT_FALSE(suite.contains("CurrentVideoSign"));
+}
+
+TEST_F(PreferencesTest, OnceASecondWhatAnotherProcessChangedIsNotifiedAndOnlyWhatFollowsFromItIsWritten) {
   const Values closed{{"IsOpenPlayer", false}, {"isPlaying", false}, {"CurrentVideoSign", "A"s}};
   const Values closedPlaying{{"IsOpenPlayer", false}, {"isPlaying", true}};
   const Values open{{"IsOpenPlayer", true}, {"isPlaying", true}, {"CurrentVideoSign", "A"s}};
-  const std::tuple<Values, Values, std::string> cases[] = {
-      {closed, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B IsOpenPlayer=yes isPlaying=yes"},
-      {open, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B"},
+  const std::string opened = " IsOpenPlayer=1 isPlaying=1";
+  const std::tuple<Values, Values, std::string, std::string> cases[] = {
+      {closed, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B" + opened, " IsOpenPlayer=yes isPlaying=yes"},
+      {open, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B", ""},
+      {closed,
+       {{"CurrentVideoSign", "B"s}, {"IsOpenPlayer", true}, {"isPlaying", true}},
+       " CurrentVideoSign=B" + opened,
+       ""},
       // Of another type is as good as removed.
-      {closed, {{"CurrentVideoSign", 0L}}, " CurrentVideoSign= IsOpenPlayer=yes isPlaying=yes"},
-      {closed, {{"IsOpenPlayer", true}}, " IsOpenPlayer=yes isPlaying=yes"},
-      {closedPlaying, {{"IsOpenPlayer", true}, {"isPlaying", false}}, " IsOpenPlayer=yes isPlaying=yes"},
-      {open, {{"IsOpenPlayer", false}, {"isPlaying", false}}, " IsOpenPlayer=no isPlaying=no"},
+      {closed,
+       {{"CurrentVideoSign", 0L}},
+       " CurrentVideoSign=" + opened,
+       " CurrentVideoSign= IsOpenPlayer=yes isPlaying=yes"},
+      {closed, {{"IsOpenPlayer", true}}, opened, " isPlaying=yes"},
+      {closedPlaying, {{"IsOpenPlayer", true}}, opened, ""},
+      {closedPlaying, {{"IsOpenPlayer", true}, {"isPlaying", false}}, opened, " isPlaying=yes"},
+      {open, {{"IsOpenPlayer", false}, {"isPlaying", false}}, " IsOpenPlayer=0 isPlaying=0", ""},
       {open,
        {{"MonitorArrange", 2L}, {"ScreenIndex", 1L}, {"PlayMode", 2L}},
-       " MonitorArrange=2 ScreenIndex=1 PlayMode=2"},
-      {open, {{"Volume", 0.25F}, {"Mute", true}, {"isPlaying", false}}, " Volume=0.25 Mute=yes isPlaying=no"},
-      {open, {{"alreadyImportVideo", true}, {"autolaunch", false}}, " alreadyImportVideo=yes autolaunch=no"},
+       " MonitorArrange=2 ScreenIndex=1 PlayMode=2",
+       ""},
+      {open, {{"Volume", 0.25F}, {"Mute", true}, {"isPlaying", false}}, " Volume=0.25 Mute=1 isPlaying=0", ""},
+      {open, {{"alreadyImportVideo", true}, {"autolaunch", false}}, " alreadyImportVideo=1 autolaunch=0", ""},
       // Not a number differs from itself, and is applied each second.
-      {open, {{"Volume", std::nanf("")}}, " Volume=nan Volume=nan Volume=nan"}};
-  for (const auto& [before, changed, expected] : cases) {
+      {open, {{"Volume", std::nanf("")}}, " Volume=nan Volume=nan Volume=nan", ""}};
+  for (const auto& [before, changed, notified, written] : cases) {
     suite.values = before;
-    const Preferences preferences(suite, runLoop);
+    Preferences preferences(suite, runLoop);
+    std::ostringstream log;
+    std::vector<Disposable> tokens;
+    const auto watch = [&](const char* key, auto& property) {
+      tokens.push_back(property.observe([&log, key](const auto& value) { log << ' ' << key << '=' << value; }));
+    };
+    watch("MonitorArrange", preferences.monitorArrange);
+    watch("ScreenIndex", preferences.screenIndex);
+    watch("PlayMode", preferences.playModel);
+    tokens.push_back(preferences.playingVideoSign.observe(
+        [&log](const auto& sign) { log << " CurrentVideoSign=" << sign.value_or("none"); }));
+    watch("Volume", preferences.volume);
+    watch("Mute", preferences.mute);
+    watch("alreadyImportVideo", preferences.alreadyImportVideo);
+    watch("IsOpenPlayer", preferences.isOpenPlayer);
+    watch("isPlaying", preferences.isPlaying);
+    watch("autolaunch", preferences.autolaunch);
     for (const auto& [key, value] : changed) {
       suite.values[key] = value;
     }
     suite.writes.clear();
     suite.synchronisations = 0;
     runLoop.advance(999ms);
-    EXPECT_EQ(suite.writes, "");
+    EXPECT_EQ(log.str(), "");
     runLoop.advance(2001ms);
-    EXPECT_EQ(suite.writes, expected);
-    const bool lazy = changed.contains("autolaunch");
-    EXPECT_EQ(suite.synchronisations, lazy ? 0 : std::ranges::count(expected, ' ')) << expected;
+    EXPECT_EQ(log.str(), notified);
+    EXPECT_EQ(suite.writes, written) << notified;
+    EXPECT_EQ(suite.synchronisations, std::ranges::count(written, ' ')) << notified;
   }
 }
 

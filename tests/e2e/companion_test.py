@@ -13,8 +13,11 @@ import struct
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 import urllib.parse
+
+from PIL import Image, ImageChops, ImageStat
 
 from session import Session, UserSession, make_clip, wait_for
 
@@ -78,25 +81,45 @@ class CompanionTest(unittest.TestCase):
         self.assertEqual(len(os.listdir(self.covers)), count)
         self.assertEqual(set(os.listdir(self.covers.parent)), {"Quilex.db", "Covers"})
 
+    def check_privacy(self):
+        """Nobody else may read what the program has made."""
+        made = [*(self.session.folder / "config").rglob("*"), *(self.session.folder / "data").rglob("*")]
+        self.assertGreaterEqual(len(made), 6)
+        for path in made:
+            self.assertEqual(path.stat().st_mode & 0o777, 0o700 if path.is_dir() else 0o600, path)
+
 
 class Companion(CompanionTest):
+    def watch_bus(self):
+        self.bus = self.session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
+        wait_for(lambda: b"NameAcquired" in self.bus.stdout.readline(), "the monitor of the bus")
+
+    def wait_for_notification(self):
+        wait_for(lambda: b'"UpdateVideoList"' in self.bus.stdout.readline(), "the notification")
+
     def test_import_describes_the_video(self):
-        posted = self.session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
-        wait_for(lambda: b"NameAcquired" in posted.stdout.readline(), "the monitor of the bus")
+        self.watch_bus()
         loops = len(self.videos())
         self.assertGreaterEqual(loops, 3)
         turned = self.clips / "turned.mp4"
         turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
         subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
         self.quilex("import", self.small, turned)
-        wait_for(lambda: b'"UpdateVideoList"' in posted.stdout.readline(), "the notification")
-        self.assertEqual(self.session.settings()["alreadyImportVideo"], True)
+        self.wait_for_notification()
         video, upright = self.videos()[loops:]
+        # Nothing was chosen before, so it is shown.
+        shown = {"alreadyImportVideo": True, "CurrentVideoSign": video["sign"], "IsOpenPlayer": True, "isPlaying": True}
+        self.assertEqual(self.session.settings(), shown)
         facts = {"id": loops + 1, "title": "small", "time": 1, "size": self.small.stat().st_size, "ratio": "16:9"}
         facts |= {"width": 128, "height": 72, "frame": 10, "rate": 10, "audio": 1, "url": self.small.as_uri()}
         self.assertLessEqual(facts.items(), video.items())
         self.assertEqual((upright["width"], upright["height"], upright["ratio"]), (72, 128, "9:16"))
         self.check_covers(2)
+        self.check_privacy()
+        cover, turned_cover = (Image.open(self.covers / (each["sign"] + ".jpg")) for each in (video, upright))
+        self.assertEqual(turned_cover.size, (72, 128))
+        difference = ImageChops.difference(cover.transpose(Image.Transpose.ROTATE_90), turned_cover)
+        self.assertLess(max(ImageStat.Stat(difference).mean), 16)
         # On a terminal it tells how far it is, and leaves no trace of that.
         terminal, errors = pty.openpty()
         subprocess.run(self.command("import", self.red), env=self.session.environment, stderr=errors, stdout=subprocess.DEVNULL, check=True)
@@ -104,6 +127,7 @@ class Companion(CompanionTest):
         shown = os.read(terminal, 4096).decode()
         os.close(terminal)
         self.assertRegex(shown, r"(?s)^\r\[1/1\] red.mp4 .*100 %.*\r\x1b\[K$")
+        self.assertEqual(self.session.settings()["CurrentVideoSign"], video["sign"])
 
     def test_files_that_are_no_videos_are_refused_one_by_one(self):
         folder = self.session.folder / "videos"
@@ -124,6 +148,26 @@ class Companion(CompanionTest):
         self.assertEqual(len(errors), len(names) + 1)
         for name, words in {"missing.mp4": "no such file", "folder.mp4": "a folder", "empty.mp4": "empty"}.items():
             self.assertIn(words, errors[names.index(name)])
+        self.check_covers(1)
+        # One that is still being downloaded, however much of it can be played already.
+        growing = folder / "growing.mp4"
+        rest = 100_000_000
+        growing.write_bytes(self.small.read_bytes() + struct.pack(">I4s", rest, b"free"))
+        os.truncate(growing, growing.stat().st_size + rest - 8)
+        done = threading.Event()
+
+        def download():
+            with open(growing, "ab", buffering=0) as file:
+                while not done.is_set():
+                    file.write(struct.pack(">I4s", 8, b"free"))
+
+        download = threading.Thread(target=download)
+        download.start()
+        try:
+            self.assertIn("was changed while it was read", self.quilex("import", growing, status=1))
+        finally:
+            done.set()
+            download.join()
         self.check_covers(1)
 
     def test_any_name_will_do_and_contents_count_once(self):
@@ -174,14 +218,24 @@ class Companion(CompanionTest):
         # All or nothing; the wallpaper goes on with the next that can be played, and closes after the last.
         self.quilex("remove", green, "unknown", status=1)
         self.assertEqual(len(self.videos()), len(loops) + 4)
+        self.watch_bus()
         self.quilex("remove", green, red, red)
+        self.wait_for_notification()
         self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
         self.check_covers(0)
         self.assertTrue(pathlib.Path(self.red).exists())
         self.quilex("remove", *loops)
         self.assertEqual(self.session.settings()["IsOpenPlayer"], False)
-        self.quilex("remove", "abcd1", "abcd2")
+        # A closed one stays closed, whatever is removed; an import opens it when it named nothing that is left.
+        before = self.session.settings()
+        self.session.add_video(before["CurrentVideoSign"], "/gone")
+        self.quilex("remove", before["CurrentVideoSign"], "abcd1")
+        self.assertEqual(self.session.settings(), before)
+        self.quilex("remove", "abcd2")
+        self.assertEqual(self.session.settings(), before | {"LibraryWasEmptied": True})
         self.assertEqual(self.videos(), [])
+        self.quilex("import", self.green, self.red)
+        self.assertEqual(self.session.settings(), before | chosen | {"CurrentVideoSign": green})
 
     def test_settings(self):
         absent = dict(line.split(" ", 1) for line in self.quilex("get").splitlines())
@@ -295,11 +349,46 @@ class CompanionWithAgent(CompanionTest):
         # The video to go on with is then the first of the list, where a list without the removed one begins.
         self.quilex("remove", red)
         session.wait_for_pixels(everywhere(GREEN), "the video that is left")
-        self.quilex("remove", green)
-        wait_for(lambda: not session.windows(), "no wallpaper")
-        self.quilex("import", self.red)
-        self.quilex("play", red)
-        session.wait_for_pixels(everywhere(RED), "the video that was imported again")
+        self.assertEqual(session.end_agent(), 0)
+
+    def test_any_order_of_removing_and_importing(self):
+        self.session.close()
+        self.session = session = Session(BUILD)
+        session.make_library()
+        # Short ones, so that an item ends somewhere in each step.
+        files = {name: make_clip(self.clips / f"short {name}.mp4", f"color=c={colour}", seconds=1)
+                 for name, colour in {"red": "0xC02020", "green": "0x20A020"}.items()}
+        closed, opened, bare = "no wallpaper", "a wallpaper", "no video to name"
+        reached = {closed: lambda: not session.windows(), opened: session.windows}
+        reached[bare] = lambda: "CurrentVideoSign" not in session.settings()
+        opens, closes, pauses = "set IsOpenPlayer true", "set IsOpenPlayer false", "set isPlaying false"
+        steps = [("import red", RED), ("remove red", closed), (opens, bare), ("restart", bare), ("import red", RED)]
+        steps += [(closes, closed), ("remove red", closed), (opens, bare), ("import red", RED), ("import green", RED)]
+        steps += [(pauses, opened), ("remove red", GREEN), (pauses, GREEN), ("remove green", closed)]
+        steps += [("import red green", RED), (closes, closed), ("remove red", closed), ("restart", closed)]
+        steps += [(opens, GREEN), (closes, closed), ("remove green", closed), ("restart", closed), (opens, bare)]
+        steps += [("import green red", GREEN), ("remove green red", closed), ("import green", GREEN)]
+        session.start_agent()
+        signs = {}
+        for mode in ("0", "1", "2"):
+            self.quilex("set", "PlayMode", mode)
+            for step, expected in steps:
+                verb, *names = step.split()
+                if verb == "restart":
+                    self.assertEqual(session.end_agent(), 0)
+                    session.start_agent()
+                elif verb == "import":
+                    lines = self.quilex(verb, *(files[name] for name in names)).splitlines()
+                    signs |= {name: line.split()[0] for name, line in zip(names, lines, strict=True)}
+                else:
+                    self.quilex(verb, *(signs.get(name, name) for name in names))
+                what = f"{expected} after {step} in mode {mode}"
+                if expected in reached:
+                    wait_for(lambda: session.agent.poll() is not None or reached[expected](), what)
+                else:
+                    session.wait_for_pixels({(640, 360): expected, (1680, 300): expected}, what)
+                self.assertIsNone(session.agent.poll(), what)
+            self.quilex("remove", signs["green"])
         self.assertEqual(session.end_agent(), 0)
 
 

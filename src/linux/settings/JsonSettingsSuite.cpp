@@ -1,23 +1,17 @@
 #include "linux/settings/JsonSettingsSuite.h"
 
-#include <sys/stat.h>
-
-#include <QFile>
-#include <QLockFile>
-#include <QSaveFile>
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <limits>
 #include <memory>
-#include <system_error>
 #include <thread>
 #include <utility>
+
+#include "app/PrivateFiles.h"
+#include "library/JSONCoding.h"
 
 namespace quilex {
 
@@ -26,15 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-// A file changed this recently may change again without its time stamp moving, so it is read once more later.
-constexpr auto kTimestampGranularity = 100ms;
-constexpr auto kLockRetry = 10ms;
-constexpr auto kFailureRetry = 1000ms;
+constexpr std::chrono::milliseconds kLockRetry = 10ms;
+constexpr std::chrono::milliseconds kFailureRetry = 1000ms;
 constexpr auto kPatienceAtExit = 1000ms;
-
-std::int64_t nanoseconds(const timespec& time) {
-  return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
-}
 
 // The shortest decimal text that reads back as the same float, so that 0.1 is not written as 0.10000000149.
 double readable(float value) {
@@ -49,22 +37,17 @@ double readable(float value) {
 
 std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> JsonSettingsSuite::open(
     fs::path file, RunLoop& runLoop) {
-  std::error_code error;
-  fs::create_directories(file.parent_path(), error);
+  // A folder that cannot be made shows when the file is read or written.
+  createPrivateFolder(file.parent_path());
   std::unique_ptr<JsonSettingsSuite> suite(new JsonSettingsSuite(std::move(file), runLoop));
-  switch (suite->readFile()) {
-    case Reading::good:
-    case Reading::missing:
-      return suite;
-    case Reading::unreadable:
-      return OpenError{"cannot read the settings file " + suite->path.string() + ": " + suite->readError};
-    case Reading::malformed:
-      break;
+  if (const auto problem = suite->readFile()) {
+    return OpenError{suite->sentence(problem->message)};
   }
-  return OpenError{"the settings file " + suite->path.string() + " is not a JSON object"};
+  return suite;
 }
 
-JsonSettingsSuite::JsonSettingsSuite(fs::path file, RunLoop& loop) : path(std::move(file)), runLoop(loop) {}
+JsonSettingsSuite::JsonSettingsSuite(fs::path location, RunLoop& loop)
+    : file(std::move(location)), runLoop(loop), lockRetry(kLockRetry) {}
 
 JsonSettingsSuite::~JsonSettingsSuite() {
   try {
@@ -72,82 +55,58 @@ JsonSettingsSuite::~JsonSettingsSuite() {
       std::fprintf(stderr, "%s\n", error->message.c_str());
     }
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "the settings file %s was not written: %s\n", path.c_str(), error.what());
+    std::fprintf(stderr, "%s\n", sentence(std::string("was not written: ") + error.what()).c_str());
   }
 }
 
-std::optional<JsonSettingsSuite::Signature> JsonSettingsSuite::signatureOf(const fs::path& file) {
-  struct stat status = {};
-  if (stat(file.c_str(), &status) != 0) {
-    return std::nullopt;
-  }
-  return Signature{status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
-                   nanoseconds(status.st_ctim)};
+std::string JsonSettingsSuite::sentence(const std::string& problem) const {
+  return "the settings file " + file.path.string() + " " + problem;
 }
 
-// Reads the file into `values` if it holds a JSON object, and leaves them alone otherwise.
-JsonSettingsSuite::Reading JsonSettingsSuite::readFile() const {
-  seen = signatureOf(path);
-  if (!seen) {
-    readError = std::strerror(errno);
-    return state = errno == ENOENT ? Reading::missing : Reading::unreadable;
-  }
-  timespec now = {};
-  clock_gettime(CLOCK_REALTIME_COARSE, &now);
-  const auto age = std::chrono::nanoseconds(nanoseconds(now) - seen->changed);
-  if (age < kTimestampGranularity) {
-    seen->size = -1;  // never equal to a later look
-  }
+// Takes over what the file holds. Where it holds no settings the last good ones stay.
+std::optional<SettingsFile::Problem> JsonSettingsSuite::readFile() const {
   ++reads;
-  QFile file(QFile::decodeName(path.c_str()));
-  const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  if (file.error() != QFileDevice::NoError) {
-    readError = file.errorString().toStdString();
-    return state = Reading::unreadable;
+  SettingsFile::Contents contents = file.read();
+  seen = contents.signature;
+  if (auto* object = std::get_if<Json>(&contents.object)) {
+    values = std::move(*object);
+    // What another process has stored since is newer than a change that still waits.
+    std::erase_if(pending, [this](const auto& entry) { return stored(entry.first) != entry.second.before; });
   }
-  Json parsed = Json::parse(text.begin(), text.end(), nullptr, false);
-  if (!parsed.is_object()) {
-    return state = Reading::malformed;
-  }
-  values = std::move(parsed);
-  return state = Reading::good;
+  const auto* problem = std::get_if<SettingsFile::Problem>(&contents.object);
+  return problem != nullptr ? std::optional(*problem) : std::nullopt;
 }
 
 void JsonSettingsSuite::refresh() const {
-  const auto now = signatureOf(path);
+  const auto now = file.signature();
   if (!now || now == seen) {
     return;
   }
-  switch (readFile()) {
-    case Reading::good:
-      lastComplaint.clear();
-      break;
-    case Reading::missing:
-      break;
-    case Reading::unreadable:
-      complain("cannot be read; keeping the last good values");
-      break;
-    case Reading::malformed:
-      complain("is not a JSON object; keeping the last good values until it is one again");
-      break;
+  if (const auto problem = readFile()) {
+    complain(problem->message, "keeping the last good values");
+  } else {
+    lastComplaint.clear();
   }
 }
 
 // Once for each problem, however often it is met.
-void JsonSettingsSuite::complain(const std::string& problem) const {
+void JsonSettingsSuite::complain(const std::string& problem, const char* consequence) const {
   if (problem != lastComplaint) {
     lastComplaint = problem;
-    std::fprintf(stderr, "the settings file %s %s\n", path.c_str(), problem.c_str());
+    std::fprintf(stderr, "%s; %s\n", sentence(problem).c_str(), consequence);
   }
 }
 
-JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
-  if (const auto change = pending.find(key); change != pending.end()) {
-    return change->second.value_or(Json());
-  }
-  refresh();
+// Null when there is none.
+JsonSettingsSuite::Json JsonSettingsSuite::stored(const std::string& key) const {
   const auto entry = values.find(key);
   return entry != values.end() ? *entry : Json();
+}
+
+JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
+  refresh();
+  const auto change = pending.find(key);
+  return change != pending.end() ? change->second.value.value_or(Json()) : stored(key);
 }
 
 bool JsonSettingsSuite::contains(const std::string& key) const {
@@ -155,20 +114,7 @@ bool JsonSettingsSuite::contains(const std::string& key) const {
 }
 
 std::int64_t JsonSettingsSuite::integer(const std::string& key) const {
-  const Json json = value(key);
-  if (json.is_number_unsigned()) {
-    const auto number = json.get<std::uint64_t>();
-    return number <= std::uint64_t{std::numeric_limits<std::int64_t>::max()} ? static_cast<std::int64_t>(number) : 0;
-  }
-  if (json.is_number_integer()) {
-    return json.get<std::int64_t>();
-  }
-  if (json.is_number_float()) {
-    // JSON does not tell 1.0 from 1.
-    const double number = json.get<double>();
-    return std::trunc(number) == number && std::abs(number) < 0x1p63 ? static_cast<std::int64_t>(number) : 0;
-  }
-  return 0;
+  return json::wholeNumber(value(key)).value_or(0);
 }
 
 float JsonSettingsSuite::real(const std::string& key) const {
@@ -207,7 +153,8 @@ void JsonSettingsSuite::remove(const std::string& key) {
 }
 
 void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
-  pending[key] = std::move(value);
+  refresh();
+  pending[key] = {std::move(value), stored(key)};
   if (!retry) {
     retry = runLoop.after(0ms, [this] { synchronize(); });
   }
@@ -216,35 +163,33 @@ void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value
 void JsonSettingsSuite::synchronize() {
   retry.reset();
   refresh();
-  if (pending.empty()) {
-    return;
-  }
+  std::chrono::milliseconds delay = kFailureRetry;
   switch (write()) {
     case Writing::done:
-      break;
+      lockRetry = kLockRetry;
+      return;
     case Writing::locked:
-      retry = runLoop.after(kLockRetry, [this] { synchronize(); });
+      // Usually free in a moment, but a process that was stopped keeps a lock for as long as it pleases.
+      delay = std::exchange(lockRetry, std::min(2 * lockRetry, kFailureRetry));
       break;
     case Writing::failed:
-      complain(writeError + "; trying again");
-      retry = runLoop.after(kFailureRetry, [this] { synchronize(); });
       break;
   }
+  if (delay == kFailureRetry) {
+    complain(writeError, "trying again");
+  }
+  retry = runLoop.after(delay, [this] { synchronize(); });
 }
 
 std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (!pending.empty()) {
-    const Writing outcome = write();
-    if (outcome == Writing::failed || (outcome == Writing::locked && std::chrono::steady_clock::now() >= deadline)) {
+  for (Writing outcome = write(); outcome != Writing::done; outcome = write()) {
+    if (outcome == Writing::failed || std::chrono::steady_clock::now() >= deadline) {
       pending.clear();
       retry.reset();
-      return WriteError{"the settings file " + path.string() + " " + writeError};
+      return WriteError{sentence(writeError)};
     }
-    if (outcome == Writing::locked) {
-      // At this pace rather than at the lock's own, which slows down the longer it waits.
-      std::this_thread::sleep_for(kLockRetry);
-    }
+    std::this_thread::sleep_for(kLockRetry);
   }
   retry.reset();
   return std::nullopt;
@@ -252,43 +197,29 @@ std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::ch
 
 // Brings the pending changes into the file. Where that cannot be done they stay pending, and `writeError` says why.
 JsonSettingsSuite::Writing JsonSettingsSuite::write() {
-  const QString name = QFile::decodeName(path.c_str());
-  QLockFile lock(name + QStringLiteral(".lock"));
-  lock.setStaleLockTime(10s);
-  if (!lock.tryLock(0)) {
-    if (lock.error() == QLockFile::LockFailedError) {
-      writeError = "is locked by another program";
-      return Writing::locked;
-    }
-    writeError = "cannot be locked for writing";
+  if (pending.empty()) {
+    return Writing::done;
+  }
+  const auto lock = file.lock();
+  if (std::holds_alternative<SettingsFile::HeldByAnother>(lock)) {
+    writeError = "is locked by another program";
+    return Writing::locked;
+  }
+  const auto* unlockable = std::get_if<SettingsFile::Problem>(&lock);
+  if (const auto problem = unlockable != nullptr ? std::optional(*unlockable) : readFile()) {
+    writeError = problem->message;
     return Writing::failed;
   }
-  switch (readFile()) {
-    case Reading::good:
-    case Reading::missing:
-      break;
-    case Reading::unreadable:
-      writeError = "cannot be read (" + readError + ")";
-      return Writing::failed;
-    case Reading::malformed:
-      writeError = "is not a JSON object";
-      return Writing::failed;
-  }
   Json changed = values;
-  for (const auto& [key, value] : pending) {
-    if (value) {
-      changed[key] = *value;
+  for (const auto& [key, change] : pending) {
+    if (change.value) {
+      changed[key] = *change.value;
     } else {
       changed.erase(key);
     }
   }
-  QSaveFile file(name);
-  const std::string text = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-  const auto size = static_cast<qint64>(text.size());
-  // QSaveFile itself would put a file in place of which a full disk took only a part.
-  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size || !file.flush() || !file.commit()) {
-    const bool named = file.error() != QFileDevice::NoError;
-    writeError = "cannot be written (" + (named ? file.errorString().toStdString() : "the disk may be full") + ")";
+  if (const auto problem = file.replace(changed)) {
+    writeError = problem->message;
     return Writing::failed;
   }
   values = std::move(changed);

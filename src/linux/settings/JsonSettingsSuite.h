@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <variant>
 
 #include "app/Disposable.h"
+#include "linux/settings/SettingsFile.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
 
@@ -19,9 +19,10 @@ namespace quilex {
 ///
 /// Before each read the file is looked at, and parsed again only if it was replaced or changed. A write locks the file
 /// against the other processes, reads it afresh, changes its own keys alone and replaces it atomically; while another
-/// process holds the lock, or the file cannot be written, the write is tried again from the run loop. A file that is
-/// malformed or gone while the program runs leaves the last good values in force; nothing is written over a malformed
-/// one.
+/// process holds the lock, or the file cannot be written, the write is tried again from the run loop. A change that
+/// waits is dropped when another process stores a value under its key meanwhile. A file that is malformed, no regular
+/// file, too large or gone while the program runs leaves the last good values in force; nothing is written over one
+/// that holds no settings.
 class JsonSettingsSuite : public SettingsSuite {
  public:
   /// What keeps a suite from being opened.
@@ -59,41 +60,37 @@ class JsonSettingsSuite : public SettingsSuite {
   std::size_t contentReads() const { return reads; }
 
  private:
-  using Json = nlohmann::ordered_json;
+  using Json = SettingsFile::Json;
 
-  /// What tells one state of a file from another without reading it.
-  struct Signature {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::int64_t size = -1;
-    std::int64_t modified = 0;  // nanoseconds since the epoch
-    std::int64_t changed = 0;
-    bool operator==(const Signature&) const = default;
+  /// An own change that is not in the file yet.
+  struct Change {
+    /// Nothing for a removed key.
+    std::optional<Json> value;
+    /// What the file held when the change was made; null for nothing.
+    Json before;
   };
-  enum class Reading { good, missing, unreadable, malformed };
   enum class Writing { done, locked, failed };
 
-  JsonSettingsSuite(std::filesystem::path file, RunLoop& loop);
+  JsonSettingsSuite(std::filesystem::path location, RunLoop& loop);
 
-  static std::optional<Signature> signatureOf(const std::filesystem::path& file);
-  Reading readFile() const;
+  std::optional<SettingsFile::Problem> readFile() const;
   void refresh() const;
+  Json stored(const std::string& key) const;
   Json value(const std::string& key) const;
   void change(const std::string& key, std::optional<Json> value);
   Writing write();
-  void complain(const std::string& problem) const;
+  std::string sentence(const std::string& problem) const;
+  void complain(const std::string& problem, const char* consequence) const;
 
-  std::filesystem::path path;
+  SettingsFile file;
   RunLoop& runLoop;
   mutable Json values = Json::object();
-  mutable std::optional<Signature> seen;
-  mutable Reading state = Reading::missing;
-  mutable std::string readError;
+  mutable std::map<std::string, Change> pending;
+  mutable std::optional<SettingsFile::Signature> seen;
   mutable std::string lastComplaint;
   mutable std::size_t reads = 0;
-  /// Own changes that are not in the file yet; nothing stands for a removed key.
-  std::map<std::string, std::optional<Json>> pending;
   std::string writeError;
+  std::chrono::milliseconds lockRetry;
   std::optional<Disposable> retry;
 };
 
