@@ -14,6 +14,7 @@
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/qt/LocalWallClock.h"
+#include "linux/qt/QtBackgroundWork.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/settings/JsonSettingsSuite.h"
@@ -77,6 +78,7 @@ class Composition {
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
   LinuxWorkspace session;
+  QtBackgroundWork backgroundWork;
   LocalWallClock wallClock;
   NotificationCenter processNotifications;
   Suites suites;

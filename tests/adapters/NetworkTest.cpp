@@ -4,6 +4,7 @@
 #include <QTcpServer>
 
 #include "linux/qt/LocalWallClock.h"
+#include "linux/qt/QtBackgroundWork.h"
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/ServiceURL.h"
@@ -37,14 +38,16 @@ struct ServiceTest : AdapterTest {
       EXPECT_FALSE(result) << "a second reply";
       result = std::move(text);
     };
-    session->post(origin + "/inst.html", envelope::kContentType, "f=" + std::to_string(code), keep);
+    session->post({origin + "/inst.html", envelope::kContentType, "f=" + std::to_string(code), std::size_t{1} << 20U},
+                  keep);
     EXPECT_FALSE(result) << "a reply from inside the call";
   }
   QProcess service;
   QStringList addresses;
   void open(std::chrono::milliseconds timeout = 30s) {
-    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, std::size_t{1} << 20U});
+    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, 30s}, work);
   }
+  QtBackgroundWork work;
   std::unique_ptr<QtHTTPSession> session;
 };
 
@@ -144,12 +147,13 @@ TEST(ImageTest, PicturesAreDecodedAndOtherBytesAreNot) {
   QBuffer buffer(&bytes);
   ASSERT_TRUE(picture.save(&buffer, "PNG"));
   const std::string_view whole(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  const auto image = std::dynamic_pointer_cast<QtImage>(decodeQtImage(whole));
+  const auto image = std::dynamic_pointer_cast<QtImage>(decodeQtImage(whole, 6, {}).image);
   ASSERT_TRUE(image);
   EXPECT_EQ(image->image.pixelColor(2, 1), QColor(Qt::red));
-  EXPECT_FALSE(decodeQtImage(whole.substr(0, 20)));
-  EXPECT_FALSE(decodeQtImage("rubbish"));
-  EXPECT_FALSE(decodeQtImage(""));
+  EXPECT_FALSE(decodeQtImage(whole, 5, {}).image);
+  EXPECT_FALSE(decodeQtImage(whole.substr(0, 20), 6, {}).image);
+  EXPECT_FALSE(decodeQtImage("rubbish", 6, {}).image);
+  EXPECT_FALSE(decodeQtImage("", 6, {}).image);
 }
 
 TEST(LocalWallClockTest, DaysBeginAndFollowEachOtherAsTheZoneHasIt) {
