@@ -1,5 +1,10 @@
 #include "linux/qt/QtHTTPSession.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <QDir>
+#include <QHostAddress>
 #include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -7,6 +12,7 @@
 #include <QStringDecoder>
 #include <QTimer>
 #include <QUrl>
+#include <QtEndian>
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -67,6 +73,26 @@ bool isAnswered(const QNetworkReply& reply) {
           error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
 }
 
+/// Shuts down the connections to that port of this machine. Qt reads the head of a reply over plain http for as long as
+/// more of it comes, and only then sees that the request was given up, or that its thread is to end. Over TLS it stops
+/// by itself, and other hosts are not asked without.
+void shutDownLoopback(quint16 port) {
+  for (const QString& entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+    const int descriptor = entry.toInt();
+    sockaddr_storage peer{};
+    socklen_t size = sizeof peer;
+    if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0) {
+      const auto* const address = reinterpret_cast<const sockaddr*>(&peer);
+      const bool isNetwork = address->sa_family == AF_INET || address->sa_family == AF_INET6;
+      // Both families keep the port in the same place.
+      if (isNetwork && QHostAddress(address).isLoopback() &&
+          qFromBigEndian(reinterpret_cast<const sockaddr_in*>(&peer)->sin_port) == port) {
+        shutdown(descriptor, SHUT_RDWR);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 /// A request that is under way. Dropping it ends whatever it waits for, and may happen in a signal of what it owns.
@@ -78,7 +104,10 @@ struct QtHTTPSession::Exchange {
     }
     void operator()(QNetworkReply* answer) const {
       answer->disconnect();
-      answer->abort();
+      // Qt complains of an end that comes on top of an error.
+      if (answer->error() == QNetworkReply::NoError) {
+        answer->abort();
+      }
       answer->deleteLater();
     }
   };
@@ -92,24 +121,30 @@ struct QtHTTPSession::Exchange {
   std::unique_ptr<QNetworkReply, LaterDeleter> answer;
   std::string received;
 
-  void receive() {
+  /// False when there is more than there may be.
+  bool receive() {
     if (received.empty()) {
       const auto announced = answer->header(QNetworkRequest::ContentLengthHeader).toULongLong();
       received.reserve(std::min<std::size_t>(announced, posted.maximumReplySize));
     }
     const QByteArray bytes = answer->readAll();
     if (bytes.size() > static_cast<qsizetype>(posted.maximumReplySize - received.size())) {
-      answer->abort();
-    } else {
-      received.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+      return false;
     }
+    received.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    return true;
   }
 };
 
 QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work)
     : configuration(std::move(theConfiguration)), backgroundWork(work) {}
 
-QtHTTPSession::~QtHTTPSession() = default;
+QtHTTPSession::~QtHTTPSession() {
+  while (!exchanges.empty()) {
+    exchanges.front().reply = [](const auto&) {};
+    finish(exchanges.front(), {});
+  }
+}
 
 void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) {
   QNetworkRequest request(QUrl(QString::fromStdString(posted.url), QUrl::StrictMode));
@@ -141,7 +176,11 @@ void QtHTTPSession::send(Exchange& exchange, const QNetworkProxy& proxy) {
   QNetworkReply* const answer = exchange.answer.get();
   // What comes faster than it is taken up waits outside of this process.
   answer->setReadBufferSize(kReadBufferSize);
-  QObject::connect(answer, &QNetworkReply::readyRead, answer, [&exchange] { exchange.receive(); });
+  QObject::connect(answer, &QNetworkReply::readyRead, answer, [this, &exchange] {
+    if (!exchange.receive()) {
+      finish(exchange, {});
+    }
+  });
   QObject::connect(answer, &QNetworkReply::finished, answer, [this, &exchange] { read(exchange); });
 }
 
@@ -163,7 +202,14 @@ void QtHTTPSession::read(Exchange& exchange) {
 
 void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) {
   const auto reply = std::move(exchange.reply);
+  if (!text && exchange.request.url().scheme() == "http") {
+    unfinishedPort = static_cast<quint16>(exchange.request.url().port(80));
+  }
   exchanges.remove_if([&](const Exchange& each) { return &each == &exchange; });
+  // Not while another request may be using such a connection.
+  if (exchanges.empty() && unfinishedPort) {
+    shutDownLoopback(*std::exchange(unfinishedPort, {}));
+  }
   reply(std::move(text));
 }
 

@@ -3,6 +3,7 @@
 #include <QNetworkAccessManager>
 #include <list>
 #include <memory>
+#include <optional>
 
 #include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
@@ -31,6 +32,8 @@ class QtHTTPSession : public HTTPSession {
   BackgroundWork& backgroundWork;
   QNetworkAccessManager manager;
   Exchanges exchanges;
+  /// The port that a request over plain http went to and was given up at; its connection is still to be ended.
+  std::optional<quint16> unfinishedPort;
 };
 
 }  // namespace quilex

@@ -82,7 +82,8 @@ QImage decodeOther(std::string_view bytes, std::size_t maximumPixels, const std:
 
 DecodedImage decodeQtImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop) {
   constexpr std::string_view kPngSignature = "\x89PNG\r\n\x1a\n";
-  auto image = bytes.starts_with(kPngSignature) ? decodePng(bytes, maximumPixels) : decodeOther(bytes, maximumPixels, stop);
+  auto image =
+      bytes.starts_with(kPngSignature) ? decodePng(bytes, maximumPixels) : decodeOther(bytes, maximumPixels, stop);
   if (image.isNull()) {
     return {};
   }
