@@ -82,6 +82,7 @@ void measure(const char* file) {
   std::size_t pictures = 0;
   for (int i = 0; i < kRounds; ++i) {
     test::FakeRunLoop loop;
+    test::FakeBackgroundWork work(loop);
     test::FakeWallClock clock(loop);
     test::FakeSettingsSuite suite;
     test::FakeSettingsSuite defaults;
@@ -90,11 +91,14 @@ void measure(const char* file) {
     const auto makeSession = [&](const HTTPSessionConfiguration&) {
       return std::make_unique<test::FakeHTTPSession>(loop, requests);
     };
-    WebModel client({suite, defaults, loop, clock, center, makeSession, decodeQtImage, [](std::size_t) { return 0; },
-                     "https://service.invalid", "1.0.0.0"});
+    WebModel client({suite, defaults, loop, work, clock, center, makeSession, decodeQtImage,
+                     [](std::size_t) { return 0; }, "https://service.invalid", "1.0.0.0"});
     client.requestGuideInfo();
     std::optional<std::string> text = reply;
-    ours.at(static_cast<std::size_t>(i)) = seconds([&] { requests.at(0).reply(std::move(text)); });
+    ours.at(static_cast<std::size_t>(i)) = seconds([&] {
+      requests.at(0).reply(std::move(text));
+      loop.advance(test::FakeRunLoop::Time(0));
+    });
     pictures = client.guideModel->leftPanel.size() + client.guideModel->newFeature.size();
     direct.at(static_cast<std::size_t>(i)) = seconds([&] {
       if (readDirectly(reply) != pictures) {

@@ -6,15 +6,18 @@
 namespace quilex::json {
 
 std::optional<nlohmann::json> parse(std::string_view text) {
-  bool tooDeep = false;
+  bool tooLarge = false;
+  int values = 0;
   const auto keep = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& /*parsed*/) {
     using Event = nlohmann::json::parse_event_t;
-    tooDeep |= depth >= kMaximumDepth && (event == Event::object_start || event == Event::array_start);
-    // What is not kept is not nested either, so that taking it apart again needs no stack.
-    return !tooDeep;
+    const bool opens = event == Event::object_start || event == Event::array_start;
+    values += opens || event == Event::value ? 1 : 0;
+    tooLarge |= (opens && depth >= kMaximumDepth) || values > kMaximumValues;
+    // What is not kept takes no memory, and is not nested either, so that taking it apart again needs no stack.
+    return !tooLarge;
   };
   auto json = nlohmann::json::parse(text, keep, false);
-  if (tooDeep || json.is_discarded()) {
+  if (tooLarge || json.is_discarded()) {
     return {};
   }
   return json;

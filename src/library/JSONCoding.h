@@ -48,8 +48,12 @@ concept Record = requires {
 /// How deeply arrays and objects may be nested in a text that is parsed, the outermost one counted.
 constexpr int kMaximumDepth = 128;
 
-/// Parses a text; nothing when it is malformed or too deeply nested, so that whatever walks through the value may
-/// recurse.
+/// How many values a text that is parsed may hold, each entry of an array or object counted: in memory a value takes
+/// many times the three bytes that it takes in a text.
+constexpr int kMaximumValues = 100'000;
+
+/// Parses a text; nothing when it is malformed or holds too many values, or too deeply nested ones, so that whatever
+/// walks through the value may recurse.
 std::optional<nlohmann::json> parse(std::string_view text);
 
 /// The integer that a number stands for; nothing for a fraction, a number beyond 64 bits, or no number. JSON does not

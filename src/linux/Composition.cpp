@@ -158,12 +158,12 @@ StatusBarManager& Composition::statusBarManager() {
 
 WebModel& Composition::webModel() {
   if (!web) {
-    const auto makeSession = [](const HTTPSessionConfiguration& configuration) {
-      return std::make_unique<QtHTTPSession>(configuration);
+    const auto makeSession = [this](const HTTPSessionConfiguration& configuration) {
+      return std::make_unique<QtHTTPSession>(configuration, backgroundWork);
     };
     web = std::make_unique<WebModel>(WebModel::Services{
-        *suites.shared, *suites.standardDefaults, *runLoop, wallClock, processNotifications, makeSession, decodeQtImage,
-        systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
+        *suites.shared, *suites.standardDefaults, *runLoop, backgroundWork, wallClock, processNotifications,
+        makeSession, decodeQtImage, systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
   }
   return *web;
 }

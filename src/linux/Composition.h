@@ -15,6 +15,7 @@
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/files/ThreadedFileFinder.h"
 #include "linux/qt/LocalWallClock.h"
+#include "linux/qt/QtBackgroundWork.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/settings/JsonSettingsSuite.h"
@@ -79,6 +80,7 @@ class Composition {
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
   LinuxWorkspace session;
+  QtBackgroundWork backgroundWork;
   LocalWallClock wallClock;
   NotificationCenter processNotifications;
   Suites suites;

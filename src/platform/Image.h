@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string_view>
 
 namespace quilex {
@@ -15,8 +17,17 @@ class Image {
   Image& operator=(const Image&) = delete;
 };
 
-/// Decodes the bytes of a picture file at once, of whatever format the toolkit reads; nothing when they are no such
-/// picture. The bytes come from the network. Main thread.
-using DecodeImage = std::function<std::shared_ptr<Image>(std::string_view bytes)>;
+struct DecodedImage {
+  /// Nothing when there is none.
+  std::shared_ptr<Image> image;
+  /// Its width by its height; each takes at most four bytes of memory.
+  std::size_t pixels = 0;
+};
+
+/// Decodes the bytes of a picture file, of the usual formats for photographs and drawings in pixels; nothing when they
+/// are no such picture, when it has more pixels than that, which its header says before any is decoded, or when a stop
+/// is requested. The bytes come from the network: whatever is in them is met with silence. Any thread.
+using DecodeImage =
+    std::function<DecodedImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop)>;
 
 }  // namespace quilex

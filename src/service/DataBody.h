@@ -10,6 +10,9 @@
 
 namespace quilex {
 
+/// The parts of a heartbeat's reply, whose names other things have as well.
+namespace wire {
+
 /// The service's timing figures.
 struct Time {
   std::int64_t st = 0;
@@ -88,11 +91,13 @@ struct Msg {
   }
 };
 
+}  // namespace wire
+
 /// What the service answers to a heartbeat.
 struct DataBody {
   std::int64_t ct = 0;
-  Time time;
-  Msg msg;
+  wire::Time time;
+  wire::Msg msg;
   /// Update information of no fixed shape.
   std::vector<JSONAny> upgrade;
   std::int64_t speedlimit = 0;

@@ -10,35 +10,53 @@ namespace quilex {
 
 namespace {
 
-std::shared_ptr<Image> picture(std::string_view text, const DecodeImage& decodeImage) {
-  // The last piece between the commas that is not empty.
-  const auto end = text.find_last_not_of(',');
-  if (end == std::string_view::npos) {
-    return {};
-  }
-  text = text.substr(0, end + 1);
-  const auto bytes = base64Decode(text.substr(text.rfind(',') + 1));
-  return bytes ? decodeImage(*bytes) : nullptr;
+/// The piece of a picture's text that is base64: the last one between the commas that is not empty.
+std::string_view lastPiece(std::string_view text) {
+  text = text.substr(0, text.find_last_not_of(',') + 1);
+  return text.substr(text.rfind(',') + 1);
 }
 
-GuideDictionary pairs(const std::vector<std::string>& pictures, const std::vector<std::string>& addresses,
-                      const DecodeImage& decodeImage) {
-  GuideDictionary dictionary;
-  for (std::size_t i = 0; i < std::min(pictures.size(), addresses.size()); ++i) {
-    const auto image = picture(pictures[i], decodeImage);
-    const auto address = URL::parse(addresses[i]);
-    if (image && address) {
-      dictionary.insert_or_assign(image, *address);
+/// Decodes pictures until they have as many pixels as a guide may have.
+class PictureReader {
+ public:
+  PictureReader(const DecodeImage& decode, const std::stop_token& stopToken) : decodeImage(decode), stop(stopToken) {}
+
+  GuideDictionary pairs(const std::vector<std::string>& pictures, const std::vector<std::string>& addresses) {
+    GuideDictionary dictionary;
+    const std::size_t count = std::min({pictures.size(), addresses.size(), GuideModel::kMaximumPairs});
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto address = URL::parse(addresses[i]);
+      if (const auto image = address ? picture(lastPiece(pictures[i])) : nullptr) {
+        dictionary.insert_or_assign(image, *address);
+      }
     }
+    return dictionary;
   }
-  return dictionary;
-}
+
+ private:
+  std::shared_ptr<Image> picture(std::string_view base64) {
+    if (base64.empty() || base64.size() > GuideModel::kMaximumPictureText || stop.stop_requested()) {
+      return {};
+    }
+    const auto bytes = base64Decode(base64);
+    const auto decoded = bytes ? decodeImage(*bytes, pixelsLeft, stop) : DecodedImage();
+    pixelsLeft -= decoded.pixels;
+    return decoded.image;
+  }
+
+  const DecodeImage& decodeImage;
+  const std::stop_token& stop;
+  std::size_t pixelsLeft = GuideModel::kMaximumPixels;
+};
 
 }  // namespace
 
-GuideModel::GuideModel(GuideResponse reply, const DecodeImage& decodeImage)
-    : leftPanel(pairs(reply.data.leftPanel, reply.data.leftPanelUrl, decodeImage)),
-      newFeature(pairs(reply.data.newFeature, reply.data.newFeatureUrl, decodeImage)),
-      guideResponse(std::move(reply)) {}
+GuideModel::GuideModel(GuideResponse reply, const DecodeImage& decodeImage, const std::stop_token& stop)
+    : guideResponse(std::move(reply)) {
+  PictureReader reader(decodeImage, stop);
+  const PurpleData& data = guideResponse.data;
+  leftPanel = reader.pairs(data.leftPanel, data.leftPanelUrl);
+  newFeature = reader.pairs(data.newFeature, data.newFeatureUrl);
+}
 
 }  // namespace quilex

@@ -12,7 +12,11 @@ using namespace std::literals;
 
 constexpr auto kGuideDelay = 2000ms;
 constexpr auto kReplyTimeout = 2000ms;
-constexpr std::size_t kMaximumReplySize = std::size_t{64} << 20U;
+/// Long enough for the largest reply over a line of 2 Mbit/s.
+constexpr auto kLongestRequest = 5min;
+/// In bytes. A guide carries its pictures; the other answers are a few texts, some of which come to stand in a window.
+constexpr std::size_t kMaximumGuideReply = std::size_t{64} << 20U;
+constexpr std::size_t kMaximumReply = std::size_t{1} << 20U;
 constexpr const char* kUserIDKey = "uuid";
 constexpr const char* kCounterKey = "ct";
 
@@ -76,69 +80,108 @@ void WebModel::midnightRefresh() {
 
 HTTPSession& WebModel::session() {
   if (!sessionManager) {
-    sessionManager = services.makeSession({"MACQuilex" + services.version, kReplyTimeout, kMaximumReplySize});
+    sessionManager = services.makeSession({"MACQuilex" + services.version, kReplyTimeout, kLongestRequest});
   }
   return *sessionManager;
 }
 
-bool WebModel::send(envelope::Function function, const std::string& body, ReplyHandler reply) {
-  const auto form = envelope::form(function, body);
+void WebModel::runBeside(BackgroundWork::Work work, std::function<void()> done) {
+  const auto reading = readings.emplace(readings.end());
+  reading->emplace(services.backgroundWork.run(std::move(work), [this, reading, finish = std::move(done)] {
+    const auto finishing = finish;
+    readings.erase(reading);
+    finishing();
+  }));
+}
+
+template <typename Answer>
+bool WebModel::send(envelope::Function function, const std::string& body,
+                    std::function<Answer(Content content, const std::stop_token& stop)> read,
+                    std::function<void(Answer answer)> receive) {
+  auto form = envelope::form(function, body);
   if (!form) {
     return false;
   }
-  session().post(instURL, envelope::kContentType, *form, [reply = std::move(reply)](std::optional<std::string> text) {
-    // The service may send much, so that each stage drops what the one before it made.
-    auto content = text ? envelope::read(*text) : std::nullopt;
-    text.reset();
-    reply(std::move(content));
-  });
+  const std::size_t limit = function == envelope::Function::guide ? kMaximumGuideReply : kMaximumReply;
+  session().post({instURL, envelope::kContentType, *std::move(form), limit},
+                 [this, read = std::move(read), receive = std::move(receive)](std::optional<std::string> text) {
+                   struct Reply {
+                     std::optional<std::string> text;
+                     std::optional<Answer> answer;
+                   };
+                   const auto reply = std::make_shared<Reply>(Reply{std::move(text), {}});
+                   runBeside(
+                       [reply, read](const std::stop_token& stop) {
+                         // The service may send much, so that each stage drops what the one before it made.
+                         Content content = reply->text ? envelope::read(*reply->text) : std::nullopt;
+                         reply->text.reset();
+                         reply->answer.emplace(read(std::move(content), stop));
+                       },
+                       [reply, receive] { receive(*std::move(reply->answer)); });
+                 });
   return true;
 }
 
 void WebModel::requestGuideInfo() {
-  send(envelope::Function::guide, envelope::guideBody(userID(), services.version),
-       [this](std::optional<std::string> text) { receiveGuide(std::move(text)); });
-}
-
-void WebModel::receiveGuide(std::optional<std::string> text) {
-  guideModel.reset();
-  if (auto response = text ? json::decodeText<GuideResponse>(*std::exchange(text, {})) : std::nullopt) {
-    guideModel.emplace(*std::move(response), services.decodeImage);
-  }
-  services.notificationCenter.post(Notification::newFeatureUpdated);
-  services.notificationCenter.post(Notification::leafletUpdated,
-                                   guideModel ? std::any(guideModel->leftPanel) : std::any());
+  using Answer = std::optional<GuideModel>;
+  const auto read = [decodeImage = services.decodeImage](Content content, const std::stop_token& stop) {
+    auto response = content ? json::decodeText<GuideResponse>(*std::exchange(content, {})) : std::nullopt;
+    return response ? std::make_optional<GuideModel>(*std::move(response), decodeImage, stop) : Answer();
+  };
+  const auto receive = [this, request = ++guidesRequested](Answer model) {
+    // A large reply may take longer to read than the one after it.
+    if (request > lastGuide) {
+      lastGuide = request;
+      guideModel.reset();
+      guideModel = std::move(model);
+    }
+    services.notificationCenter.post(Notification::newFeatureUpdated);
+    services.notificationCenter.post(Notification::leafletUpdated,
+                                     guideModel ? std::any(guideModel->leftPanel) : std::any());
+  };
+  send<Answer>(envelope::Function::guide, envelope::guideBody(userID(), services.version), read, receive);
 }
 
 void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
                              std::function<void(const std::optional<HeartbeatResponse>&)> completion) {
-  const auto receive = [this, completion = std::move(completion)](const std::optional<std::string>& text) {
-    if (text) {
-      heartbeatResponse = json::decodeText<HeartbeatResponse>(*text);
+  struct Answer {
+    bool hasContent;
+    std::optional<HeartbeatResponse> response;
+  };
+  const auto read = [](Content content, const std::stop_token& /*stop*/) {
+    return Answer{content.has_value(), content ? json::decodeText<HeartbeatResponse>(*content) : std::nullopt};
+  };
+  const auto receive = [this, completion = std::move(completion)](Answer answer) {
+    if (answer.hasContent) {
+      heartbeatResponse = answer.response;
     }
     if (completion) {
-      completion(text ? heartbeatResponse : std::nullopt);
+      completion(answer.response);
     }
-    if (text) {
+    if (answer.hasContent) {
       services.notificationCenter.post(Notification::heartbeatUpdated);
     }
   };
-  send(envelope::Function::heartbeat,
-       envelope::heartbeatBody(n, userID(), ct, services.version, static_cast<int>(type)), receive);
+  send<Answer>(envelope::Function::heartbeat,
+               envelope::heartbeatBody(n, userID(), ct, services.version, static_cast<int>(type)), read, receive);
 }
 
 void WebModel::requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion) {
-  const auto receive = [completion](const std::optional<std::string>& text) {
-    if (!completion) {
-      return;
-    }
-    const auto answer = text ? json::parse(*text) : std::nullopt;
-    const bool hasData = answer && answer->is_object() && answer->contains("data");
-    const auto info = hasData ? json::decode<UpgradeInfo>(answer->at("data")) : json::DecodingError{};
-    const auto* const upgrade = std::get_if<UpgradeInfo>(&info);
-    completion(upgrade == nullptr ? std::nullopt : std::optional(*upgrade));
+  using Answer = std::optional<UpgradeInfo>;
+  const auto read = [](Content content, const std::stop_token& /*stop*/) {
+    const auto reply = content ? json::parse(*content) : std::nullopt;
+    const bool hasData = reply && reply->is_object() && reply->contains("data");
+    auto info = hasData ? json::decode<UpgradeInfo>(reply->at("data")) : json::DecodingError{};
+    auto* const upgrade = std::get_if<UpgradeInfo>(&info);
+    return upgrade == nullptr ? Answer() : std::move(*upgrade);
   };
-  const bool sent = send(envelope::Function::upgrade, envelope::guideBody(userID(), services.version), receive);
+  const auto receive = [completion](const Answer& answer) {
+    if (completion) {
+      completion(answer);
+    }
+  };
+  const bool sent =
+      send<Answer>(envelope::Function::upgrade, envelope::guideBody(userID(), services.version), read, receive);
   if (!sent && completion) {
     completion({});
   }

@@ -3,11 +3,13 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "app/Disposable.h"
+#include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
 #include "platform/Image.h"
 #include "platform/NotificationCenter.h"
@@ -25,7 +27,8 @@ namespace quilex {
 
 /// The client of the product's web service. Asks for the guide two seconds after it is made, and sends a heartbeat
 /// shortly after each local midnight; those that the machine slept through are made up for, one by one, when it wakes.
-/// A request that fails is not tried again, and nobody is told. Main thread only.
+/// A request that fails is not tried again, and nobody is notified. Main thread only; replies are read beside it, so
+/// that a large one holds nothing up, and what comes of them is handed over there.
 class WebModel {
  public:
   /// The kinds of heartbeat, with the numbers that are sent.
@@ -49,6 +52,7 @@ class WebModel {
     /// The agent's own.
     SettingsSuite& standardDefaults;
     RunLoop& runLoop;
+    BackgroundWork& backgroundWork;
     WallClock& wallClock;
     NotificationCenter& notificationCenter;
     HTTPSessionFactory makeSession;
@@ -105,13 +109,18 @@ class WebModel {
   void midnightRefresh();
 
  private:
-  /// Called with the text that the reply carries, or with nothing when the request failed or does not decipher.
-  using ReplyHandler = std::function<void(std::optional<std::string> text)>;
+  /// The content of a reply: the text that it carries, or nothing when the request failed or does not decipher.
+  using Content = std::optional<std::string>;
 
-  /// False, and `reply` is never called, when the request cannot be made.
-  bool send(envelope::Function function, const std::string& body, ReplyHandler reply);
+  /// False, and `receive` is never called, when the request cannot be made. `read` makes the answer of the content, on
+  /// another thread; `receive` gets it, on this one.
+  template <typename Answer>
+  bool send(envelope::Function function, const std::string& body,
+            std::function<Answer(Content content, const std::stop_token& stop)> read,
+            std::function<void(Answer answer)> receive);
   HTTPSession& session();
-  void receiveGuide(std::optional<std::string> text);
+  /// Starts reading and keeps its token until it is done.
+  void runBeside(BackgroundWork::Work work, std::function<void()> done);
   /// Waits for the midnight that follows that time on the calendar, and the jitter; without such a midnight for
   /// nothing.
   void armMidnightTimer(WallClock::Time time);
@@ -122,6 +131,11 @@ class WebModel {
   WallClock::Time midnight;
   std::optional<Disposable> guideTimer;
   std::optional<Disposable> midnightTimer;
+  /// Guide requests, counted: those sent, and the last one whose reply was handed over.
+  int guidesRequested = 0;
+  int lastGuide = 0;
+  /// Replies that are being read.
+  std::list<std::optional<Disposable>> readings;
 };
 
 }  // namespace quilex

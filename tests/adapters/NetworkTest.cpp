@@ -1,13 +1,21 @@
+#include <sys/resource.h>
+
 #include <QBuffer>
 #include <QProcess>
 #include <QSslConfiguration>
 #include <QTcpServer>
+#include <QTcpSocket>
+#include <future>
+#include <thread>
 
 #include "linux/qt/LocalWallClock.h"
+#include "linux/qt/QtBackgroundWork.h"
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/ServiceURL.h"
+#include "service/Base64.h"
 #include "service/Envelope.h"
+#include "service/GuideModel.h"
 #include "support/AdapterTest.h"
 
 using namespace quilex;
@@ -37,14 +45,16 @@ struct ServiceTest : AdapterTest {
       EXPECT_FALSE(result) << "a second reply";
       result = std::move(text);
     };
-    session->post(origin + "/inst.html", envelope::kContentType, "f=" + std::to_string(code), keep);
+    session->post({origin + "/inst.html", envelope::kContentType, "f=" + std::to_string(code), std::size_t{1} << 20U},
+                  keep);
     EXPECT_FALSE(result) << "a reply from inside the call";
   }
   QProcess service;
   QStringList addresses;
-  void open(std::chrono::milliseconds timeout = 30s) {
-    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, std::size_t{1} << 20U});
+  void open(std::chrono::milliseconds timeout = 30s, std::chrono::milliseconds longest = 60s) {
+    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, longest}, work);
   }
+  QtBackgroundWork work;
   std::unique_ptr<QtHTTPSession> session;
 };
 
@@ -85,6 +95,44 @@ TEST_F(ServiceTest, ARequestEndsWithTheTextThatCameWhateverItsStatusOrWithNothin
   for (const auto& [mode, result] : unanswered) {
     EXPECT_FALSE(result->has_value()) << mode;
   }
+}
+
+TEST_F(ServiceTest, WhatNeverEndsIsCutAndHoldsNothingUp) {
+  write(folder + "1.json", "text");
+  open(2s, 4s);
+  for (const std::string part : {"head", "body"}) {
+    write(folder + "1.mode", "endless " + part);
+    Result endless;
+    post(http(), 1, endless);
+    ASSERT_TRUE(waitFor([&] { return endless.has_value(); })) << part;
+    EXPECT_FALSE(*endless);
+    write(folder + "1.mode", "");
+    Result next;
+    post(http(), 1, next);
+    ASSERT_TRUE(waitFor([&] { return next.has_value(); })) << part;
+    EXPECT_TRUE(*next) << part;
+  }
+  // The script that says which proxy to take never comes.
+  QTcpServer silent;
+  ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+  qputenv("http_proxy", "pac+http://127.0.0.1:" + QByteArray::number(silent.serverPort()) + "/");
+  Result undirected;
+  post("http://localhost", 1, undirected);
+  EXPECT_TRUE(waitFor([&] { return undirected.has_value(); }));
+  EXPECT_FALSE(undirected.value_or(std::nullopt));
+  EXPECT_TRUE(silent.hasPendingConnections());
+  // A proxy gets the whole address.
+  qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(silent.serverPort()));
+  std::unique_ptr<QTcpSocket> first(silent.nextPendingConnection());
+  Result proxied;
+  post("http://service.quilex.invalid", 1, proxied);
+  std::unique_ptr<QTcpSocket> second;
+  EXPECT_TRUE(waitFor([&] {
+    second.reset(second ? second.release() : silent.nextPendingConnection());
+    return second && second->canReadLine();
+  }));
+  EXPECT_TRUE(second && second->readLine().startsWith("POST http://service.quilex.invalid/inst.html "));
+  qunsetenv("http_proxy");
 }
 
 TEST_F(ServiceTest, OnlyAServiceThatProvesItsNameIsTrusted) {
@@ -144,12 +192,81 @@ TEST(ImageTest, PicturesAreDecodedAndOtherBytesAreNot) {
   QBuffer buffer(&bytes);
   ASSERT_TRUE(picture.save(&buffer, "PNG"));
   const std::string_view whole(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  const auto image = std::dynamic_pointer_cast<QtImage>(decodeQtImage(whole));
+  const auto image = std::dynamic_pointer_cast<QtImage>(decodeQtImage(whole, 6, {}).image);
   ASSERT_TRUE(image);
   EXPECT_EQ(image->image.pixelColor(2, 1), QColor(Qt::red));
-  EXPECT_FALSE(decodeQtImage(whole.substr(0, 20)));
-  EXPECT_FALSE(decodeQtImage("rubbish"));
-  EXPECT_FALSE(decodeQtImage(""));
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(decodeQtImage(whole, 5, {}).image);
+  for (const char* format : {"PNG", "JPG", "BMP"}) {
+    QByteArray file;
+    QBuffer device(&file);
+    ASSERT_TRUE(QImage(64, 64, QImage::Format_RGB32).save(&device, format));
+    const auto decode = [&](qsizetype size, std::size_t pixels, const std::stop_token& stop = {}) {
+      return decodeQtImage({file.constData(), static_cast<std::size_t>(size)}, pixels, stop);
+    };
+    const auto decoded = decode(file.size(), 64 * 64);
+    EXPECT_TRUE(decoded.image) << format;
+    EXPECT_EQ(decoded.pixels, 64U * 64U);
+    EXPECT_FALSE(decode(file.size(), 64 * 64 - 1).image) << format;
+    std::ignore = decode(file.size() - 30, 64 * 64);
+    file.replace(file.size() / 2, 20, QByteArray(20, '\xff'));
+    std::ignore = decode(file.size(), 64 * 64);
+  }
+  EXPECT_FALSE(decodeQtImage(whole.substr(0, 20), 6, {}).image);
+  EXPECT_FALSE(decodeQtImage("rubbish", 6, {}).image);
+  EXPECT_FALSE(decodeQtImage("", 6, {}).image);
+  EXPECT_FALSE(decodeQtImage("<svg xmlns='http://www.w3.org/2000/svg' width='1' height='1'/>", 6, {}).image);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(GuidePicturesTest, AGuideOfHugePicturesKeepsWhatFitsAndItsMemorySmall) {
+  QImage huge(5600, 5600, QImage::Format_Grayscale8);
+  huge.fill(7);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  ASSERT_TRUE(huge.save(&buffer, "PNG"));
+  huge = {};
+  const std::string text = base64Encode({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  const auto readGuide = [&] {
+#ifndef __SANITIZE_ADDRESS__
+    const rlimit limit{std::size_t{1} << 30U, std::size_t{1} << 30U};
+    setrlimit(RLIMIT_AS, &limit);
+#endif
+    GuideResponse reply;
+    reply.data.leftPanel.assign(12, text);
+    reply.data.leftPanelUrl.assign(12, "a");
+    std::exit(static_cast<int>(GuideModel(std::move(reply), decodeQtImage).leftPanel.size()));
+  };
+  EXPECT_EXIT(readGuide(), testing::ExitedWithCode(2), "^$");
+}
+
+TEST(BackgroundWorkTest, WorkRunsBesideOthersAndIsDroppedWithItsToken) {
+  std::optional<QtBackgroundWork> work(std::in_place);
+  const auto main = std::this_thread::get_id();
+  const auto hung = std::make_shared<std::promise<void>>();
+  const auto stopped = std::make_shared<std::atomic<bool>>();
+  std::optional<Disposable> first = work->run(
+      [wait = hung->get_future().share(), stopped](const std::stop_token& stop) {
+        wait.wait();
+        *stopped = stop.stop_requested();
+      },
+      [] { ADD_FAILURE(); });
+  const auto worker = std::make_shared<std::thread::id>(main);
+  bool done = false;
+  std::optional<Disposable> second;
+  second.emplace(work->run([worker](const auto& /*stop*/) { *worker = std::this_thread::get_id(); },
+                           [&] {
+                             EXPECT_EQ(std::this_thread::get_id(), main);
+                             EXPECT_NE(*worker, main);
+                             second.reset();
+                             done = true;
+                           }));
+  EXPECT_FALSE(done);
+  ASSERT_TRUE(waitFor([&] { return done; }));
+  first.reset();
+  work.reset();
+  hung->set_value();
+  EXPECT_TRUE(waitFor([&] { return stopped->load(); }));
 }
 
 TEST(LocalWallClockTest, DaysBeginAndFollowEachOtherAsTheZoneHasIt) {

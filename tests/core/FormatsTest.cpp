@@ -1,3 +1,4 @@
+#include "platform/Color.h"
 #include "service/Response.h"
 #include "service/UpgradeInfo.h"
 #include "service/VideoListRequest.h"
@@ -126,7 +127,7 @@ TEST(JSONAnyTest, WhatIsNoneOfItsKindsFailsWithItsDescription) {
   EXPECT_EQ(std::get<0>(json::decode<JSONNull>(nullptr)), JSONNull());
 }
 
-TEST(JSONParsingTest, RefusesWhatIsMalformedOrNestedTooDeeply) {
+TEST(JSONParsingTest, RefusesWhatIsMalformedOrTooLarge) {
   const auto nested = [](std::size_t depth, const std::string& open, const std::string& close) {
     std::string text;
     for (std::size_t i = 0; i < depth; ++i) {
@@ -145,6 +146,9 @@ TEST(JSONParsingTest, RefusesWhatIsMalformedOrNestedTooDeeply) {
     EXPECT_FALSE(json::parse(nested(200'000, open, close)));
     EXPECT_FALSE(json::parse(nested(200'000, open, "")));
   }
+  const auto flat = [](std::size_t values) { return nlohmann::json(std::vector(values - 1, 0)).dump(); };
+  EXPECT_TRUE(json::parse(flat(100'000)));
+  EXPECT_FALSE(json::parse(flat(100'001)));
   for (const char* text : {"", "{", "[1,]", "{\"a\":1", "nul", "1 2", "\"\xff\"", "\"\\ud800\"", "1e999", "'a'"}) {
     EXPECT_FALSE(json::parse(text)) << text;
   }

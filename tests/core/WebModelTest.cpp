@@ -1,3 +1,4 @@
+#include "service/Base64.h"
 #include "service/Cipher.h"
 #include "service/WebModel.h"
 #include "support/ServiceFakes.h"
@@ -15,6 +16,19 @@ struct FakeImage : Image {
   std::string bytes;
 };
 
+/// Takes "picture" and a digit for a picture of one pixel, or of as many as a number after these says.
+DecodedImage decodeFakeImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& /*stop*/) {
+  const auto pixels = bytes.size() < 10 ? 1 : std::stoul(std::string(bytes.substr(9)));
+  const bool isTaken = bytes.starts_with("picture") && pixels <= maximumPixels;
+  return isTaken ? DecodedImage{std::make_shared<FakeImage>(bytes), pixels} : DecodedImage();
+}
+
+std::string guideReply(const std::string& pictures, const std::string& addresses) {
+  return R"({"status":1,"info":"","data":{"leftPanel":)" + pictures + R"(,"leftPanelUrl":)" + addresses +
+         R"(,"window":[],"windowUrl":[],"browser":[],"browserUrl":[],"newFeature":["cGljdHVyZTE="],)"
+         R"("newFeatureUrl":["c"]}})";
+}
+
 struct WebModelTest : testing::Test {
   WebModelTest() {
     suite.values = {{"uuid", kUserID}};
@@ -30,19 +44,21 @@ struct WebModelTest : testing::Test {
   }
   WebModel& make() {
     return model.emplace(WebModel::Services{
-        suite, standardDefaults, runLoop, clock, center,
+        suite, standardDefaults, runLoop, backgroundWork, clock, center,
         [this](const HTTPSessionConfiguration& configuration) {
-          sessions += " " + configuration.userAgent + "/" + std::to_string(configuration.timeout.count());
+          sessions += " " + configuration.userAgent + "/" + std::to_string(configuration.timeout.count()) + "/" +
+                      std::to_string(configuration.longest.count());
           return std::make_unique<FakeHTTPSession>(runLoop, requests);
         },
-        [](std::string_view bytes) {
-          return bytes.starts_with("picture") ? std::make_shared<FakeImage>(bytes) : nullptr;
-        },
-        [this](std::size_t bound) { return bound == k32Bits ? random : ++digits % bound; }, "https://service.example",
-        "1.0.0.0"});
+        decodeFakeImage, [this](std::size_t bound) { return bound == k32Bits ? random : ++digits % bound; },
+        "https://service.example", "1.0.0.0"});
   }
   /// Answers the last request with what the service would make of the text.
-  void answer(const std::string& text) { requests.back().reply(encryptToBase64(text)); }
+  void answer(const std::string& text) { answerRaw(encryptToBase64(text)); }
+  void answerRaw(std::optional<std::string> reply) {
+    requests.back().reply(std::move(reply));
+    runLoop.advance(0s);
+  }
   /// When heartbeats were sent; by a client that starts anew at that time of the first day, within four days.
   std::vector<Milliseconds> heartbeatsFrom(Milliseconds start) {
     clock.start = WallClock::Time(start);
@@ -55,13 +71,14 @@ struct WebModelTest : testing::Test {
   std::vector<Milliseconds> heartbeats() const {
     std::vector<Milliseconds> times;
     for (const auto& request : requests) {
-      if (request.body.starts_with("f=21&")) {
+      if (request.sent.body.starts_with("f=21&")) {
         times.push_back(request.time);
       }
     }
     return times;
   }
   FakeRunLoop runLoop;
+  FakeBackgroundWork backgroundWork{runLoop};
   FakeWallClock clock{runLoop};
   FakeSettingsSuite suite;
   FakeSettingsSuite standardDefaults;
@@ -128,10 +145,15 @@ TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
   model->requestUpgradeInfo();
   ASSERT_EQ(requests.size(), 3U);
   EXPECT_EQ(requests[0].time, 2s);
-  EXPECT_EQ(sessions, " MACQuilex1.0.0.0/2000");
-  EXPECT_EQ(requests[1].body,
+  EXPECT_EQ(sessions, " MACQuilex1.0.0.0/2000/300000");
+  EXPECT_EQ(requests[1].sent.body,
             envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("n", kUserID, 7, "1.0.0.0", 1)));
-  EXPECT_EQ(requests[2].body, envelope::form(envelope::Function::upgrade, envelope::guideBody(kUserID, "1.0.0.0")));
+  EXPECT_EQ(requests[2].sent.body,
+            envelope::form(envelope::Function::upgrade, envelope::guideBody(kUserID, "1.0.0.0")));
+  for (const auto& [request, largest] : {std::pair(0U, 64U << 20U), {1U, 1U << 20U}, {2U, 1U << 20U}}) {
+    EXPECT_EQ(requests[request].sent.maximumReplySize, largest);
+    EXPECT_EQ(requests[request].sent.url, "https://service.example/inst.html");
+  }
   answer("{}");
   EXPECT_EQ(log, "") << "an update reply without a completion";
 }
@@ -145,7 +167,7 @@ TEST_F(WebModelTest, TheUserIdentifierIsMadeOnceAndShared) {
   EXPECT_EQ(suite.synchronisations, 1);
   suite.values = {{"uuid", ""s}};
   model->requestGuideInfo();
-  EXPECT_EQ(requests[0].body, requests[1].body);
+  EXPECT_EQ(requests[0].sent.body, requests[1].sent.body);
   make().userID();
   EXPECT_EQ(model->userID(), "");
 }
@@ -160,7 +182,7 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
       given = response;
       EXPECT_EQ(log, "") << "the completion comes before the notification";
     });
-    requests.back().reply(reply);
+    answerRaw(reply);
     return given;
   };
   EXPECT_EQ(beat(encryptToBase64(kHeartbeatReply + "\0\0"s))->data.ct, 5);
@@ -181,7 +203,7 @@ TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {
   std::vector<std::optional<UpgradeInfo>> answers;
   const auto check = [&](const std::optional<std::string>& reply) {
     model->requestUpgradeInfo([&](const auto& info) { answers.push_back(info); });
-    requests.back().reply(reply);
+    answerRaw(reply);
   };
   check(encryptToBase64(R"({"data":{"url":"u","md5":"m","ver":"2.0","exp":"e","more":1}})"));
   ASSERT_EQ(answers.size(), 1U);
@@ -196,13 +218,47 @@ TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {
   EXPECT_EQ(std::ranges::count(answers, std::optional<UpgradeInfo>()), 11);
 }
 
+TEST_F(WebModelTest, RepliesAreReadBesideTheMainThreadAndTheLatestGuideStays) {
+  make();
+  model->requestGuideInfo();
+  model->requestGuideInfo();
+  requests[1].reply(encryptToBase64(guideReply(R"(["cGljdHVyZTE="])", R"(["a"])")));
+  requests[0].reply({});
+  EXPECT_EQ(log, "") << "handed over from inside the reply";
+  runLoop.advance(0s);
+  EXPECT_EQ(std::exchange(log, ""), " NewFeatureUpdated leafletUpdated+1 NewFeatureUpdated leafletUpdated+1");
+  model->sendHeartbeat(WebModel::HeartBeatType::Boot, "", [](const auto& /*response*/) { ADD_FAILURE(); });
+  requests[2].reply(encryptToBase64(kHeartbeatReply));
+  model.reset();
+  runLoop.advance(0s);
+  EXPECT_EQ(log, "");
+}
+
+TEST(GuideModelTest, WhatIsBeyondTheLimitsIsLeftOutAndTheRestStays) {
+  const auto guide = [](std::vector<std::string> pictures, const std::stop_token& stop = {}) {
+    GuideResponse reply;
+    reply.data.leftPanelUrl.resize(pictures.size(), "a");
+    reply.data.leftPanel = std::move(pictures);
+    reply.data.newFeature = {base64Encode("picture1"), base64Encode("picture1")};
+    reply.data.newFeatureUrl = {"b", "b"};
+    const GuideModel model(reply, decodeFakeImage, stop);
+    return std::pair(model.leftPanel.size(), model.newFeature.size());
+  };
+  const std::string small = base64Encode("picture1");
+  // One pixel is left for the two of the other dictionary.
+  EXPECT_EQ(guide({base64Encode("picture1 64000001"), base64Encode("picture1 40000000"),
+                   base64Encode("picture1 30000000"), base64Encode("picture1 23999999")}),
+            std::pair(2UL, 1UL));
+  EXPECT_EQ(guide(std::vector(65, small)), std::pair(64UL, 2UL));
+  const std::string longest = base64Encode("picture1  0001 ") + std::string((32U << 20U) - 20, 'A');
+  EXPECT_EQ(guide({longest, longest + "AAAA", small}), std::pair(2UL, 2UL));
+  std::stop_source stopped;
+  stopped.request_stop();
+  EXPECT_EQ(guide({small}, stopped.get_token()), std::pair(0UL, 0UL));
+}
+
 TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
   make();
-  const auto reply = [](const std::string& pictures, const std::string& addresses) {
-    return R"({"status":1,"info":"","data":{"leftPanel":)" + pictures + R"(,"leftPanelUrl":)" + addresses +
-           R"(,"window":[],"windowUrl":[],"browser":[],"browserUrl":[],"newFeature":["cGljdHVyZTE="],)"
-           R"("newFeatureUrl":["c"]}})";
-  };
   const std::tuple<std::string, std::string, std::map<std::string, std::string>> cases[] = {
       {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a","b"])", {{"picture1", "a"}, {"picture2", "b"}}},
       {R"(["data:image/png;base64,cGljdHVyZTE=","x,,cGljdHVyZTI=,,"])",
@@ -214,7 +270,7 @@ TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
       {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a b","","c"])", {{"picture3", "c"}}}};
   for (const auto& [pictures, addresses, expected] : cases) {
     model->requestGuideInfo();
-    answer(reply(pictures, addresses));
+    answer(guideReply(pictures, addresses));
     std::map<std::string, std::string> pairs;
     for (const auto& [image, url] : leaflet) {
       pairs[dynamic_cast<FakeImage&>(*image).bytes] = url.string();
@@ -225,9 +281,9 @@ TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
     EXPECT_EQ(model->guideModel->newFeature.size(), 1U);
     EXPECT_FALSE(model->guideModel->response);
   }
-  for (const auto& failure : {std::optional<std::string>(), {"<html>"}, encryptToBase64(reply("[]", "[1]"))}) {
+  for (const auto& failure : {std::optional<std::string>(), {"<html>"}, encryptToBase64(guideReply("[]", "[1]"))}) {
     model->requestGuideInfo();
-    requests.back().reply(failure);
+    answerRaw(failure);
     EXPECT_EQ(std::exchange(log, ""), " NewFeatureUpdated leafletUpdated");
     EXPECT_FALSE(model->guideModel);
   }

@@ -41,7 +41,8 @@ class WebService(Journey):
             self.assertEqual(headers["user-agent"], "MACQuilex" + version)
             self.assertEqual(headers["content-type"], "application/x-www-form-urlencoded; charset=utf-8")
             self.assertEqual(headers["content-length"], str(len(request["form"])))
-            self.assertRegex(headers["accept-encoding"], "gzip")
+            self.assertRegex(headers["accept-encoding"], r"\bgzip\b")
+            self.assertRegex(headers["accept-language"], r"^de-AT;q=1\.0, de(-\w+)*;q=0\.9, .*\bfr\b")
             self.assertNotIn("cookie", headers)
             return version
 

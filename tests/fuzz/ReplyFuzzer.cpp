@@ -27,14 +27,15 @@ void checkFormats(const std::string& text) {
 
 void checkClient(const std::string& reply) {
   FakeRunLoop runLoop;
+  FakeBackgroundWork backgroundWork(runLoop);
   FakeWallClock clock(runLoop);
   FakeSettingsSuite suite;
   NotificationCenter center;
   std::vector<FakeHTTPSession::Request> requests;
-  const auto decodeImage = [](std::string_view bytes) -> std::shared_ptr<Image> {
-    return bytes.empty() ? nullptr : std::make_shared<Image>();
+  const auto decodeImage = [](std::string_view bytes, std::size_t /*pixels*/, const std::stop_token& /*stop*/) {
+    return bytes.empty() ? DecodedImage() : DecodedImage{std::make_shared<Image>(), 1};
   };
-  WebModel model({suite, suite, runLoop, clock, center,
+  WebModel model({suite, suite, runLoop, backgroundWork, clock, center,
                   [&](const auto& /*configuration*/) { return std::make_unique<FakeHTTPSession>(runLoop, requests); },
                   decodeImage, [](std::size_t /*bound*/) { return 0U; }, "https://service.example", "1.0.0.0"});
   int completions = 0;
@@ -44,6 +45,7 @@ void checkClient(const std::string& reply) {
   for (const auto& request : requests) {
     request.reply(reply);
   }
+  runLoop.advance(FakeRunLoop::Time(0));
   require(completions == 2);
 }
 

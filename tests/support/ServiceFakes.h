@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
 #include "platform/WallClock.h"
 #include "support/Fakes.h"
@@ -40,19 +41,28 @@ struct FakeWallClock : WallClock {
   }
 };
 
+/// Does the work at once; what comes of it waits for the run loop's next turn.
+struct FakeBackgroundWork : BackgroundWork {
+  explicit FakeBackgroundWork(FakeRunLoop& loop) : runLoop(loop) {}
+  FakeRunLoop& runLoop;
+  Disposable run(Work work, Handler done) override {
+    work({});
+    return runLoop.after(FakeRunLoop::Time(0), std::move(done));
+  }
+};
+
 /// Keeps what is posted until the test answers it.
 struct FakeHTTPSession : HTTPSession {
   struct Request {
     FakeRunLoop::Time time;
-    std::string body;
+    HTTPRequest sent;
     std::function<void(std::optional<std::string>)> reply;
   };
   FakeHTTPSession(const FakeRunLoop& loop, std::vector<Request>& log) : runLoop(loop), requests(log) {}
   const FakeRunLoop& runLoop;
   std::vector<Request>& requests;
-  void post(const std::string& /*url*/, const std::string& /*contentType*/, const std::string& body,
-            std::function<void(std::optional<std::string>)> reply) override {
-    requests.push_back({runLoop.now, body, std::move(reply)});
+  void post(const HTTPRequest& request, std::function<void(std::optional<std::string>)> reply) override {
+    requests.push_back({runLoop.now, request, std::move(reply)});
   }
 };
 

@@ -1,18 +1,24 @@
 #include "linux/qt/QtHTTPSession.h"
 
-#include <QFutureWatcher>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <QDir>
+#include <QHostAddress>
 #include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QPromise>
 #include <QStringDecoder>
-#include <QThreadPool>
+#include <QTimer>
 #include <QUrl>
+#include <QtEndian>
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
+
+#include "linux/qt/ProxyLookup.h"
 
 namespace quilex {
 
@@ -67,61 +73,144 @@ bool isAnswered(const QNetworkReply& reply) {
           error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
 }
 
+/// Shuts down the connections to that port of this machine. Qt reads the head of a reply over plain http for as long as
+/// more of it comes, and only then sees that the request was given up, or that its thread is to end. Over TLS it stops
+/// by itself, and other hosts are not asked without.
+void shutDownLoopback(quint16 port) {
+  for (const QString& entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+    const int descriptor = entry.toInt();
+    sockaddr_storage peer{};
+    socklen_t size = sizeof peer;
+    if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0) {
+      const auto* const address = reinterpret_cast<const sockaddr*>(&peer);
+      const bool isNetwork = address->sa_family == AF_INET || address->sa_family == AF_INET6;
+      // Both families keep the port in the same place.
+      if (isNetwork && QHostAddress(address).isLoopback() &&
+          qFromBigEndian(reinterpret_cast<const sockaddr_in*>(&peer)->sin_port) == port) {
+        shutdown(descriptor, SHUT_RDWR);
+      }
+    }
+  }
+}
+
 }  // namespace
 
-QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration) : configuration(std::move(theConfiguration)) {}
+/// A request that is under way. Dropping it ends whatever it waits for, and may happen in a signal of what it owns.
+struct QtHTTPSession::Exchange {
+  struct LaterDeleter {
+    void operator()(QObject* object) const {
+      object->disconnect();
+      object->deleteLater();
+    }
+    void operator()(QNetworkReply* answer) const {
+      answer->disconnect();
+      // Qt complains of an end that comes on top of an error.
+      if (answer->error() == QNetworkReply::NoError) {
+        answer->abort();
+      }
+      answer->deleteLater();
+    }
+  };
 
-void QtHTTPSession::post(const std::string& url, const std::string& contentType, const std::string& body,
-                         std::function<void(std::optional<std::string> text)> reply) {
-  QNetworkRequest request(QUrl(QString::fromStdString(url), QUrl::StrictMode));
+  QNetworkRequest request;
+  HTTPRequest posted;
+  std::function<void(std::optional<std::string> text)> reply;
+  /// Ends the exchange when it goes off.
+  std::unique_ptr<QTimer, LaterDeleter> limit{new QTimer};
+  std::optional<Disposable> work;
+  std::unique_ptr<QNetworkReply, LaterDeleter> answer;
+  std::string received;
+
+  /// False when there is more than there may be.
+  bool receive() {
+    if (received.empty()) {
+      const auto announced = answer->header(QNetworkRequest::ContentLengthHeader).toULongLong();
+      received.reserve(std::min<std::size_t>(announced, posted.maximumReplySize));
+    }
+    const QByteArray bytes = answer->readAll();
+    if (bytes.size() > static_cast<qsizetype>(posted.maximumReplySize - received.size())) {
+      return false;
+    }
+    received.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    return true;
+  }
+};
+
+QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work)
+    : configuration(std::move(theConfiguration)), backgroundWork(work) {}
+
+QtHTTPSession::~QtHTTPSession() {
+  while (!exchanges.empty()) {
+    exchanges.front().reply = [](const auto&) {};
+    finish(exchanges.front(), {});
+  }
+}
+
+void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) {
+  QNetworkRequest request(QUrl(QString::fromStdString(posted.url), QUrl::StrictMode));
   request.setRawHeader("User-Agent", QByteArray::fromStdString(configuration.userAgent));
   request.setRawHeader("Accept-Language", acceptLanguage());
-  request.setRawHeader("Content-Type", QByteArray::fromStdString(contentType));
+  request.setRawHeader("Content-Type", QByteArray::fromStdString(posted.contentType));
   request.setTransferTimeout(static_cast<int>(configuration.timeout.count()));
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
   request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
 
-  // Which proxy to take may be a matter of running a script or asking the network.
-  const auto lookup = std::make_shared<QPromise<QNetworkProxy>>();
-  auto* const watcher = new QFutureWatcher<QNetworkProxy>(&manager);
-  QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
-                   [this, watcher, request, bytes = QByteArray::fromStdString(body), answer = std::move(reply)] {
-                     watcher->deleteLater();
-                     manager.setProxy(watcher->result());
-                     send(request, bytes, answer);
-                   });
-  watcher->setFuture(lookup->future());
-  QThreadPool::globalInstance()->start([lookup, query = QNetworkProxyQuery(request.url())] {
-    lookup->start();
-    lookup->addResult(QNetworkProxyFactory::systemProxyForQuery(query).value(0, QNetworkProxy::NoProxy));
-    lookup->finish();
-  });
+  Exchange& exchange = exchanges.emplace_back();
+  exchange.request = request;
+  exchange.posted = posted;
+  exchange.reply = std::move(reply);
+  QTimer* const limit = exchange.limit.get();
+  limit->setSingleShot(true);
+  QObject::connect(limit, &QTimer::timeout, limit, [this, &exchange] { finish(exchange, {}); });
+  limit->start(configuration.timeout);
+  const auto proxy = std::make_shared<QNetworkProxy>();
+  exchange.work.emplace(backgroundWork.run([proxy, url = request.url()](const auto&) { *proxy = lookUpProxy(url); },
+                                           [this, proxy, &exchange] { send(exchange, *proxy); }));
 }
 
-void QtHTTPSession::send(const QNetworkRequest& request, const QByteArray& body,
-                         std::function<void(std::optional<std::string> text)> reply) {
-  QNetworkReply* const answer = manager.post(request, body);
+void QtHTTPSession::send(Exchange& exchange, const QNetworkProxy& proxy) {
+  exchange.limit->start(configuration.longest);
+  manager.setProxy(proxy);
+  exchange.answer.reset(manager.post(exchange.request, QByteArray::fromStdString(exchange.posted.body)));
+  QNetworkReply* const answer = exchange.answer.get();
   // What comes faster than it is taken up waits outside of this process.
   answer->setReadBufferSize(kReadBufferSize);
-  const auto received = std::make_shared<std::string>();
-  const auto receive = [answer, received, limit = configuration.maximumReplySize] {
-    if (received->empty()) {
-      const auto announced = answer->header(QNetworkRequest::ContentLengthHeader).toULongLong();
-      received->reserve(std::min<std::size_t>(announced, limit));
+  QObject::connect(answer, &QNetworkReply::readyRead, answer, [this, &exchange] {
+    if (!exchange.receive()) {
+      finish(exchange, {});
     }
-    const QByteArray bytes = answer->readAll();
-    if (bytes.size() > static_cast<qsizetype>(limit - received->size())) {
-      answer->abort();
-    } else {
-      received->append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    }
-  };
-  QObject::connect(answer, &QNetworkReply::readyRead, answer, receive);
-  QObject::connect(answer, &QNetworkReply::finished, answer, [answer, received, done = std::move(reply)] {
-    answer->deleteLater();
-    done(isAnswered(*answer) ? decoded(std::move(*received), charset(*answer)) : std::nullopt);
   });
+  QObject::connect(answer, &QNetworkReply::finished, answer, [this, &exchange] { read(exchange); });
+}
+
+void QtHTTPSession::read(Exchange& exchange) {
+  if (!isAnswered(*exchange.answer)) {
+    finish(exchange, {});
+    return;
+  }
+  struct Body {
+    std::string bytes;
+    QByteArray charset;
+    std::optional<std::string> text;
+  };
+  const auto body = std::make_shared<Body>(Body{std::move(exchange.received), charset(*exchange.answer), {}});
+  exchange.work.emplace(
+      backgroundWork.run([body](const auto&) { body->text = decoded(std::move(body->bytes), body->charset); },
+                         [this, body, &exchange] { finish(exchange, std::move(body->text)); }));
+}
+
+void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) {
+  const auto reply = std::move(exchange.reply);
+  if (!text && exchange.request.url().scheme() == "http") {
+    unfinishedPort = static_cast<quint16>(exchange.request.url().port(80));
+  }
+  exchanges.remove_if([&](const Exchange& each) { return &each == &exchange; });
+  // Not while another request may be using such a connection.
+  if (exchanges.empty() && unfinishedPort) {
+    shutDownLoopback(*std::exchange(unfinishedPort, {}));
+  }
+  reply(std::move(text));
 }
 
 }  // namespace quilex

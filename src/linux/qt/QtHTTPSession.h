@@ -1,29 +1,39 @@
 #pragma once
 
 #include <QNetworkAccessManager>
-#include <QObject>
-#include <cstddef>
+#include <list>
 #include <memory>
+#include <optional>
 
+#include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
 
 namespace quilex {
 
 /// A session over Qt's HTTP client, which has a thread of its own; needs a QCoreApplication. Verifies TLS against the
-/// system's authorities and goes through the system's proxy. Neither follows redirections nor keeps cookies.
+/// system's authorities and goes through the system's proxy; looking that up counts as waiting for data. Neither
+/// follows redirections nor keeps cookies.
 class QtHTTPSession : public HTTPSession {
  public:
-  explicit QtHTTPSession(HTTPSessionConfiguration theConfiguration);
+  QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work);
+  ~QtHTTPSession() override;
 
-  void post(const std::string& url, const std::string& contentType, const std::string& body,
-            std::function<void(std::optional<std::string> text)> reply) override;
+  void post(const HTTPRequest& request, std::function<void(std::optional<std::string> text)> reply) override;
 
  private:
-  void send(const QNetworkRequest& request, const QByteArray& body,
-            std::function<void(std::optional<std::string> text)> reply);
+  struct Exchange;
+  using Exchanges = std::list<Exchange>;
+
+  void send(Exchange& exchange, const QNetworkProxy& proxy);
+  void read(Exchange& exchange);
+  void finish(Exchange& exchange, std::optional<std::string> text);
 
   HTTPSessionConfiguration configuration;
+  BackgroundWork& backgroundWork;
   QNetworkAccessManager manager;
+  Exchanges exchanges;
+  /// The port that a request over plain http went to and was given up at; its connection is still to be ended.
+  std::optional<quint16> unfinishedPort;
 };
 
 }  // namespace quilex

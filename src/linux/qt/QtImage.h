@@ -6,7 +6,7 @@
 
 namespace quilex {
 
-/// A picture decoded by Qt.
+/// A picture decoded for Qt.
 class QtImage : public Image {
  public:
   explicit QtImage(QImage decoded) : image(std::move(decoded)) {}
@@ -14,10 +14,7 @@ class QtImage : public Image {
   const QImage image;
 };
 
-/// `DecodeImage` over Qt's image formats.
-inline std::shared_ptr<Image> decodeQtImage(std::string_view bytes) {
-  auto image = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()));
-  return image.isNull() ? nullptr : std::make_shared<QtImage>(std::move(image));
-}
+/// `DecodeImage`: PNG by libpng, and the other formats of pixels by Qt.
+DecodedImage decodeQtImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop);
 
 }  // namespace quilex

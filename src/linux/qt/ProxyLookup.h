@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QNetworkProxy>
+#include <QUrl>
+
+namespace quilex {
+
+/// The proxy that the desktop's settings or the environment name for an address. Also resolves the name of the host
+/// that a request would connect to. Both may ask the network, without end if that does not answer; so this is for a
+/// thread that nobody waits for.
+QNetworkProxy lookUpProxy(const QUrl& url);
+
+}  // namespace quilex
