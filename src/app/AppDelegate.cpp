@@ -16,7 +16,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::applicationWillTerminate() {
   if (!std::exchange(terminated, true)) {
-    services.notificationCenter.post("com.dravo.quilex.mac.ter");
+    services.notificationCenter.post(kTermination);
   }
 }
 

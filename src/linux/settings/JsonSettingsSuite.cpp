@@ -142,6 +142,7 @@ void JsonSettingsSuite::complain(const std::string& problem) const {
 }
 
 JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
+  const std::lock_guard guard(mutex);
   if (const auto change = pending.find(key); change != pending.end()) {
     return change->second.value_or(Json());
   }
@@ -207,6 +208,7 @@ void JsonSettingsSuite::remove(const std::string& key) {
 }
 
 void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
+  const std::lock_guard guard(mutex);
   pending[key] = std::move(value);
   if (!retry) {
     retry = runLoop.after(0ms, [this] { synchronize(); });
@@ -214,6 +216,7 @@ void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value
 }
 
 void JsonSettingsSuite::synchronize() {
+  const std::lock_guard guard(mutex);
   retry.reset();
   refresh();
   if (pending.empty()) {
@@ -234,11 +237,14 @@ void JsonSettingsSuite::synchronize() {
 
 std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
+  const std::unique_lock guard(mutex, deadline);
+  if (!guard) {
+    return WriteError{"the settings file " + path.string() + " is in use by another thread"};
+  }
   while (!pending.empty()) {
     const Writing outcome = write();
     if (outcome == Writing::failed || (outcome == Writing::locked && std::chrono::steady_clock::now() >= deadline)) {
       pending.clear();
-      retry.reset();
       return WriteError{"the settings file " + path.string() + " " + writeError};
     }
     if (outcome == Writing::locked) {
@@ -246,7 +252,6 @@ std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::ch
       std::this_thread::sleep_for(kLockRetry);
     }
   }
-  retry.reset();
   return std::nullopt;
 }
 
