@@ -1,6 +1,7 @@
 #pragma once
 
 #include <EGL/egl.h>
+#include <GLES3/gl3.h>
 #include <mpv/render.h>
 
 #include <map>
@@ -22,6 +23,8 @@ class EglWindows {
   virtual EGLNativeWindowType sized(NativeWindow window, PixelSize /*size*/) { return EGLNativeWindowType{window}; }
   /// What was drawn is about to be shown.
   virtual void willShow(NativeWindow /*window*/) {}
+  /// It was not shown after all.
+  virtual void wasNotShown(NativeWindow /*window*/) {}
   /// EGL is done with the window.
   virtual void forget(NativeWindow /*window*/) {}
 };
@@ -42,6 +45,8 @@ class GpuRenderer : public Renderer {
   MpvRenderContext makeContext(mpv_handle* core) override;
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
+  bool isLost() const override { return lost; }
+  bool restore() override;
 
  private:
   friend class GpuPicture;
@@ -51,6 +56,11 @@ class GpuRenderer : public Renderer {
   bool setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
   bool chooseConfig(std::optional<EGLint> nativeVisual);
   bool suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const;
+  bool makeGlContext();
+  void destroyGlContext();
+  void show(NativeWindow window);
+  /// Hands `result` on, and notices a loss by the error that goes with a false one.
+  bool checked(EGLBoolean result);
   /// Makes the window's surface current, or none for window 0; a window that has none yet gets one of `native`. False
   /// when that fails.
   bool makeCurrent(NativeWindow window, EGLNativeWindowType native = 0);
@@ -59,6 +69,9 @@ class GpuRenderer : public Renderer {
   std::unique_ptr<EglWindows> windows;
   EGLConfig config = nullptr;
   EGLContext context = EGL_NO_CONTEXT;
+  bool lost = false;
+  /// Of GL_KHR_robustness; null where the driver does not tell of resets.
+  GLenum (*resetStatus)() = nullptr;
   std::map<NativeWindow, EGLSurface> surfaces;
   NativeWindow current = 0;
   mpv_render_param nativeDisplayParameter{MPV_RENDER_PARAM_INVALID, nullptr};

@@ -56,6 +56,11 @@ class Renderer {
   virtual std::unique_ptr<Picture> makePicture(PixelSize size) = 0;
   /// The window is about to be destroyed.
   virtual void forget(NativeWindow window) = 0;
+  /// Whether the display's driver has lost all that was drawn and made, as after a reset of the GPU.
+  virtual bool isLost() const { return false; }
+  /// Makes the renderer work again after a loss; all its pictures and render contexts must be gone. False when that
+  /// cannot be done yet.
+  virtual bool restore() { return true; }
 };
 
 }  // namespace quilex

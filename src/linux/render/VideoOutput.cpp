@@ -2,9 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace quilex {
+
+namespace {
+
+constexpr std::chrono::milliseconds kRestoreRetry{1000};
+const char* kFirstTrack = "auto";
+
+}  // namespace
 
 VideoOutput::VideoOutput(std::unique_ptr<Renderer> theRenderer)
     : renderer(std::move(theRenderer)), wakeup([this] { frameArrived(); }) {}
@@ -14,12 +22,14 @@ VideoOutput::~VideoOutput() {
 }
 
 void VideoOutput::attach(mpv_handle* core) {
+  source = core;
   context = renderer->makeContext(core);
   mpv_render_context_set_update_callback(
       context.get(), [](void* output) { static_cast<VideoOutput*>(output)->wakeup.signal(); }, this);
 }
 
 void VideoOutput::detach() {
+  source = nullptr;
   hasFrame = false;
   if (context) {
     mpv_render_context_set_update_callback(context.get(), nullptr, nullptr);
@@ -68,6 +78,31 @@ void VideoOutput::frameArrived() {
     }
   }
   discardUnusedPictures();
+  checkLost();
+}
+
+void VideoOutput::checkLost() {
+  if (renderer->isLost() && !restoration) {
+    // Not in the midst of drawing.
+    restoration = runLoop.after(std::chrono::milliseconds(0), [this] { restore(); });
+  }
+}
+
+void VideoOutput::restore() {
+  restoration.reset();
+  mpv_handle* const core = source;
+  pictures.clear();
+  detach();
+  if (!renderer->restore()) {
+    source = core;
+    restoration = runLoop.after(kRestoreRetry, [this] { restore(); });
+    return;
+  }
+  if (core != nullptr) {
+    attach(core);
+    // The core has closed its video along with its render context.
+    mpv_set_property_async(core, 0, "vid", MPV_FORMAT_STRING, &kFirstTrack);
+  }
 }
 
 // Tells the core that the frame was dealt with; it would wait for that.
@@ -129,6 +164,7 @@ void VideoSurface::repaint() {
     shownFrame = drawn.frame;
     drawn.picture->show(window, shown);
   }
+  output.checkLost();
 }
 
 void VideoSurface::catchUp() {

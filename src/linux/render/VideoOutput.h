@@ -4,8 +4,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "linux/qt/QtRunLoop.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/Renderer.h"
 
@@ -14,7 +16,8 @@ namespace quilex {
 class VideoSurface;
 
 /// Carries each decoded frame to the windows that show it: one drawing for each distinct size among the visible
-/// surfaces, whatever their number. A frame that no surface can show is dropped undrawn. Main thread.
+/// surfaces, whatever their number. A frame that no surface can show is dropped undrawn. When the renderer is lost, it is
+/// restored, and the core's video goes on with it. Main thread.
 class VideoOutput {
  public:
   explicit VideoOutput(std::unique_ptr<Renderer> theRenderer);
@@ -39,6 +42,8 @@ class VideoOutput {
 
   void frameArrived();
   void dropFrame();
+  void checkLost();
+  void restore();
   bool canShow(PixelSize size) const;
   Drawn& drawnAt(PixelSize size);
   void discardUnusedPictures();
@@ -46,8 +51,12 @@ class VideoOutput {
   std::unique_ptr<Renderer> renderer;
   std::map<PixelSize, Drawn> pictures;
   std::vector<VideoSurface*> surfaces;
+  mpv_handle* source = nullptr;
   MpvRenderContext context;
   Wakeup wakeup;
+  QtRunLoop runLoop;
+  /// While the renderer is lost.
+  std::optional<Disposable> restoration;
   bool hasFrame = false;
   std::uint64_t frameNumber = 0;
 };
