@@ -131,7 +131,11 @@ MpvPlayer::MpvPlayer(VideoOutput& output) : videoOutput(output), core(makeCore()
   mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
   mpv_observe_property(core.get(), kChapterCount, "chapters", MPV_FORMAT_INT64);
   mpv_observe_property(core.get(), kChapter, "chapter", MPV_FORMAT_INT64);
-  videoOutput.attach(core.get());
+  videoOutput.attach(core.get(), [this] {
+    if (hasCurrentItem()) {
+      load(form);
+    }
+  });
 }
 
 MpvPlayer::~MpvPlayer() {

@@ -156,7 +156,7 @@ bool GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) 
       eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE || !chooseConfig(nativeVisual)) {
     return false;
   }
-  if (!makeGlContext()) {
+  if (!use(makeGlContext())) {
     return false;
   }
   const auto* rasteriser = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
@@ -164,24 +164,25 @@ bool GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) 
 }
 
 // A driver tells of resets only in a context that asks for it; it may end the process otherwise.
-bool GpuRenderer::makeGlContext() {
+EGLContext GpuRenderer::makeGlContext() const {
   std::vector<EGLint> attributes{EGL_CONTEXT_CLIENT_VERSION, 3};
-  const bool tellsResets =
-      contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness");
-  if (tellsResets) {
+  if (contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
     attributes.insert(attributes.end(),
                       {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_EXT, EGL_LOSE_CONTEXT_ON_RESET_EXT});
   }
   attributes.push_back(EGL_NONE);
-  context = eglCreateContext(display, config, EGL_NO_CONTEXT, attributes.data());
+  return eglCreateContext(display, config, EGL_NO_CONTEXT, attributes.data());
+}
+
+bool GpuRenderer::use(EGLContext made) {
+  context = made;
   if (context == EGL_NO_CONTEXT || !makeCurrent(0)) {
     return false;
   }
   const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
   const bool known = contains(extensions, "GL_KHR_robustness");
   if (known || contains(extensions, "GL_EXT_robustness")) {
-    resetStatus =
-        eglFunction<GLenum (*)()>(known ? "glGetGraphicsResetStatusKHR" : "glGetGraphicsResetStatusEXT");
+    resetStatus = eglFunction<GLenum (*)()>(known ? "glGetGraphicsResetStatusKHR" : "glGetGraphicsResetStatusEXT");
   }
   return true;
 }
@@ -199,11 +200,16 @@ void GpuRenderer::destroyGlContext() {
   resetStatus = nullptr;
 }
 
-bool GpuRenderer::restore() {
+bool GpuRenderer::restore(const std::function<void()>& letGo) {
+  const EGLContext made = makeGlContext();
+  if (made == EGL_NO_CONTEXT) {
+    return false;
+  }
+  letGo();
   destroyGlContext();
   lost = false;
-  lost = !makeGlContext();
-  return !lost;
+  use(made);
+  return true;
 }
 
 bool GpuRenderer::checked(EGLBoolean result) {

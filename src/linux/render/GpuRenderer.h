@@ -4,6 +4,7 @@
 #include <GLES3/gl3.h>
 #include <mpv/render.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -46,7 +47,7 @@ class GpuRenderer : public Renderer {
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
   bool isLost() const override { return lost; }
-  bool restore() override;
+  bool restore(const std::function<void()>& letGo) override;
 
  private:
   friend class GpuPicture;
@@ -56,7 +57,8 @@ class GpuRenderer : public Renderer {
   bool setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
   bool chooseConfig(std::optional<EGLint> nativeVisual);
   bool suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const;
-  bool makeGlContext();
+  EGLContext makeGlContext() const;
+  bool use(EGLContext made);
   void destroyGlContext();
   void show(NativeWindow window);
   /// Hands `result` on, and notices a loss by the error that goes with a false one.

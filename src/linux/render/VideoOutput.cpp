@@ -10,7 +10,6 @@ namespace quilex {
 namespace {
 
 constexpr std::chrono::milliseconds kRestoreRetry{1000};
-const char* kFirstTrack = "auto";
 
 }  // namespace
 
@@ -21,15 +20,19 @@ VideoOutput::~VideoOutput() {
   detach();
 }
 
-void VideoOutput::attach(mpv_handle* core) {
+void VideoOutput::attach(mpv_handle* core, std::function<void()> restored) {
   source = core;
-  context = renderer->makeContext(core);
+  rendererRestored = std::move(restored);
+  connect();
+}
+
+void VideoOutput::connect() {
+  context = renderer->makeContext(source);
   mpv_render_context_set_update_callback(
       context.get(), [](void* output) { static_cast<VideoOutput*>(output)->wakeup.signal(); }, this);
 }
 
 void VideoOutput::detach() {
-  source = nullptr;
   hasFrame = false;
   if (context) {
     mpv_render_context_set_update_callback(context.get(), nullptr, nullptr);
@@ -47,7 +50,7 @@ void VideoOutput::frameArrived() {
   const bool redraw = (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
   // A redraw brings nothing that is not shown already; and between two files it is one of nothing, which would be
   // black.
-  if (!present || redraw) {
+  if (!present || redraw || renderer->isLost()) {
     dropFrame();
     return;
   }
@@ -90,18 +93,16 @@ void VideoOutput::checkLost() {
 
 void VideoOutput::restore() {
   restoration.reset();
-  mpv_handle* const core = source;
-  pictures.clear();
-  detach();
-  if (!renderer->restore()) {
-    source = core;
+  const bool wasAttached = context != nullptr;
+  const bool restored = renderer->restore([this] {
+    pictures.clear();
+    detach();
+  });
+  if (!restored) {
     restoration = runLoop.after(kRestoreRetry, [this] { restore(); });
-    return;
-  }
-  if (core != nullptr) {
-    attach(core);
-    // The core has closed its video along with its render context.
-    mpv_set_property_async(core, 0, "vid", MPV_FORMAT_STRING, &kFirstTrack);
+  } else if (wasAttached) {
+    connect();
+    rendererRestored();
   }
 }
 

@@ -16,8 +16,7 @@ namespace quilex {
 class VideoSurface;
 
 /// Carries each decoded frame to the windows that show it: one drawing for each distinct size among the visible
-/// surfaces, whatever their number. A frame that no surface can show is dropped undrawn. When the renderer is lost, it is
-/// restored, and the core's video goes on with it. Main thread.
+/// surfaces, whatever their number. A frame that no surface can show is dropped undrawn. Main thread.
 class VideoOutput {
  public:
   explicit VideoOutput(std::unique_ptr<Renderer> theRenderer);
@@ -25,8 +24,9 @@ class VideoOutput {
   VideoOutput(const VideoOutput&) = delete;
   VideoOutput& operator=(const VideoOutput&) = delete;
 
-  /// Takes frames from the core, which must be detached before it is destroyed.
-  void attach(mpv_handle* core);
+  /// Takes frames from the core, which must be detached before it is destroyed. `restored` is called after a loss of
+  /// the renderer, which has closed the core's video.
+  void attach(mpv_handle* core, std::function<void()> restored = [] {});
   void detach();
   /// The core has no current frame any more; what was drawn of it stays.
   void frameLost() { hasFrame = false; }
@@ -42,6 +42,7 @@ class VideoOutput {
 
   void frameArrived();
   void dropFrame();
+  void connect();
   void checkLost();
   void restore();
   bool canShow(PixelSize size) const;
@@ -52,6 +53,7 @@ class VideoOutput {
   std::map<PixelSize, Drawn> pictures;
   std::vector<VideoSurface*> surfaces;
   mpv_handle* source = nullptr;
+  std::function<void()> rendererRestored;
   MpvRenderContext context;
   Wakeup wakeup;
   QtRunLoop runLoop;
