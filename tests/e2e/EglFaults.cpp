@@ -1,5 +1,6 @@
 // Preloaded into the agent: makes EGL fail as the file at QUILEX_EGL_FAULT says.
 //   lost        the context is lost, as after a reset of the GPU, until another one is made; the file is removed
+//   hang        the thread that shows a picture never returns; the file is removed
 //   surface     no window surface can be made while the file is there, which standard error tells
 
 #include <EGL/egl.h>
@@ -42,9 +43,13 @@ EGLBoolean failed(EGLint code) {
 extern "C" {
 
 EGLBoolean eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
-  if (isAskedFor("lost")) {
+  const bool hangs = isAskedFor("hang");
+  if (hangs || isAskedFor("lost")) {
     lost = true;
     unlink(std::getenv("QUILEX_EGL_FAULT"));
+  }
+  while (hangs) {
+    pause();
   }
   return lost ? failed(EGL_CONTEXT_LOST) : ORIGINAL(eglSwapBuffers)(display, surface);
 }
