@@ -20,7 +20,7 @@ void AppDelegate::applicationWillTerminate() {
     if (plays) {
       services.videoPlayerManager().willTerminate();
     }
-    services.notificationCenter.post("com.dravo.quilex.mac.ter");
+    services.notificationCenter.post(kTermination);
   }
 }
 

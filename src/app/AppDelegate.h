@@ -28,6 +28,9 @@ class AppDelegate {
  public:
   QUILEX_TEXTS_FILED_UNDER(QuilexHelper);
 
+  /// The notification that the agent is gone.
+  static constexpr const char* kTermination = "com.dravo.quilex.mac.ter";
+
   /// Told once whether there is a version on offer, and which; nothing also stands for a failure.
   using UpgradeCompletion = std::function<void(const std::optional<UpgradeInfo>&)>;
   /// Asks the web service for the version on offer.

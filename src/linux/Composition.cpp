@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -22,6 +23,8 @@ namespace quilex {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
@@ -103,6 +106,14 @@ Composition::Composition(std::unique_ptr<Desktop> openedDesktop, Suites openedSu
 
 Composition::~Composition() {
   current = nullptr;
+}
+
+void Composition::writeSettings() {
+  for (JsonSettingsSuite* suite : {suites.shared.get(), suites.standardDefaults.get()}) {
+    if (const auto error = suite->writeNow(kSettingsPatience)) {
+      std::fprintf(stderr, "%s\n", error->message.c_str());
+    }
+  }
 }
 
 Composition& Composition::instance() {

@@ -61,6 +61,9 @@ class Composition {
   LoadInterfaceFile interfaceFiles();
   static Localize localization();
 
+  /// Writes the settings that are still to be written, waiting a moment for other programs if need be. Any thread.
+  void writeSettings();
+
   /// The menu's wish for an update check, which the delegate answers.
   std::function<void()> checkUpdates;
 

@@ -1,30 +1,44 @@
 #include <QApplication>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <variant>
 
 #include "app/AppDelegate.h"
 #include "linux/Composition.h"
+#include "linux/dbus/BusConnection.h"
 #include "linux/dbus/DBusNotificationCenter.h"
-#include "linux/qt/TerminationSignals.h"
+#include "linux/qt/EndDeadline.h"
 
 namespace {
 
 using quilex::Composition;
 
-// The toolkit ends the process by itself when it is the first to see that the desktop is gone; the main application is
-// told even then, and once.
-quilex::AppDelegate* delegateToTell = nullptr;
+// Longer than a bus takes that is only busy.
+constexpr std::chrono::milliseconds kBusPatience{2000};
 
-void tellTermination() {
-  if (auto* const delegate = std::exchange(delegateToTell, nullptr)) {
+// The main application is notified once, even where the toolkit ends the process by itself because it is the first to
+// see that the desktop is gone, and where the main thread hangs at the end.
+std::atomic<bool> terminationPosted = false;
+quilex::AppDelegate* delegateToNotify = nullptr;
+
+void notifyOfTermination() {
+  auto* const delegate = std::exchange(delegateToNotify, nullptr);
+  if (delegate != nullptr && !terminationPosted.exchange(true)) {
     delegate->applicationWillTerminate();
+  }
+}
+
+void postTerminationSeparately() {
+  if (!terminationPosted.exchange(true)) {
+    quilex::postSeparately(quilex::AppDelegate::kTermination, quilex::EndDeadline::kLastActions);
   }
 }
 
@@ -34,8 +48,9 @@ const std::shared_future<void> lossIsTold = lossTold.get_future().share();
 
 void desktopLost() {
   if (const char* const server = std::exchange(serverName, nullptr)) {
+    quilex::EndDeadline::shared().begin(EXIT_FAILURE);
     std::fprintf(stderr, "quilexhelper: %s is gone\n", server);
-    tellTermination();
+    notifyOfTermination();
     lossTold.set_value();
   }
 }
@@ -52,14 +67,21 @@ void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QSt
   } else if (std::this_thread::get_id() == mainThread) {
     desktopLost();
   } else {
+    quilex::EndDeadline::shared().begin(EXIT_FAILURE);
     lossIsTold.wait_for(kLongestWait);
   }
+}
+
+void installMessageHandler() {
+  // The handler needs the one before it from its first message on, which may come from any thread.
+  printMessage = qInstallMessageHandler(nullptr);
+  qInstallMessageHandler(toolkitMessage);
 }
 
 int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   int status = EXIT_SUCCESS;
   serverName = desktop->serverName();
-  printMessage = qInstallMessageHandler(toolkitMessage);
+  installMessageHandler();
   auto made = Composition::make(std::move(desktop), [&status] {
     desktopLost();
     status = EXIT_FAILURE;
@@ -70,6 +92,9 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
     return EXIT_FAILURE;
   }
   const auto composition = std::get<std::unique_ptr<Composition>>(std::move(made));
+  quilex::EndDeadline& deadline = quilex::EndDeadline::shared();
+  const auto lastPost = deadline.addLastAction(postTerminationSeparately);
+  const auto lastWriting = deadline.addLastAction([&composition] { composition->writeSettings(); });
 
   quilex::AppDelegate delegate({[]() -> quilex::Preferences& { return quilex::Preferences::shared(); },
                                 []() -> quilex::VideoPlayerManager& { return quilex::VideoPlayerManager::shared(); },
@@ -81,21 +106,41 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
                                 },
                                 composition->interfaceFiles(), Composition::localization()});
   composition->checkUpdates = [&delegate] { delegate.checkUpdates(quilex::AppDelegate::Check::manual); };
-  delegateToTell = &delegate;
-  std::atexit(tellTermination);
+  delegateToNotify = &delegate;
+  std::atexit(notifyOfTermination);
   quilex::WindowServer& windows = composition->windowServer();
   const auto screens = windows.observeScreens([&] { delegate.applicationDidChangeScreenParameters(); });
   const auto occlusion = windows.observeOcclusion([&] { delegate.applicationDidChangeOcclusionState(); });
   const auto activity = composition->workspace().observeResignActive([&] { delegate.applicationDidResignActive(); });
   delegate.applicationDidFinishLaunching();
   QCoreApplication::exec();
-  tellTermination();
+  deadline.begin(status);
+  notifyOfTermination();
+  composition->writeSettings();
   return status;
+}
+
+int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
+  switch (quilex::claimInstanceName()) {
+    case quilex::InstanceState::first:
+      break;
+    case quilex::InstanceState::another:
+      std::fputs("quilexhelper: already running in this session\n", stderr);
+      return EXIT_SUCCESS;
+    case quilex::InstanceState::noBus:
+      std::fprintf(stderr,
+                   "quilexhelper: %s: changes of the library are not noticed, a second start is not prevented, and the "
+                   "status item appears only in trays of the older kind\n",
+                   busIsSilent ? "the D-Bus session bus does not answer" : "no D-Bus session bus");
+      break;
+  }
+  return runAgent(std::move(desktop));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  quilex::EndDeadline& deadline = quilex::EndDeadline::shared();
   // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
   std::signal(SIGPIPE, SIG_IGN);
   // The toolkit would end the process without a word of ours if there were no desktop.
@@ -107,6 +152,15 @@ int main(int argc, char** argv) {
         stderr);
     return EXIT_FAILURE;
   }
+  bool busIsSilent = false;
+  std::optional<quilex::Disposable> silentBuses =
+      quilex::hideSilentBuses(kBusPatience, [&busIsSilent](quilex::BusKind kind) {
+        if (kind == quilex::BusKind::session) {
+          busIsSilent = true;
+        } else {
+          std::fputs("quilexhelper: the D-Bus system bus does not answer: a wake from sleep is not noticed\n", stderr);
+        }
+      });
   constexpr const char* kToolkitPlugin = "QT_QPA_PLATFORM";
   const bool isChosen = qEnvironmentVariableIsSet(kToolkitPlugin);
   if (!isChosen) {
@@ -117,23 +171,13 @@ int main(int argc, char** argv) {
     // The programs that the agent starts choose for themselves.
     qunsetenv(kToolkitPlugin);
   }
+  silentBuses.reset();
   QApplication::setApplicationName(QStringLiteral("QuilexHelper"));
   QApplication::setQuitOnLastWindowClosed(false);
-  const auto termination = quilex::observeTerminationSignals([] { QCoreApplication::quit(); });
+  const auto termination = deadline.observe([] { QCoreApplication::quit(); });
 
-  switch (quilex::claimInstanceName()) {
-    case quilex::InstanceState::first:
-      break;
-    case quilex::InstanceState::another:
-      std::fputs("quilexhelper: already running in this session\n", stderr);
-      return EXIT_SUCCESS;
-    case quilex::InstanceState::noBus:
-      std::fputs(
-          "quilexhelper: no D-Bus session bus: changes of the library are not noticed, a second start is not "
-          "prevented, "
-          "and the status item appears only in trays of the older kind\n",
-          stderr);
-      break;
-  }
-  return runAgent(std::move(desktop));
+  const int status = claimAndRun(std::move(desktop), busIsSilent);
+  // What the toolkit still does may hang too.
+  deadline.begin(status);
+  return status;
 }

@@ -5,14 +5,17 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #include "linux/bundle/LinuxBundle.h"
+#include "linux/dbus/BusConnection.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/dbus/SignalReceiver.h"
 #include "linux/dbus/SleepMonitor.h"
+#include "linux/qt/EndDeadline.h"
 #include "linux/qt/QtRunLoop.h"
-#include "linux/qt/TerminationSignals.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/settings/JsonSettingsSuite.h"
 #include "settings/Preferences.h"
@@ -46,17 +49,40 @@ TEST(QtTest, EachActionRunsOnceInTheLoopAndNotAfterItsTokenIsReleased) {
   const auto token = loop.after(0ms, [&] { runs += 10; });
   const Wakeup wakeup([&] { runs += 100; });
   std::thread([&] { (wakeup.signal(), wakeup.signal()); }).join();
-  const auto termination = observeTerminationSignals([&] { runs += 1000; });
-  EXPECT_EQ(runs + std::raise(SIGTERM), 0);
+  EXPECT_EQ(runs, 0);
   const auto clock = loop.every(5ms, [&] { ++ticks; });
-  EXPECT_TRUE(waitFor([&] { return ticks >= 3 && runs >= 1111; }));
-  EXPECT_EQ(runs, 1111);
+  EXPECT_TRUE(waitFor([&] { return ticks >= 3 && runs >= 111; }));
+  EXPECT_EQ(runs, 111);
+}
+
+[[noreturn]] void hang() {
+  for (;;) {
+    pause();
+  }
+}
+
+TEST(EndDeadlineTest, TheEndIsNeitherHeldUpNorBegunTwice) {
+  EndDeadline& deadline = EndDeadline::shared();
+  const auto end = [&] {
+    const auto stuck = deadline.addLastAction(hang);
+    const auto said = deadline.addLastAction([] { std::fputs("last\n", stderr); });
+    std::ignore = deadline.addLastAction(std::abort);  // released at once
+    const auto quit = deadline.observe([] {
+      std::fputs("begun ", stderr);
+      std::raise(SIGINT);
+      hang();
+    });
+    std::raise(SIGTERM);
+    waitFor([] { return false; });
+  };
+  EXPECT_EXIT(end(), ::testing::ExitedWithCode(0), "^begun last\n$");
+  EXPECT_EXIT((deadline.begin(3), deadline.begin(4), std::raise(SIGTERM), hang()), ::testing::ExitedWithCode(3), "^$");
 }
 
 TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilReleased) {
   DBusNotificationCenter center;
   int heard = 0, others = 0, seen = 0;
-  std::optional<Disposable> token = center.observe("A", [&] { ++heard == 3 ? token.reset() : void(); });
+  std::optional<Disposable> token = center.observe("A", [&] { ++heard == 4 ? token.reset() : void(); });
   const auto other = center.observe("B", [&] { ++others; });
   // A process may end as soon as it has posted.
   EXPECT_EXIT(DBusNotificationCenter().post("A"); _exit(0), ::testing::ExitedWithCode(0), "");
@@ -69,13 +95,14 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
   program.connect({}, path, interface, "Posted", "ssa{sv}", &receiver, SLOT(received()));
   program.interface()->isServiceRegistered("a.b");  // the bus has the registration once it answers this
   center.post("A");
-  EXPECT_TRUE(waitFor([&] { return seen == 1 && heard == 2; }));
+  postSeparately("A", 10s);
+  EXPECT_TRUE(waitFor([&] { return seen == 2 && heard == 3; }));
   for (const int round : {1, 2}) {
     for (const char* name : {"AB", "A", "B"}) {
       program.send(QDBusMessage::createSignal(path, interface, "Posted") << name << "" << QVariantMap{{"key", 1}});
     }
     EXPECT_TRUE(waitFor([&] { return others == round; }));
-    EXPECT_EQ(heard, 3);
+    EXPECT_EQ(heard, 4);
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "linux/qt/Buttons.h"
 #include "linux/qt/InterfaceFiles.h"
+#include "linux/qt/QtMenu.h"
 #include "linux/qt/Translations.h"
 #include "support/AdapterTest.h"
 #include "support/Fakes.h"
@@ -238,6 +239,30 @@ TEST_F(WindowTest, AssistiveTechnologyIsToldNamesAndRoles) {
   EXPECT_EQ(told(child<QPushButton>("closeButton")), std::pair(QAccessible::Button, std::string("Close")));
   EXPECT_EQ(told(child<QTextEdit>("infoLabel")),
             std::pair(QAccessible::EditableText, std::string("About the new version")));
+}
+
+TEST_F(WindowTest, AnItemMayBeChosenWhileItsMenuGoes) {
+  int choices = 0;
+  const auto inner = std::make_shared<Menu>(), outer = std::make_shared<Menu>();
+  const auto screen = std::make_shared<MenuItem>("Screen");
+  screen->setSubmenu(inner);
+  for (const bool goesWhileChosen : {false, true}) {
+    inner->addItem(std::make_shared<MenuItem>("1", [&](MenuItem&) {
+      ++choices;
+      outer->removeAllItems();
+    }));
+    outer->addItem(screen);
+    QtMenu menu;
+    menu.show(outer);
+    menu.widget().actions().first()->menu()->actions().first()->trigger();
+    if (!goesWhileChosen) {
+      outer->removeAllItems();
+    }
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(menu.widget().actions().size(), 0);
+    inner->removeAllItems();
+  }
+  EXPECT_EQ(choices, 2);
 }
 
 TEST_F(WindowTest, AMissingOrBrokenInterfaceFileIsOneLine) {

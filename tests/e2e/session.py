@@ -156,6 +156,15 @@ class Session(UserSession):
             )
         return self.agent
 
+    def start_agent_on_gpu(self, fault="", **variables):
+        """Starts it with the GPU renderer and answers the file that says what EGL fails at (see EglFaults.cpp)."""
+        modules = self.programs_folder.parent / "lib"
+        file = self.folder / "fault"
+        file.write_text(fault)
+        variables |= {"QUILEX_RENDERER": "gpu", "QUILEX_EGL_FAULT": str(file)}
+        self.start_agent(LD_PRELOAD=f"{modules}/keep_modules.so {modules}/egl_faults.so", **variables)
+        return file
+
     def end_agent(self, how=signal.SIGTERM):
         """Ends the agent and answers its exit status; sanitizers report by that status too."""
         if self.agent is None:

@@ -142,11 +142,23 @@ class WaylandOutputs(Journey):
             session.start_agent(WAYLAND_DISPLAY=relay.address)
             for index in (0, 1):
                 self.moves(index)
-            relay.closing.append(relay.opened[0])
-            wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
-            wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
-            for index in (0, 1):
-                self.moves(index)
+            self.close_first_surface(relay)
+            self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
+
+    def close_first_surface(self, relay, before_the_picture=lambda: None):
+        relay.closing.append(relay.opened[0])
+        wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
+        before_the_picture()
+        wait_for(lambda: len(self.session.windows()) == 2, "a picture on both outputs")
+        for index in (0, 1):
+            self.moves(index)
+
+    def test_a_surface_that_is_closed_before_egl_could_use_it(self):
+        session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
+        with Relay(session.folder, session.desktop.name) as relay:
+            fault = session.start_agent_on_gpu("surface", WAYLAND_DISPLAY=relay.address)
+            wait_for(lambda: len(relay.opened) == 2 and session.errors().count("no surface") > 2, "the failures")
+            self.close_first_surface(relay, fault.unlink)
             self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
 
     def test_the_compositor_goes_away(self):
@@ -180,11 +192,11 @@ class WaylandOutputs(Journey):
         self.assertEqual(mouse.stdout.readline(), b"ready\n")
         session.start_agent()
         self.shows(1, {(400, 300): GREEN}, "the wallpaper")
-        for button in ("left", "right"):
+        for button in ("right", "left"):
             mouse.stdin.write(f"1600 300 2080 720 {button}\n".encode())
             wait_for(lambda: mouse.stdout.readline(), "the click")
-        wait_for(lambda: session.output().count("mouse down\n") == 2, "one line for each press")
-        self.assertEqual(session.output().count("tapVideoPlayerViewAction\n"), 1)
+        wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
+        self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
         mouse.stdin.close()
         self.assertEqual(session.end_agent(), 0)
 

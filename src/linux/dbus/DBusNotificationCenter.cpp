@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <utility>
 
+#include "linux/dbus/NotificationSignal.h"
 #include "linux/dbus/SignalReceiver.h"
 
 namespace quilex {
@@ -13,9 +14,9 @@ namespace {
 
 constexpr int kDeliveryTimeoutMilliseconds = 500;
 
-const QString kPath = QStringLiteral("/com/dravo/quilex/Notifications");
-const QString kInterface = QStringLiteral("com.dravo.quilex.Notifications");
-const QString kSignal = QStringLiteral("Posted");
+const QString kPath = QLatin1String(NotificationSignal::kPath);
+const QString kInterface = QLatin1String(NotificationSignal::kInterface);
+const QString kSignal = QLatin1String(NotificationSignal::kMember);
 const QString kAgentName = QStringLiteral("com.dravo.quilex.QuilexHelper");
 
 }  // namespace

@@ -125,7 +125,11 @@ MpvPlayer::MpvPlayer(VideoOutput& output)
   if (mpv_stream_cb_add_ro(core.get(), kProtocol, &offer, openOffered) < 0) {
     fatalError("the player library takes no streams");
   }
-  videoOutput.attach(core.get());
+  videoOutput.attach(core.get(), [this] {
+    if (hasCurrentItem()) {
+      load();
+    }
+  });
 }
 
 MpvPlayer::~MpvPlayer() {

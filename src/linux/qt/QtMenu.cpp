@@ -35,7 +35,7 @@ void QtMenu::refill() {
   }
   menu->setTitle(QString::fromStdString(model->title()));
   for (const auto& item : model->itemArray()) {
-    auto entry = std::make_unique<Entry>();
+    auto entry = std::make_shared<Entry>();
     entry->item = item;
     if (item->submenu()) {
       entry->submenu = std::make_unique<QtMenu>();
@@ -47,27 +47,25 @@ void QtMenu::refill() {
     if (!item->keyEquivalent().empty()) {
       entry->action->setShortcut(QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(item->keyEquivalent())));
     }
-    // In a later turn of the run loop: the action may rebuild this menu.
+    // In a later turn of the run loop: the action may rebuild this menu, which may also be gone by then.
     QObject::connect(
-        entry->action.get(), &QAction::triggered, menu.get(),
-        [this, chosen = entry.get(), each = item] {
-          // The toolkit has turned the mark over by itself.
+        entry->action.get(), &QAction::triggered, entry->action.get(),
+        [chosen = std::weak_ptr(entry), each = item] {
           each->choose();
-          for (const auto& present : entries) {
-            if (present.get() == chosen) {
-              update(*present);
-            }
+          if (const auto present = chosen.lock()) {
+            // The toolkit has turned the mark over by itself.
+            update(*present);
           }
         },
         Qt::QueuedConnection);
-    entry->change.emplace(item->observe([this, changed = entry.get()] { update(*changed); }));
+    entry->change.emplace(item->observe([changed = entry.get()] { update(*changed); }));
     update(*entry);
     menu->addAction(entry->action.get());
     entries.push_back(std::move(entry));
   }
 }
 
-void QtMenu::update(const Entry& entry) const {
+void QtMenu::update(const Entry& entry) {
   QString title = QString::fromStdString(entry.item->title());
   entry.action->setText(title.replace(QLatin1Char('&'), QStringLiteral("&&")));
   entry.action->setEnabled(entry.item->isEnabled());

@@ -26,7 +26,7 @@ class QtMenu {
   struct Entry;
 
   void refill();
-  void update(const Entry& entry) const;
+  static void update(const Entry& entry);
 
   struct LaterDeleter {
     void operator()(QObject* object) const { object->deleteLater(); }
@@ -34,7 +34,7 @@ class QtMenu {
 
   std::unique_ptr<QMenu, LaterDeleter> menu;
   std::shared_ptr<Menu> model;
-  std::vector<std::unique_ptr<Entry>> entries;
+  std::vector<std::shared_ptr<Entry>> entries;
   std::optional<Disposable> change;
 };
 

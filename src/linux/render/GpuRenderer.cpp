@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/FatalError.h"
@@ -92,8 +93,7 @@ class GpuPicture : public Picture {
     glDisable(GL_SCISSOR_TEST);
     glBlitFramebuffer(part.x, bottom, part.x + part.width, bottom + part.height, 0, 0, part.width, part.height,
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    renderer.windows->willShow(window);
-    eglSwapBuffers(renderer.display, renderer.surfaces[window]);
+    renderer.show(window);
   }
 
  private:
@@ -152,27 +152,85 @@ bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
 }
 
 bool GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
-  constexpr std::array<EGLint, 3> kVersion{EGL_CONTEXT_CLIENT_VERSION, 3, EGL_NONE};
   if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context") ||
       eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE || !chooseConfig(nativeVisual)) {
     return false;
   }
-  context = eglCreateContext(display, config, EGL_NO_CONTEXT, kVersion.data());
-  if (context == EGL_NO_CONTEXT || !makeCurrent(0)) {
+  if (!use(makeGlContext())) {
     return false;
   }
   const auto* rasteriser = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
   return allowed == Rasteriser::any || (rasteriser != nullptr && !isSoftware(rasteriser));
 }
 
-GpuRenderer::~GpuRenderer() {
+// A driver tells of resets only in a context that asks for it; it may end the process otherwise.
+EGLContext GpuRenderer::makeGlContext() const {
+  std::vector<EGLint> attributes{EGL_CONTEXT_CLIENT_VERSION, 3};
+  if (contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
+    attributes.insert(attributes.end(),
+                      {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_EXT, EGL_LOSE_CONTEXT_ON_RESET_EXT});
+  }
+  attributes.push_back(EGL_NONE);
+  return eglCreateContext(display, config, EGL_NO_CONTEXT, attributes.data());
+}
+
+bool GpuRenderer::use(EGLContext made) {
+  context = made;
+  if (context == EGL_NO_CONTEXT || !makeCurrent(0)) {
+    return false;
+  }
+  const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+  const bool known = contains(extensions, "GL_KHR_robustness");
+  if (known || contains(extensions, "GL_EXT_robustness")) {
+    resetStatus = eglFunction<GLenum (*)()>(known ? "glGetGraphicsResetStatusKHR" : "glGetGraphicsResetStatusEXT");
+  }
+  return true;
+}
+
+void GpuRenderer::destroyGlContext() {
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  current = 0;
   for (const auto& [window, surface] : surfaces) {
     eglDestroySurface(display, surface);
   }
+  surfaces.clear();
   if (context != EGL_NO_CONTEXT) {
-    eglDestroyContext(display, context);
+    eglDestroyContext(display, std::exchange(context, EGL_NO_CONTEXT));
   }
+  resetStatus = nullptr;
+}
+
+bool GpuRenderer::restore(const std::function<void()>& letGo) {
+  const EGLContext made = makeGlContext();
+  if (made == EGL_NO_CONTEXT) {
+    return false;
+  }
+  letGo();
+  destroyGlContext();
+  lost = false;
+  use(made);
+  return true;
+}
+
+bool GpuRenderer::checked(EGLBoolean result) {
+  if (result == EGL_FALSE && eglGetError() == EGL_CONTEXT_LOST) {
+    lost = true;
+  }
+  return result == EGL_TRUE;
+}
+
+void GpuRenderer::show(NativeWindow window) {
+  windows->willShow(window);
+  if (!checked(eglSwapBuffers(display, surfaces[window]))) {
+    windows->wasNotShown(window);
+  }
+  if (resetStatus != nullptr && resetStatus() != GL_NO_ERROR) {
+    lost = true;
+  }
+}
+
+GpuRenderer::~GpuRenderer() {
+  destroyGlContext();
   eglTerminate(display);
 }
 
@@ -208,7 +266,7 @@ bool GpuRenderer::makeCurrent(NativeWindow window, EGLNativeWindowType native) {
     }
     surfaces[window] = surface;
   }
-  if (eglMakeCurrent(display, surface, surface, context) == EGL_FALSE) {
+  if (!checked(eglMakeCurrent(display, surface, surface, context))) {
     return false;
   }
   if (current != window) {
@@ -219,15 +277,14 @@ bool GpuRenderer::makeCurrent(NativeWindow window, EGLNativeWindowType native) {
 }
 
 void GpuRenderer::forget(NativeWindow window) {
-  const auto known = surfaces.find(window);
-  if (known == surfaces.end()) {
-    return;
+  if (const auto known = surfaces.find(window); known != surfaces.end()) {
+    if (current == window) {
+      makeCurrent(0);
+    }
+    eglDestroySurface(display, known->second);
+    surfaces.erase(known);
   }
-  if (current == window) {
-    makeCurrent(0);
-  }
-  eglDestroySurface(display, known->second);
-  surfaces.erase(known);
+  // Also where EGL could make nothing of the window.
   windows->forget(window);
 }
 

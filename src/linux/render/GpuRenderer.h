@@ -1,8 +1,10 @@
 #pragma once
 
 #include <EGL/egl.h>
+#include <GLES3/gl3.h>
 #include <mpv/render.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,6 +24,8 @@ class EglWindows {
   virtual EGLNativeWindowType sized(NativeWindow window, PixelSize /*size*/) { return EGLNativeWindowType{window}; }
   /// What was drawn is about to be shown.
   virtual void willShow(NativeWindow /*window*/) {}
+  /// It was not shown after all.
+  virtual void wasNotShown(NativeWindow /*window*/) {}
   /// EGL is done with the window.
   virtual void forget(NativeWindow /*window*/) {}
 };
@@ -43,6 +47,8 @@ class GpuRenderer : public Renderer {
   bool turnsPictures() const override { return true; }
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
+  bool isLost() const override { return lost; }
+  bool restore(const std::function<void()>& letGo) override;
 
  private:
   friend class GpuPicture;
@@ -52,6 +58,12 @@ class GpuRenderer : public Renderer {
   bool setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
   bool chooseConfig(std::optional<EGLint> nativeVisual);
   bool suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const;
+  EGLContext makeGlContext() const;
+  bool use(EGLContext made);
+  void destroyGlContext();
+  void show(NativeWindow window);
+  /// Hands `result` on, and notices a loss by the error that goes with a false one.
+  bool checked(EGLBoolean result);
   /// Makes the window's surface current, or none for window 0; a window that has none yet gets one of `native`. False
   /// when that fails.
   bool makeCurrent(NativeWindow window, EGLNativeWindowType native = 0);
@@ -60,6 +72,9 @@ class GpuRenderer : public Renderer {
   std::unique_ptr<EglWindows> windows;
   EGLConfig config = nullptr;
   EGLContext context = EGL_NO_CONTEXT;
+  bool lost = false;
+  /// Of GL_KHR_robustness; null where the driver does not tell of resets.
+  GLenum (*resetStatus)() = nullptr;
   std::map<NativeWindow, EGLSurface> surfaces;
   NativeWindow current = 0;
   mpv_render_param nativeDisplayParameter{MPV_RENDER_PARAM_INVALID, nullptr};

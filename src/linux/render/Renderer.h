@@ -5,6 +5,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace quilex {
@@ -59,6 +60,11 @@ class Renderer {
   virtual std::unique_ptr<Picture> makePicture(PixelSize size) = 0;
   /// The window is about to be destroyed.
   virtual void forget(NativeWindow window) = 0;
+  /// Whether the display's driver has lost all that was drawn and made, as after a reset of the GPU.
+  virtual bool isLost() const { return false; }
+  /// Makes the renderer work again after a loss, once that can be done; false while it cannot. `letGo` must then
+  /// destroy all its pictures and render contexts.
+  virtual bool restore(const std::function<void()>& /*letGo*/) { return true; }
 };
 
 }  // namespace quilex

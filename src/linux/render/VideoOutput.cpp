@@ -2,9 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace quilex {
+
+namespace {
+
+constexpr std::chrono::milliseconds kRestoreRetry{1000};
+
+}  // namespace
 
 VideoOutput::VideoOutput(std::unique_ptr<Renderer> theRenderer)
     : renderer(std::move(theRenderer)), wakeup([this] { frameArrived(); }) {}
@@ -13,8 +20,14 @@ VideoOutput::~VideoOutput() {
   detach();
 }
 
-void VideoOutput::attach(mpv_handle* core) {
-  context = renderer->makeContext(core);
+void VideoOutput::attach(mpv_handle* core, std::function<void()> restored) {
+  source = core;
+  rendererRestored = std::move(restored);
+  connect();
+}
+
+void VideoOutput::connect() {
+  context = renderer->makeContext(source);
   mpv_render_context_set_update_callback(
       context.get(), [](void* output) { static_cast<VideoOutput*>(output)->wakeup.signal(); }, this);
 }
@@ -37,7 +50,7 @@ void VideoOutput::frameArrived() {
   const bool redraw = (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
   // A redraw brings nothing that is not shown already; and between two files it is one of nothing, which would be
   // black.
-  if (!present || redraw) {
+  if (!present || redraw || renderer->isLost()) {
     dropFrame();
     return;
   }
@@ -68,6 +81,29 @@ void VideoOutput::frameArrived() {
     }
   }
   discardUnusedPictures();
+  checkLost();
+}
+
+void VideoOutput::checkLost() {
+  if (renderer->isLost() && !restoration) {
+    // Not in the midst of drawing.
+    restoration = runLoop.after(std::chrono::milliseconds(0), [this] { restore(); });
+  }
+}
+
+void VideoOutput::restore() {
+  restoration.reset();
+  const bool wasAttached = context != nullptr;
+  const bool restored = renderer->restore([this] {
+    pictures.clear();
+    detach();
+  });
+  if (!restored) {
+    restoration = runLoop.after(kRestoreRetry, [this] { restore(); });
+  } else if (wasAttached) {
+    connect();
+    rendererRestored();
+  }
 }
 
 // Tells the core that the frame was dealt with; it would wait for that.
@@ -129,6 +165,7 @@ void VideoSurface::repaint() {
     shownFrame = drawn.frame;
     drawn.picture->show(window, shown);
   }
+  output.checkLost();
 }
 
 void VideoSurface::catchUp() {

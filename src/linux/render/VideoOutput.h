@@ -4,8 +4,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "linux/qt/QtRunLoop.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/Renderer.h"
 
@@ -22,8 +24,9 @@ class VideoOutput {
   VideoOutput(const VideoOutput&) = delete;
   VideoOutput& operator=(const VideoOutput&) = delete;
 
-  /// Takes frames from the core, which must be detached before it is destroyed.
-  void attach(mpv_handle* core);
+  /// Takes frames from the core, which must be detached before it is destroyed. `restored` is called after a loss of
+  /// the renderer, which has closed the core's video.
+  void attach(mpv_handle* core, std::function<void()> restored = [] {});
   void detach();
   bool turnsPictures() const { return renderer->turnsPictures(); }
   /// The core has no current frame any more; what was drawn of it stays.
@@ -40,6 +43,9 @@ class VideoOutput {
 
   void frameArrived();
   void dropFrame();
+  void connect();
+  void checkLost();
+  void restore();
   bool canShow(PixelSize size) const;
   Drawn& drawnAt(PixelSize size);
   void discardUnusedPictures();
@@ -47,8 +53,13 @@ class VideoOutput {
   std::unique_ptr<Renderer> renderer;
   std::map<PixelSize, Drawn> pictures;
   std::vector<VideoSurface*> surfaces;
+  mpv_handle* source = nullptr;
+  std::function<void()> rendererRestored;
   MpvRenderContext context;
   Wakeup wakeup;
+  QtRunLoop runLoop;
+  /// While the renderer is lost.
+  std::optional<Disposable> restoration;
   bool hasFrame = false;
   std::uint64_t frameNumber = 0;
 };

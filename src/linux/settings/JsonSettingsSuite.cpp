@@ -104,6 +104,7 @@ JsonSettingsSuite::Json JsonSettingsSuite::stored(const std::string& key) const 
 }
 
 JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
+  const std::lock_guard guard(mutex);
   refresh();
   const auto change = pending.find(key);
   return change != pending.end() ? change->second.value.value_or(Json()) : stored(key);
@@ -153,6 +154,7 @@ void JsonSettingsSuite::remove(const std::string& key) {
 }
 
 void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
+  const std::lock_guard guard(mutex);
   refresh();
   pending[key] = {std::move(value), stored(key)};
   if (!retry) {
@@ -161,6 +163,7 @@ void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value
 }
 
 void JsonSettingsSuite::synchronize() {
+  const std::lock_guard guard(mutex);
   retry.reset();
   refresh();
   std::chrono::milliseconds delay = kFailureRetry;
@@ -183,15 +186,17 @@ void JsonSettingsSuite::synchronize() {
 
 std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
+  const std::unique_lock guard(mutex, deadline);
+  if (!guard) {
+    return WriteError{sentence("is in use by another thread")};
+  }
   for (Writing outcome = write(); outcome != Writing::done; outcome = write()) {
     if (outcome == Writing::failed || std::chrono::steady_clock::now() >= deadline) {
       pending.clear();
-      retry.reset();
       return WriteError{sentence(writeError)};
     }
     std::this_thread::sleep_for(kLockRetry);
   }
-  retry.reset();
   return std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <variant>
@@ -53,7 +54,7 @@ class JsonSettingsSuite : public SettingsSuite {
   void remove(const std::string& key) override;
   void synchronize() override;
   /// Writes the changes now, blocking for at most about `patience` while another process writes. Nothing when they are
-  /// in the file; otherwise none of them is, and they are given up.
+  /// in the file; otherwise none of them is, and they are given up. From any thread, unlike all else.
   std::optional<WriteError> writeNow(std::chrono::milliseconds patience);
 
   /// How often the file's contents were read; shows that an unchanged file is not.
@@ -84,6 +85,8 @@ class JsonSettingsSuite : public SettingsSuite {
 
   SettingsFile file;
   RunLoop& runLoop;
+  /// Guards all that follows but `retry`.
+  mutable std::timed_mutex mutex;
   mutable Json values = Json::object();
   mutable std::map<std::string, Change> pending;
   mutable std::optional<SettingsFile::Signature> seen;

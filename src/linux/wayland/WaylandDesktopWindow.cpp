@@ -181,12 +181,11 @@ void WaylandDesktopWindow::frameDone() {
 }
 
 void WaylandDesktopWindow::button(std::uint32_t code, bool down) {
-  const bool ordinary = code == BTN_LEFT || code == BTN_RIGHT || code == BTN_MIDDLE;
-  if (down && ordinary) {
-    view->mouseDown();
-  }
   if (down) {
     pressed = code == BTN_LEFT;
+    if (pressed) {
+      view->mouseDown();
+    }
   } else if (code == BTN_LEFT && std::exchange(pressed, false) && click) {
     click();
   }

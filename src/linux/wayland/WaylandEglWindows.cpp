@@ -29,4 +29,11 @@ void WaylandEglWindows::willShow(NativeWindow window) {
   }
 }
 
+// What the window has asked of the compositor for its next frame takes effect with a commit, which EGL did not make.
+void WaylandEglWindows::wasNotShown(NativeWindow window) {
+  if (const auto* const target = targets.find(window)) {
+    wl_surface_commit(target->surface);
+  }
+}
+
 }  // namespace quilex

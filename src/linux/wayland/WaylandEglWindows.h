@@ -18,6 +18,7 @@ class WaylandEglWindows : public EglWindows {
 
   EGLNativeWindowType sized(NativeWindow window, PixelSize size) override;
   void willShow(NativeWindow window) override;
+  void wasNotShown(NativeWindow window) override;
   void forget(NativeWindow window) override { windows.erase(window); }
 
  private:

@@ -44,6 +44,7 @@ std::unique_ptr<X11Connection> X11Connection::open() {
     return nullptr;
   }
   opened->internAtoms();
+  opened->selectRootEvents();
   return opened;
 }
 
@@ -101,6 +102,12 @@ void X11Connection::internAtoms() {
     const XcbPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookies[index], nullptr));
     atoms[index] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }
+}
+
+// The server keeps one selection for each client and window, so no observer can make one of its own.
+void X11Connection::selectRootEvents() {
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  xcb_change_window_attributes(connection, root(), XCB_CW_EVENT_MASK, &events);
 }
 
 void X11Connection::start(std::function<void()> lost) {

@@ -47,7 +47,8 @@ enum class Atom {
   count
 };
 
-/// The connection to the X server. Events are read on the run loop and told to all observers. Main thread.
+/// The connection to the X server. Events are read on the run loop and told to all observers, among them the root
+/// window's: changes of its properties and structure, and announcements of managers. Main thread.
 class X11Connection {
  public:
   /// Connects to $DISPLAY; empty when there is no server, or it has no 24-bit colour. Needs a QCoreApplication for
@@ -85,6 +86,7 @@ class X11Connection {
   X11Connection(XlibDisplay* display, int screenNumber);
   bool findVisual();
   void internAtoms();
+  void selectRootEvents();
   void drainEvents();
 
   std::unique_ptr<XlibDisplay, DisplayCloser> xlibDisplay;

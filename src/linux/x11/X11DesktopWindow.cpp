@@ -258,16 +258,16 @@ void X11DesktopWindow::keepPlace(const xcb_configure_notify_event_t& event) {
                        values.data());
 }
 
-// The view has the press first; then the root window, where a window manager waits for clicks on the desktop. The
+// The view has a press of the primary button first; then the root window, where a window manager waits for clicks on the desktop. The
 // pointer is let go before, so that a menu can grab it.
 void X11DesktopWindow::press(const xcb_button_press_event_t& event) {
   if (event.event != window || wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event))) {
     return;
   }
-  if (view && event.detail >= XCB_BUTTON_INDEX_1 && event.detail <= XCB_BUTTON_INDEX_3) {
+  pressed = event.detail == XCB_BUTTON_INDEX_1;
+  if (pressed && view) {
     view->mouseDown();
   }
-  pressed = event.detail == XCB_BUTTON_INDEX_1;
   xcb_ungrab_pointer(connection.xcb(), event.time);
   xcb_button_press_event_t forwarded = event;
   forwarded.event = connection.root();

@@ -2,7 +2,6 @@
 
 namespace quilex {
 
-// Managers announce themselves to the root window's listeners, of which the window server's adapter is one.
 X11SystemTray::X11SystemTray(X11Connection& x11)
     : connection(x11), events(x11.observeEvents([this](const xcb_generic_event_t& event) {
         if (eventType(event) != XCB_CLIENT_MESSAGE) {

@@ -32,8 +32,6 @@ X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, R
       runLoop(loop),
       windows(loop, [this] { ordered(); }),
       events(x11.observeEvents([this](const auto& event) { handle(event); })) {
-  const std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-  xcb_change_window_attributes(x11.xcb(), x11.root(), XCB_CW_EVENT_MASK, &rootEvents);
   const auto* randr = xcb_get_extension_data(x11.xcb(), &xcb_randr_id);
   if (randr == nullptr || randr->present == 0) {
     return;
