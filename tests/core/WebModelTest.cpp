@@ -32,7 +32,8 @@ struct WebModelTest : testing::Test {
     return model.emplace(WebModel::Services{
         suite, standardDefaults, runLoop, clock, center,
         [this](const HTTPSessionConfiguration& configuration) {
-          sessions += " " + configuration.userAgent + "/" + std::to_string(configuration.timeout.count());
+          sessions += " " + configuration.userAgent + "/" + std::to_string(configuration.timeout.count()) + "/" +
+                      std::to_string(configuration.maximumReplySize);
           return std::make_unique<FakeHTTPSession>(runLoop, requests);
         },
         [](std::string_view bytes) {
@@ -106,6 +107,8 @@ TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
   EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
   runLoop.advance(24h);
   EXPECT_EQ(heartbeats().size(), 4U);
+  EXPECT_EQ(requests.back().body,
+            envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("1000", kUserID, 0, "1.0.0.0", 2)));
 }
 
 TEST_F(WebModelTest, TheJitterIsFromNothingToJustUnderAMinute) {
@@ -128,7 +131,7 @@ TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
   model->requestUpgradeInfo();
   ASSERT_EQ(requests.size(), 3U);
   EXPECT_EQ(requests[0].time, 2s);
-  EXPECT_EQ(sessions, " MACQuilex1.0.0.0/2000");
+  EXPECT_EQ(sessions, " MACQuilex1.0.0.0/2000/67108864");
   EXPECT_EQ(requests[1].body,
             envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("n", kUserID, 7, "1.0.0.0", 1)));
   EXPECT_EQ(requests[2].body, envelope::form(envelope::Function::upgrade, envelope::guideBody(kUserID, "1.0.0.0")));

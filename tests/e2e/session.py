@@ -118,6 +118,14 @@ class UserSession:
         with self.library() as database:
             database.execute("insert into LocalVideos (sign, url) values (?, ?)", (sign, url))
 
+    def hear(self):
+        """Answers the file in which what is posted on the bus comes to stand."""
+        heard = self.folder / "heard"
+        with open(heard, "wb") as file:
+            self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
+        wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
+        return heard
+
     def post(self, name):
         place = ["--object-path", "/com/dravo/quilex/Notifications"]
         signal_name = "com.dravo.quilex.Notifications.Posted"
@@ -201,12 +209,13 @@ class Session(UserSession):
         picture = self.desktop.screenshot()
         return [picture.getpixel(point) for point in points]
 
-    def wait_for_pixels(self, expected, what):
-        """`expected` maps points to colours; waits until the screen shows them all, within the codec's error."""
+    def wait_for_pixels(self, expected, what, *monitor):
+        """Waits until the desktop, or the monitor of that number, shows a colour at each point, within the codec's error."""
         seen = []
 
         def match():
-            seen[:] = self.pixels(*expected)
+            picture = self.desktop.screenshot(*monitor)
+            seen[:] = map(picture.getpixel, expected)
             return all(
                 abs(have - want) <= 24
                 for pixel, colour in zip(seen, expected.values())
@@ -214,7 +223,7 @@ class Session(UserSession):
             )
 
         def report():
-            self.desktop.screenshot().save("/tmp/quilex-journey.png")
+            self.desktop.screenshot(*monitor).save("/tmp/quilex-journey.png")
             return f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png"
 
         wait_for(match, report)

@@ -20,6 +20,11 @@ HALVES = (
 # One picture across both monitors: 2080x720 wide, so scaled by 3.25 and cut above and below.
 COMBO = {(700, 300): RED, (900, 300): WHITE, (1270, 300): WHITE, (1290, 300): WHITE, (1400, 300): BLUE}
 COMBO |= {(800, 120): WHITE, (800, 80): RED}
+# As large as both monitors in one; columns and below them rows, black and white by turns, show any shift and scaling.
+STRIPES = "color=c=white,trim=end_frame=1,scale=2080:720,setsar=1,format=gray,geq=lum=255*mod(if(lt(Y\\,360)\\,X\\,Y)\\,2),loop=-1:1"
+EXACT = {(x, 200): WHITE if x % 2 else BLACK for x in (0, 1, 1278, 1279, 1280, 1281, 2078, 2079)}
+EXACT |= {(x, y): WHITE if y % 2 else BLACK for x in (640, 1680) for y in (500, 501)}
+
 # The whole picture on the second monitor or on each, the square still square where the shapes differ.
 LONELY = {(1680 - 145, 300): RED, (1680 + 120, 300 + 120): WHITE, (1680 - 120, 300 - 120): WHITE}
 LONELY |= {(1680 + 145, 300): BLUE, (1680 + 60, 300 - 145): BLUE, (1281, 1): RED, (2079, 599): BLUE}
@@ -39,6 +44,7 @@ class Journey(unittest.TestCase):
         cls.short = make_clip(folder / "short.mp4", "color=c=0xC02020", seconds=1)
         cls.green = make_clip(folder / "green.mp4", "color=c=0x20A020")
         cls.moving = make_clip(folder / "moving.mp4", "testsrc2")
+        cls.stripes = make_clip(folder / "stripes.mp4", STRIPES, seconds=1)
 
     def begin(self, *rows, manager=None, **settings):
         self.session = self.make_session(BUILD, self.monitors, manager)
@@ -80,8 +86,7 @@ class Wallpaper(Journey):
     def test_layouts_items_and_monitors(self):
         halves = ("halves", "file://" + self.halves.replace(" ", "%20"))
         session = self.begin(halves, CurrentVideoSign="halves", MonitorArrange=1)
-        posted = session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
-        wait_for(lambda: b"NameAcquired" in posted.stdout.readline(), "the monitor of the bus")
+        heard = session.hear()
         session.start_agent()
         session.wait_for_pixels(MIRROR, "the same picture on each monitor")
         self.windows_cover((0, 0, 1280, 720), (1280, 0, 800, 600))
@@ -89,6 +94,8 @@ class Wallpaper(Journey):
         # Monitors come and go while it plays, down to none.
         session.desktop.set_monitors(["1280x720", None])
         self.windows_cover((0, 0, 1280, 720))
+        session.desktop.set_monitors([None, "800x600"])
+        self.windows_cover((0, 0, 800, 600))
         session.desktop.set_monitors([None, None])
         self.windows_cover()
         session.desktop.set_monitors(["800x600", "1280x720"])
@@ -115,9 +122,7 @@ class Wallpaper(Journey):
         wait_for(lambda: session.settings()["IsOpenPlayer"], "the setting to follow")
 
         self.assertEqual(session.end_agent(), 0)
-        posted.terminate()
-        said = posted.communicate(timeout=20)[0].decode()
-        self.assertEqual(said.count("com.dravo.quilex.mac.ter"), 1, said)
+        wait_for(lambda: heard.read_text().count("com.dravo.quilex.mac.ter") == 1, "the notification")
 
     def test_list_goes_on_without_a_black_frame(self):
         session = self.begin(
@@ -154,8 +159,17 @@ class Wallpaper(Journey):
         session.add_video("moving", "file://" + self.moving)
         session.post("UpdateVideoList")
         wait_for(lambda: len(session.windows()) == 2, "the windows")
-        wait_for(session.moves, "a moving picture")
         wait_for(lambda: session.settings()["CurrentVideoSign"] == "moving", "the sign to follow")
+        # On monitors of one size, and again each time that it was closed.
+        session.desktop.set_monitors(["800x600", "800x600"])
+        for opens in (True, False) * 4:
+            session.write_settings(IsOpenPlayer=opens)
+            wait_for(lambda: bool(session.windows()) == opens, "the windows")
+            for left in (0, 800) if opens else ():
+                wait_for(lambda: session.moves((left, 0, left + 800, 600)), "a moving picture on each")
+        session.desktop.set_monitors(self.monitors)
+        session.write_settings(IsOpenPlayer=True)
+        wait_for(session.moves, "a moving picture")
         session.write_settings(isPlaying=False)
         wait_for(lambda: not session.moves(), "a picture that stands still")
         self.assertEqual(len(session.windows()), 2)
@@ -196,13 +210,25 @@ class Wallpaper(Journey):
         wait_for(lambda: session.output().count(str(session.library_file)) == 2, "a start over the rubbish")
         self.assertEqual(session.end_agent(), 0)
 
-    def test_gpu_renderer_shows_the_same(self):
-        session = self.begin(("halves", "file://" + self.halves.replace(" ", "%20")))
-        session.start_agent(QUILEX_RENDERER="gpu", LD_PRELOAD=BUILD + "/lib/keep_modules.so")
-        session.wait_for_pixels(COMBO, "one picture across the monitors")
-        session.write_settings(MonitorArrange=1)
-        session.wait_for_pixels(MIRROR, "the same picture on each monitor")
-        self.assertEqual(session.end_agent(), 0)
+    def test_each_renderer_shows_each_pixel(self):
+        for renderer in ("cpu", "gpu"):
+            session = self.begin(("halves", self.halves), ("stripes", self.stripes), CurrentVideoSign="halves")
+            session.start_agent(QUILEX_RENDERER=renderer, LD_PRELOAD=BUILD + "/lib/keep_modules.so")
+            session.wait_for_pixels(COMBO, "one picture across the monitors")
+            session.write_settings(MonitorArrange=1)
+            session.wait_for_pixels(MIRROR, "the same picture on each monitor")
+            # A second monitor that stands lower shows what is lower in the picture.
+            session.desktop.place(1, 1280, 101)
+            session.write_settings(MonitorArrange=0, CurrentVideoSign="stripes")
+            session.wait_for_pixels(EXACT, "one picture across the monitors, pixel by pixel")
+            session.desktop.set_monitors(["800x600", "1280x720"])
+            session.wait_for_pixels(EXACT, "the same on other monitors")
+            session.write_settings(IsOpenPlayer=False)
+            self.windows_cover()
+            session.write_settings(IsOpenPlayer=True, MonitorArrange=1, CurrentVideoSign="halves")
+            session.wait_for_pixels({(400, 300): WHITE, (800 + 300, 360): RED, (800 + 640, 360): WHITE}, "opened again")
+            self.assertEqual(session.end_agent(), 0)
+            session.close()
 
 
 class WindowManagers(Journey):
