@@ -8,6 +8,7 @@ import time
 import unittest
 
 import dbus.bus
+import dbus.lowlevel
 from wallpaper_test import BLACK, BUILD, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
 
 from session import make_clip, wait_for
@@ -80,8 +81,17 @@ class Panel:
 
 
 class StatusMenu(Journey):
+    def wake(self, bus):
+        message = dbus.lowlevel.SignalMessage("/org/freedesktop/login1", LOGIN + ".Manager", "PrepareForSleep")
+        message.append(False)
+        bus.send_message(message)
+        bus.flush()
+
     def test_menu_settings_and_wallpaper_agree(self):
         session = self.begin(("halves", self.halves))
+        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = session.start_bus()
+        bus = dbus.bus.BusConnection(address)
+        bus.request_name(LOGIN)
         session.start_agent()
         wait_for(lambda: len(session.windows()) == 2, "the wallpaper")
         panel = Panel(session)
@@ -104,14 +114,37 @@ class StatusMenu(Journey):
         session.wait_for_pixels(COMBO, "one picture, set by another program")
         panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
 
+        # In front of another program's icons and behind them, and there again whenever something may have changed that.
+        icons = session.start(BUILD + "/bin/window_probe", self.green, stdin=subprocess.PIPE, bufsize=0)
+        covered = {(640, 360): GREEN, (1680, 300): GREEN}
+        desktop = ("xprop", "-root", "-f", "_NET_CURRENT_DESKTOP", "32c", "-set", "_NET_CURRENT_DESKTOP")
+        hide = lambda: panel.click("Hide Desktop Icon")
+        for change in (hide, lambda: session.run(*desktop, "1"), lambda: self.wake(bus)):
+            icons.stdin.write(b"front\n")
+            session.wait_for_pixels(covered, "the icons")
+            change()
+            session.wait_for_pixels(COMBO, "the wallpaper in front of the icons")
+        panel.wait_for_shape("Hide Desktop Icon*, Mute,")
+        hide()
+        session.wait_for_pixels(covered, "the icons in front of the wallpaper")
+        icons.stdin.close()
+
         panel.click("Mute")
-        panel.wait_for_shape("Mute*")
+        panel.click("Pause")
+        panel.wait_for_shape("Play, Hide Desktop Icon, Mute*")
+        panel.click("Play")
+        session.set_value("Mute", "false")
+        panel.wait_for_shape("Pause, Hide Desktop Icon, Mute,")
         panel.click("Close Video Wallpaper")
         panel.wait_for_shape("Open Video Wallpaper, Pause!, Hide Desktop Icon!")
-        wait_for(lambda: not session.windows(), "no wallpaper")
+        self.windows_cover()
         session.set_value("IsOpenPlayer", "true")
         session.wait_for_pixels(COMBO, "the wallpaper, opened by another program")
         panel.wait_for_shape("Close Video Wallpaper, Pause, Hide Desktop Icon,")
+        session.desktop.set_monitors(["1280x720", None])
+        panel.wait_for_shape("Mute, -, -, Quit")
+        session.desktop.set_monitors(self.monitors)
+        panel.wait_for_shape(screens.replace("1*, 2", "1, 2*"))
         panel.click("Main Window")
         wait_for((session.folder / "launched").exists, "the main application")
 

@@ -10,7 +10,7 @@ from PIL import ImageStat
 
 from session import WaylandSession, make_clip, wait_for
 from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
-from wayland_relay import Relay
+from wayland_wire import Mouse, Relay
 
 
 class WaylandWallpaper(Wallpaper):
@@ -56,16 +56,21 @@ class WaylandOutputs(Journey):
         session.wait_for_pixels({(60, 200): WHITE, (310, 200): BLUE, (10, 100): RED, (150, 100): BLUE}, "the right part", 1)
 
         # Drawn for the pixels of the display, not enlarged.
-        session.write_settings(MonitorArrange=1, CurrentVideoSign="stripes")
         contrast = lambda: ImageStat.Stat(session.desktop.screenshot(0).convert("L").crop((200, 200, 600, 500))).stddev[0]
-        wait_for(lambda: contrast() > 110, "each pixel of the video at scale 2")
-        session.desktop.set_monitors(["1920x1080"])
-        session.desktop.configure(0, "scale 1.5")
-        wait_for(lambda: contrast() < 90, "a video that is enlarged")
-        session.agent.send_signal(signal.SIGSTOP)  # so that it hears of mode and scale in one turn
-        session.desktop.set_monitors(["1280x720"])
-        session.agent.send_signal(signal.SIGCONT)
-        wait_for(lambda: contrast() > 110, "each pixel of the video in a mode that fills the same place")
+        for renderer in ("cpu", "gpu"):
+            self.assertEqual(session.end_agent(), 0)
+            session.write_settings(MonitorArrange=1, CurrentVideoSign="stripes")
+            session.start_agent(QUILEX_RENDERER=renderer, LD_PRELOAD=BUILD + "/lib/keep_modules.so")
+            session.desktop.set_monitors(["1280x720"])
+            session.desktop.configure(0, "scale 2")
+            wait_for(lambda: contrast() > 110, "each pixel of the video at scale 2")
+            session.desktop.set_monitors(["1920x1080"])
+            session.desktop.configure(0, "scale 1.5")
+            wait_for(lambda: contrast() < 90, "a video that is enlarged")
+            session.agent.send_signal(signal.SIGSTOP)  # so that it hears of mode and scale in one turn
+            session.desktop.set_monitors(["1280x720"])
+            session.agent.send_signal(signal.SIGCONT)
+            wait_for(lambda: contrast() > 110, "each pixel of the video in a mode that fills the same place")
         self.assertEqual(session.end_agent(), 0)
 
     def test_outputs_switched_off_and_plugged_in_and_out(self):
@@ -152,16 +157,14 @@ class WaylandOutputs(Journey):
             probe.stdin.close()
             self.assertEqual(probe.wait(timeout=20), 0)
 
-        mouse = session.start(BUILD + "/bin/mouse", stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0)
-        self.assertEqual(mouse.stdout.readline(), b"ready\n")
+        mouse = Mouse(session.desktop.name)
+        self.addCleanup(mouse.connection.close)
         session.start_agent()
         session.wait_for_pixels({(400, 300): GREEN}, "the wallpaper", 1)
         for button in ("left", "right"):
-            mouse.stdin.write(f"1600 300 2080 720 {button}\n".encode())
-            wait_for(lambda: mouse.stdout.readline(), "the click")
+            mouse.click(1600, 300, 2080, 720, button)
         wait_for(lambda: session.output().count("mouse down\n") == 2, "one line for each press")
         self.assertEqual(session.output().count("tapVideoPlayerViewAction\n"), 1)
-        mouse.stdin.close()
         self.assertEqual(session.end_agent(), 0)
 
 
