@@ -166,7 +166,7 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
     requests.back().reply(reply);
     return given;
   };
-  EXPECT_EQ(beat(encryptToBase64(kHeartbeatReply + "\0\0"s))->data.ct, 5);
+  EXPECT_EQ(beat(encryptToBase64("\0"s + kHeartbeatReply + "\0\0"s))->data.ct, 5);
   EXPECT_EQ(std::exchange(log, ""), " HeartbeatUpdated");
   for (const std::optional<std::string>& failure : {std::optional<std::string>(), {"<html>"}, {"AAAA"}}) {
     EXPECT_EQ(beat(failure), std::nullopt);

@@ -3,13 +3,11 @@
 import os
 import pathlib
 import subprocess
-import sys
-import time
 import unittest
 
 import dbus.bus
 import dbus.lowlevel
-from wallpaper_test import BLACK, BUILD, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
+from wallpaper_test import BLACK, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
 
 from session import make_clip, wait_for
 
@@ -59,22 +57,21 @@ class Panel:
         """"-" for a separator; else the label with "*" for a mark, "!" where disabled, and the submenu."""
         parts = []
         for _, properties, children in (item or self.layout())[2]:
-            if properties.get("type") == "separator":
-                parts.append("-")
-                continue
-            text = str(properties["label"]).replace("_", "")
+            text = "-" if properties.get("type") == "separator" else str(properties["label"]).replace("_", "")
             text += "*" if properties.get("toggle-state", 0) == 1 else ""
             text += "" if properties.get("enabled", True) else "!"
-            if children:
-                text += " [" + self.shape((0, {}, children)) + "]"
+            text += " [" + self.shape((0, {}, children)) + "]" if children else ""
             parts.append(text)
         return ", ".join(parts)
 
-    def click(self, *path):
+    def find(self, *path):
         item = self.layout()
         for label in path:
             item = next(each for each in item[2] if str(each[1].get("label", "")).replace("_", "") == label)
-        self.menu().Event(item[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
+        return item
+
+    def click(self, *path):
+        self.menu().Event(self.find(*path)[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
 
     def wait_for_shape(self, part):
         wait_for(lambda: part in self.shape(), lambda: f"{part} is not in {self.shape()}")
@@ -102,8 +99,7 @@ class StatusMenu(Journey):
         panel.wait_for_shape("Main Window, 1.0.0(1)!, Check for Updates..., -, Close Video Wallpaper, Pause, "
                              "Hide Desktop Icon, Mute, -, " + screens)
         self.assertTrue(panel.property("IconName") or panel.property("IconPixmap"))
-        shortcuts = {str(each[1]["label"]).replace("_", ""): each[1].get("shortcut") for each in panel.layout()[2] if "label" in each[1]}
-        self.assertEqual(shortcuts["Quit"], [["Control", "Q"]])
+        self.assertEqual(panel.find("Quit")[1]["shortcut"], [["Control", "Q"]])
 
         panel.click("Screen", "Mirror")
         session.wait_for_pixels(MIRROR, "mirror, chosen from the menu")
@@ -115,19 +111,19 @@ class StatusMenu(Journey):
         panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
 
         # In front of another program's icons and behind them, and there again whenever something may have changed that.
-        icons = session.start(BUILD + "/bin/window_probe", self.green, stdin=subprocess.PIPE, bufsize=0)
+        icons = session.start_probe(self.green)
         covered = {(640, 360): GREEN, (1680, 300): GREEN}
         desktop = ("xprop", "-root", "-f", "_NET_CURRENT_DESKTOP", "32c", "-set", "_NET_CURRENT_DESKTOP")
         hide = lambda: panel.click("Hide Desktop Icon")
         for change in (hide, lambda: session.run(*desktop, "1"), lambda: self.wake(bus)):
-            icons.stdin.write(b"front\n")
+            icons.order("front")
             session.wait_for_pixels(covered, "the icons")
             change()
             session.wait_for_pixels(COMBO, "the wallpaper in front of the icons")
         panel.wait_for_shape("Hide Desktop Icon*, Mute,")
         hide()
         session.wait_for_pixels(covered, "the icons in front of the wallpaper")
-        icons.stdin.close()
+        self.assertEqual(icons.end(), 0)
 
         panel.click("Mute")
         panel.click("Pause")
