@@ -224,7 +224,8 @@ TEST_F(WindowTest, TextsAreInTheUsersLanguageAndHaveRoom) {
     for (const QWidget* each : shown()->findChildren<QWidget*>()) {
       // The button to close shows a cross alone.
       const bool bare = each->objectName() == "closeButton";
-      EXPECT_TRUE(bare || each->width() >= each->minimumSizeHint().width()) << language << each->objectName().toStdString();
+      EXPECT_TRUE(bare || each->width() >= each->minimumSizeHint().width())
+          << language << each->objectName().toStdString();
     }
   };
   for (const auto& [language, title] : {std::pair("de-AT:fr", "Alles auf dem neuesten Stand"),

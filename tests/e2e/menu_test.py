@@ -3,6 +3,8 @@
 import os
 import pathlib
 import subprocess
+import sys
+import time
 import unittest
 
 import dbus.bus
