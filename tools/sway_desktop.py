@@ -139,6 +139,9 @@ class SwayDesktop:
         self.settings[name] = f"{self.settings.get(name, '')} {settings}"
         self.command(f"output {name} {settings}")
 
+    def place(self, index, left, top):
+        self.configure(index, f"position {left} {top}")
+
     def reload(self):
         lines = [f"output {name} {settings}\n" for name, settings in self.settings.items()]
         (self.folder / "inner.conf").write_text(INNER + "".join(lines))

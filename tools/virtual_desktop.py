@@ -62,6 +62,9 @@ class VirtualDesktop:
             left += int(mode.split("x")[0])
         self.run(*command)
 
+    def place(self, index, left, top):
+        self.run("xrandr", "--output", f"DUMMY{index}", "--pos", f"{left}x{top}")
+
     def screenshot(self):
         return ImageGrab.grab(xdisplay=self.name)
 

@@ -26,54 +26,72 @@ TEST_F(ButtonLookTest, AFreshButtonHasTheSystemsColoursAndNoLayerUntilItAwakes) 
   ButtonLook bordered = look;
   look.awakeFromNib();
   EXPECT_EQ(look.layer(), (ButtonLook::Layer{kRed, 9, true, 0, {}}));
+  look.setNormalColor(kBlue);
+  look.setCornerRadius(3);
+  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kBlue, 3, true, 0, {}}));
   bordered.setCustomBorder(false);
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{{}, 0, false, 0.5, {170, 170, 170}})) << "by any assignment";
+  EXPECT_FALSE(bordered.isCustomBorder());
+  bordered.setCustomBorder(true);
   bordered.awakeFromNib();
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{kRed, 9, true, 0.5, {170, 170, 170}}));
+  EXPECT_TRUE(bordered.isCustomBorder());
 }
 
 TEST_F(ButtonLookTest, ColoursFollowThePointer) {
   look.awakeFromNib();
   look.mouseEntered();
-  EXPECT_EQ(background(), kPaper) << "no hover colour";
   look.mouseDown();
-  EXPECT_EQ(background(), kPaper) << "no pressed colour";
-  look.hoverColor = kBlue;
+  EXPECT_EQ(background(), kPaper) << "no colours of its own";
   look.pressedColor = kRed;
-  EXPECT_EQ(background(), kPaper) << "stored only";
+  look.mouseDown();
+  look.mouseDownEnded();
+  look.hoverColor = kBlue;
+  EXPECT_EQ(background(), kRed) << "there was nothing to go back to, and a colour is only stored";
   look.mouseEntered();
   EXPECT_EQ(background(), kBlue);
   look.mouseDown();
   EXPECT_EQ(background(), kRed);
   look.mouseDownEnded();
+  look.setSystemColors({kInk, kPaper});
   EXPECT_EQ(background(), kBlue);
   look.setTitleColor(kGreen);
-  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kPaper), kGreen));
+  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kInk), kGreen));
   look.mouseEntered();
   look.mouseExited();
-  EXPECT_EQ(background(), kPaper);
-  look.setSystemColors({kInk, kPaper});
-  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kInk), kGreen));
+  EXPECT_EQ(background(), kInk);
+  look.setSystemColors({kPaper, kInk});
+  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kPaper), kGreen));
 }
 
-TEST_F(ButtonLookTest, ADisabledButtonKeepsColourAndImage) {
-  const auto first = std::make_shared<const Image>();
-  const auto second = std::make_shared<const Image>();
+TEST_F(ButtonLookTest, ImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
+  const auto hover = std::make_shared<const Image>();
+  const auto normal = std::make_shared<const Image>();
+  const auto shows = [&](const Color& color, const ButtonLook::Picture& image) {
+    return background() == color && look.image() == image;
+  };
   look.awakeFromNib();
-  look.hoverImage = first;
-  look.normalImage = second;
   look.hoverColor = kBlue;
   look.pressedColor = kRed;
+  look.hoverImage = hover;
   look.mouseEntered();
-  EXPECT_EQ(look.image(), first);
-  look.isEnabled = false;
-  look.mouseDown();
-  look.mouseDownEnded();
   look.mouseExited();
-  EXPECT_EQ(std::pair(background(), look.image()), std::pair(std::optional(kBlue), first));
+  EXPECT_TRUE(shows(kPaper, hover)) << "no other image to go back to";
+  look.normalImage = normal;
+  for (const auto& [color, image] : {std::pair(kPaper, normal), {kBlue, hover}}) {
+    look.isEnabled = true;
+    color == kPaper ? look.mouseExited() : look.mouseEntered();
+    look.isEnabled = false;
+    color == kPaper ? look.mouseEntered() : look.mouseExited();
+    look.mouseDown();
+    look.mouseDownEnded();
+    EXPECT_TRUE(shows(color, image));
+  }
   look.isEnabled = true;
+  look.hoverImage.reset();
   look.mouseExited();
-  EXPECT_EQ(std::pair(background(), look.image()), std::pair(std::optional(kPaper), second));
+  look.mouseEntered();
+  EXPECT_TRUE(shows(kBlue, normal));
 }
 
 }  // namespace quilex

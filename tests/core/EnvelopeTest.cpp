@@ -60,10 +60,6 @@ TEST(EnvelopeTest, BodiesAndFormsAreExact) {
       "z9I8clg15UWkmFi8cSZTZBZY5vfiDUeVDwOAbQbIe0FlpQskQcZpFf72Hf2bZpV/JBRWaFaQPCA%3D");
 }
 
-TEST(EnvelopeTest, NulCharactersAreTakenOutOfAReply) {
-  EXPECT_EQ(envelope::read(encryptToBase64("\0a\0b\0"s).value()), "ab");
-}
-
 TEST(URLTest, FollowsTheGrammar) {
   for (const char* text :
        {"https://a.example/b?c=d&e=[f", "https://a.example/ b", "", "http://a.example/é", "a%2", "a%zz", "1a:b", ":a",
@@ -71,7 +67,7 @@ TEST(URLTest, FollowsTheGrammar) {
     EXPECT_FALSE(URL::parse(text)) << text;
   }
   for (const char* text : {"https://a.example/b?c=d&e=/?:@#f/?", "http://user:word@[::1]:8080/a%20b", "a", "/a//b:c",
-                           "//host", "mailto:a@b.example", "file:///a", "?", "#", "http://a:/", "./a:b"}) {
+                           "//host", "a.b-c+d:e@f", "file:///a", "?", "#", "http://a:/", "./a:b"}) {
     const auto url = URL::parse(text);
     ASSERT_TRUE(url) << text;
     EXPECT_EQ(url->string(), text);

@@ -89,6 +89,7 @@ TEST(FormatsTest, IntegersAreThoseOf64BitsHoweverWritten) {
   };
   EXPECT_EQ(viewOf("3.0"), 3);
   EXPECT_EQ(viewOf("1e2"), 100);
+  EXPECT_EQ(viewOf("-9223372036854775808.0"), std::numeric_limits<std::int64_t>::min());
   for (const char* value : {"1.5", "9223372036854775808", "9223372036854775808.0", "\"12\""}) {
     EXPECT_FALSE(viewOf(value)) << value;
   }
@@ -128,16 +129,15 @@ TEST(JSONAnyTest, WhatIsNoneOfItsKindsFailsWithItsDescription) {
 }
 
 TEST(JSONParsingTest, RefusesWhatIsMalformedOrTooLarge) {
-  const auto nested = [](std::size_t depth, const std::string& open, const std::string& close) {
+  const auto repeated = [](std::size_t count, const std::string& part) {
     std::string text;
-    for (std::size_t i = 0; i < depth; ++i) {
-      text += open;
-    }
-    text += "1";
-    for (std::size_t i = 0; i < depth; ++i) {
-      text += close;
+    for (; count > 0; --count) {
+      text += part;
     }
     return text;
+  };
+  const auto nested = [&](std::size_t depth, const std::string& open, const std::string& close) {
+    return repeated(depth, open) + "1" + repeated(depth, close);
   };
   for (const auto& [open, close] : {std::pair("["s, "]"s), {"{\"a\":", "}"}, {"[[1],", "]"}}) {
     EXPECT_EQ(json::encode(json::decodeText<JSONAny>(nested(127, open, close)).value()).dump(),

@@ -1,8 +1,11 @@
+#include <gmock/gmock.h>
+
 #include "support/AgentTest.h"
 
 namespace quilex::test {
 
 using namespace std::literals;
+using testing::HasSubstr;
 
 struct StatusBarTest : AgentTest {
   StatusBarTest() { add({"A", "B"}); }
@@ -27,6 +30,7 @@ struct StatusBarTest : AgentTest {
       text += text.empty() ? "" : ", ";
       text += item->isSeparator() ? "-" : item->title().substr(0, item->title().find('|'));
       text += item->state() ? "*" : "";
+      EXPECT_TRUE(item->isCheckable() || !item->state()) << text;
       text += item->isEnabled() ? "" : "!";
       text += item->keyEquivalent().empty() ? "" : "^" + item->keyEquivalent();
       text += item->tag() == 0 ? "" : "#" + std::to_string(item->tag());
@@ -56,7 +60,7 @@ TEST_F(StatusBarTest, TheMenuShowsTheSettingsAsTheyAreAtItsFirstBuilding) {
   EXPECT_EQ(shape(), first + "Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*, " + rest);
   for (const auto& [arrangement, index, marks] : {std::tuple(1L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"),
                                                   {2L, 1L, "Integration, Mirror, Single [1^1, 2*^2#1]"},
-                                                  {2L, 5L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
+                                                  {2L, 2L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
                                                   {2L, -1L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
                                                   {3L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"}}) {
     launch({{"MonitorArrange", arrangement}, {"ScreenIndex", index}});
@@ -67,6 +71,8 @@ TEST_F(StatusBarTest, TheMenuShowsTheSettingsAsTheyAreAtItsFirstBuilding) {
 TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
   launch({});
   preferences->mute.set(true);
+  preferences->screenIndex.set(2);
+  EXPECT_EQ(shape(singleMenu()), "1^1, 2^2#1") << "there is no such screen";
   preferences->screenIndex.set(1);
   EXPECT_EQ(shape(screenMenu()), "Integration*, Mirror, Single [1^1, 2*^2#1]");
   for (const auto& [raw, marks] : {std::pair(2L, "Integration, Mirror, Single* [1^1, 2*^2#1]"),
@@ -77,15 +83,20 @@ TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
     EXPECT_EQ(shape(screenMenu()), marks) << raw;
   }
   preferences->isPlaying.set(false);
-  EXPECT_TRUE(shape().find("Close Video Wallpaper, Play, Hide Desktop Icon, Mute*") != std::string::npos) << shape();
+  EXPECT_THAT(shape(), HasSubstr("Close Video Wallpaper, Play, Hide Desktop Icon, Mute*"));
   item("Hide Desktop Icon").choose();
-  EXPECT_TRUE(item("Hide Desktop Icon").state() && manager->isHideDesktopIcon);
+  EXPECT_THAT(shape(), HasSubstr("Hide Desktop Icon*, "));
   preferences->isOpenPlayer.set(false);
-  EXPECT_TRUE(shape().find("Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*") != std::string::npos) << shape();
+  EXPECT_THAT(shape(), HasSubstr("Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*"));
   EXPECT_FALSE(manager->isHideDesktopIcon);
   const std::string before = shape();
+  const std::size_t window = windowServer.orders.size() - 1;
   item("Hide Desktop Icon").choose();
   EXPECT_EQ(shape(), before) << "a disabled item does nothing";
+  preferences->isOpenPlayer.set(true);
+  orders(window);
+  item("Hide Desktop Icon").choose();
+  EXPECT_EQ(orders(window), " front") << "not hidden any more since the wallpaper was closed";
 }
 
 TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
@@ -105,7 +116,7 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" pause pause"s, false));
   item("Play").choose();
   EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" play play"s, true));
-  EXPECT_TRUE(shape().find("Close Video Wallpaper, Pause, ") != std::string::npos) << shape();
+  EXPECT_THAT(shape(), HasSubstr("Close Video Wallpaper, Pause, "));
   orders(0);
   item("Hide Desktop Icon").choose();
   EXPECT_EQ(orders(0), " front");
@@ -120,8 +131,11 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_EQ(workspace.log, " mp4 mov");
   workspace.answer(false);
   EXPECT_EQ(commands(), "");
+  orders(0);
+  preferences->playingVideoSign.assign("B");
   workspace.answer(true);
-  EXPECT_EQ(commands(), " play");
+  EXPECT_EQ(commands() + orders(0), " play back");
+  EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
 }
 
 TEST_F(StatusBarTest, TheArrangementIsChosenForPlaybackAndSettingsAlike) {
@@ -167,9 +181,15 @@ TEST_F(StatusBarTest, AChangeOfTheScreensBuildsTheMenuAnewOutOfTheSameItems) {
 
 TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
   launch({{"CurrentVideoSign", "A"s}});
-  commands();
-  workspace.wakeObservers.notify();
-  EXPECT_EQ(commands(), " play");
+  preferences->playingVideoSign.assign("B");
+  for (const std::string order : {" back", " front"}) {
+    manager->setHideDesktopIcon(order == " front");
+    commands();
+    orders(0);
+    workspace.wakeObservers.notify();
+    EXPECT_EQ(commands() + orders(0), " play" + order);
+  }
+  EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
   delegate.applicationDidChangeOcclusionState();
   EXPECT_EQ(commands(), " A play");
   delegate.applicationDidResignActive();

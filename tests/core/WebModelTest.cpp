@@ -123,6 +123,8 @@ TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
   EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
   runLoop.advance(24h);
   EXPECT_EQ(heartbeats().size(), 4U);
+  EXPECT_EQ(requests.back().body,
+            envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("1000", kUserID, 0, "1.0.0.0", 2)));
 }
 
 TEST_F(WebModelTest, TheJitterIsFromNothingToJustUnderAMinute) {
@@ -185,7 +187,7 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
     answerRaw(reply);
     return given;
   };
-  EXPECT_EQ(beat(encryptToBase64(kHeartbeatReply + "\0\0"s))->data.ct, 5);
+  EXPECT_EQ(beat(encryptToBase64("\0"s + kHeartbeatReply + "\0\0"s))->data.ct, 5);
   EXPECT_EQ(std::exchange(log, ""), " HeartbeatUpdated");
   for (const std::optional<std::string>& failure : {std::optional<std::string>(), {"<html>"}, {"AAAA"}}) {
     EXPECT_EQ(beat(failure), std::nullopt);

@@ -8,7 +8,8 @@ import time
 import unittest
 
 import dbus.bus
-from wallpaper_test import BLACK, BUILD, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
+import dbus.lowlevel
+from wallpaper_test import BLACK, COMBO, GREEN, LONELY, MIRROR, RED, WHITE, Journey
 
 from session import make_clip, wait_for
 
@@ -58,30 +59,38 @@ class Panel:
         """"-" for a separator; else the label with "*" for a mark, "!" where disabled, and the submenu."""
         parts = []
         for _, properties, children in (item or self.layout())[2]:
-            if properties.get("type") == "separator":
-                parts.append("-")
-                continue
-            text = str(properties["label"]).replace("_", "")
+            text = "-" if properties.get("type") == "separator" else str(properties["label"]).replace("_", "")
             text += "*" if properties.get("toggle-state", 0) == 1 else ""
             text += "" if properties.get("enabled", True) else "!"
-            if children:
-                text += " [" + self.shape((0, {}, children)) + "]"
+            text += " [" + self.shape((0, {}, children)) + "]" if children else ""
             parts.append(text)
         return ", ".join(parts)
 
-    def click(self, *path):
+    def find(self, *path):
         item = self.layout()
         for label in path:
             item = next(each for each in item[2] if str(each[1].get("label", "")).replace("_", "") == label)
-        self.menu().Event(item[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
+        return item
+
+    def click(self, *path):
+        self.menu().Event(self.find(*path)[0], "clicked", dbus.Int32(0), dbus.UInt32(0))
 
     def wait_for_shape(self, part):
         wait_for(lambda: part in self.shape(), lambda: f"{part} is not in {self.shape()}")
 
 
 class StatusMenu(Journey):
+    def wake(self, bus):
+        message = dbus.lowlevel.SignalMessage("/org/freedesktop/login1", LOGIN + ".Manager", "PrepareForSleep")
+        message.append(False)
+        bus.send_message(message)
+        bus.flush()
+
     def test_menu_settings_and_wallpaper_agree(self):
         session = self.begin(("halves", self.halves))
+        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = session.start_bus()
+        bus = dbus.bus.BusConnection(address)
+        bus.request_name(LOGIN)
         session.start_agent()
         wait_for(lambda: len(session.windows()) == 2, "the wallpaper")
         panel = Panel(session)
@@ -92,8 +101,7 @@ class StatusMenu(Journey):
         panel.wait_for_shape("Main Window, 1.0.0(1)!, Check for Updates..., -, Close Video Wallpaper, Pause, "
                              "Hide Desktop Icon, Mute, -, " + screens)
         self.assertTrue(panel.property("IconName") or panel.property("IconPixmap"))
-        shortcuts = {str(each[1]["label"]).replace("_", ""): each[1].get("shortcut") for each in panel.layout()[2] if "label" in each[1]}
-        self.assertEqual(shortcuts["Quit"], [["Control", "Q"]])
+        self.assertEqual(panel.find("Quit")[1]["shortcut"], [["Control", "Q"]])
 
         panel.click("Screen", "Mirror")
         session.wait_for_pixels(MIRROR, "mirror, chosen from the menu")
@@ -104,14 +112,37 @@ class StatusMenu(Journey):
         session.wait_for_pixels(COMBO, "one picture, set by another program")
         panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
 
+        # In front of another program's icons and behind them, and there again whenever something may have changed that.
+        icons = session.start_probe(self.green)
+        covered = {(640, 360): GREEN, (1680, 300): GREEN}
+        desktop = ("xprop", "-root", "-f", "_NET_CURRENT_DESKTOP", "32c", "-set", "_NET_CURRENT_DESKTOP")
+        hide = lambda: panel.click("Hide Desktop Icon")
+        for change in (hide, lambda: session.run(*desktop, "1"), lambda: self.wake(bus)):
+            icons.order("front")
+            session.wait_for_pixels(covered, "the icons")
+            change()
+            session.wait_for_pixels(COMBO, "the wallpaper in front of the icons")
+        panel.wait_for_shape("Hide Desktop Icon*, Mute,")
+        hide()
+        session.wait_for_pixels(covered, "the icons in front of the wallpaper")
+        self.assertEqual(icons.end(), 0)
+
         panel.click("Mute")
-        panel.wait_for_shape("Mute*")
+        panel.click("Pause")
+        panel.wait_for_shape("Play, Hide Desktop Icon, Mute*")
+        panel.click("Play")
+        session.set_value("Mute", "false")
+        panel.wait_for_shape("Pause, Hide Desktop Icon, Mute,")
         panel.click("Close Video Wallpaper")
         panel.wait_for_shape("Open Video Wallpaper, Pause!, Hide Desktop Icon!")
-        wait_for(lambda: not session.windows(), "no wallpaper")
+        self.windows_cover()
         session.set_value("IsOpenPlayer", "true")
         session.wait_for_pixels(COMBO, "the wallpaper, opened by another program")
         panel.wait_for_shape("Close Video Wallpaper, Pause, Hide Desktop Icon,")
+        session.desktop.set_monitors(["1280x720", None])
+        panel.wait_for_shape("Mute, -, -, Quit")
+        session.desktop.set_monitors(self.monitors)
+        panel.wait_for_shape(screens.replace("1*, 2", "1, 2*"))
         panel.click("Main Window")
         wait_for((session.folder / "launched").exists, "the main application")
 

@@ -45,6 +45,17 @@ def make_clip(path, graph, seconds=10):
     return str(path)
 
 
+class Probe(subprocess.Popen):
+    """Another program's wallpaper, ordered by words: front, back, out."""
+
+    def order(self, word):
+        self.stdin.write(word.encode() + b"\n")
+
+    def end(self):
+        self.stdin.close()
+        return self.wait(timeout=DEADLINE)
+
+
 class UserSession:
     """The folders, the bus and the programs of a user, without a display."""
 
@@ -74,9 +85,8 @@ class UserSession:
         return bus.stdout.readline().decode().strip()
 
     def run(self, *command):
-        return subprocess.run(
-            command, env=self.environment, check=False, capture_output=True, text=True, timeout=DEADLINE
-        ).stdout
+        options = {"check": False, "capture_output": True, "text": True, "timeout": DEADLINE}
+        return subprocess.run(command, env=self.environment, **options).stdout
 
     def close(self):
         for program in reversed(self.programs):
@@ -118,6 +128,14 @@ class UserSession:
         with self.library() as database:
             database.execute("insert into LocalVideos (sign, url) values (?, ?)", (sign, url))
 
+    def hear(self):
+        """Answers the file in which what is posted on the bus comes to stand."""
+        heard = self.folder / "heard"
+        with open(heard, "wb") as file:
+            self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
+        wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
+        return heard
+
     def post(self, name):
         place = ["--object-path", "/com/dravo/quilex/Notifications"]
         signal_name = "com.dravo.quilex.Notifications.Posted"
@@ -148,12 +166,9 @@ class Session(UserSession):
     # The agent
 
     def start_agent(self, **variables):
-        output = open(self.folder / "output", "ab")
-        errors = open(self.folder / "errors", "ab")
-        with output, errors:
-            self.agent = subprocess.Popen(
-                [self.agent_program], env={**self.environment, **variables}, stdout=output, stderr=errors
-            )
+        environment = {**self.environment, **variables}
+        with open(self.folder / "output", "ab") as output, open(self.folder / "errors", "ab") as errors:
+            self.agent = subprocess.Popen([self.agent_program], env=environment, stdout=output, stderr=errors)
         return self.agent
 
     def start_agent_on_gpu(self, fault="", **variables):
@@ -181,6 +196,11 @@ class Session(UserSession):
 
     def errors(self):
         return (self.folder / "errors").read_text()
+
+    def start_probe(self, video):
+        command = [self.programs_folder / "window_probe", video]
+        self.programs.append(Probe(command, env=self.environment, stdin=subprocess.PIPE, bufsize=0))
+        return self.programs[-1]
 
     # What a person sees
 
@@ -210,20 +230,18 @@ class Session(UserSession):
         picture = self.desktop.screenshot()
         return [picture.getpixel(point) for point in points]
 
-    def wait_for_pixels(self, expected, what):
-        """`expected` maps points to colours; waits until the screen shows them all, within the codec's error."""
+    def wait_for_pixels(self, expected, what, *monitor):
+        """Waits until the desktop, or the monitor of that number, shows a colour at each point, within the codec's error."""
         seen = []
 
         def match():
-            seen[:] = self.pixels(*expected)
-            return all(
-                abs(have - want) <= 24
-                for pixel, colour in zip(seen, expected.values())
-                for have, want in zip(pixel, colour)
-            )
+            picture = self.desktop.screenshot(*monitor)
+            seen[:] = map(picture.getpixel, expected)
+            channels = zip((each for pixel in seen for each in pixel), (each for colour in expected.values() for each in colour))
+            return all(abs(have - want) <= 24 for have, want in channels)
 
         def report():
-            self.desktop.screenshot().save("/tmp/quilex-journey.png")
+            self.desktop.screenshot(*monitor).save("/tmp/quilex-journey.png")
             return f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png"
 
         wait_for(match, report)

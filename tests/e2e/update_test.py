@@ -17,7 +17,7 @@ class Updates(Journey):
     monitors = ("1280x720",)
 
     def begin_with_service(self, manager=None, **answer):
-        session = self.begin(("moving", "file://" + self.moving), manager=manager)
+        session = self.begin(("moving", self.moving), manager=manager)
         self.service = Service(session)
         self.service.answer(Service.UPGRADE, **answer)
         programs = session.folder / "programs"

@@ -3,14 +3,13 @@
 import os
 import pathlib
 import signal
-import subprocess
 import unittest
 
 from PIL import ImageStat
 
 from session import WaylandSession, make_clip, wait_for
 from wallpaper_test import BLUE, BUILD, GREEN, RED, WHITE, Journey, Wallpaper
-from wayland_relay import Relay
+from wayland_wire import Mouse, Relay
 
 
 class WaylandWallpaper(Wallpaper):
@@ -19,27 +18,6 @@ class WaylandWallpaper(Wallpaper):
 
 class WaylandOutputs(Journey):
     make_session = WaylandSession
-
-    @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        # Columns of one pixel, which any scaling turns grey.
-        graph = "color=c=white,scale=1280:720,format=gray,geq=lum=255*mod(X\\,2)"
-        cls.columns = make_clip(pathlib.Path(cls.clips.name) / "columns.mp4", graph, seconds=1)
-
-    def shows(self, index, expected, what):
-        """`expected` maps points of that output, in its own pixels, to colours."""
-        near = lambda have, want: all(abs(a - b) <= 24 for a, b in zip(have, want))
-
-        def match():
-            picture = self.session.desktop.screenshot(index)
-            return all(near(picture.getpixel(point), colour) for point, colour in expected.items())
-
-        try:
-            wait_for(match, what)
-        except AssertionError:
-            self.session.desktop.screenshot(index).save("/tmp/quilex-journey.png")
-            raise
 
     def moves(self, index):
         shot = lambda: self.session.desktop.screenshot(index).tobytes()
@@ -52,45 +30,50 @@ class WaylandOutputs(Journey):
         return len(os.listdir(process / "fd")), (process / "maps").read_text().count("quilex-picture")
 
     def test_scale_and_rotation(self):
-        rows = ("halves", "file://" + self.halves.replace(" ", "%20")), ("columns", self.columns)
+        rows = ("halves", self.halves), ("stripes", self.stripes)
         session = self.begin(*rows, MonitorArrange=1, CurrentVideoSign="halves")
         session.start_agent()
         upright = {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (490, 210): WHITE, (470, 360): RED}
-        self.shows(0, upright, "the picture at scale 1")
+        session.wait_for_pixels(upright, "the picture at scale 1", 0)
         for scale, place in (("2", (0, 0, 640, 360)), ("1.5", (0, 0, 853, 480)), ("1", (0, 0, 1280, 720))):
             session.desktop.configure(0, f"scale {scale}")
             wait_for(lambda: place in session.desktop.outputs().values(), f"scale {scale}")
-            self.shows(0, upright, f"the picture at scale {scale}")
-        session.desktop.configure(0, "transform 90")
+            session.wait_for_pixels(upright, f"the picture at scale {scale}", 0)
         turned = {(360, 640): WHITE, (40, 100): RED, (680, 100): BLUE, (90, 370): WHITE, (60, 640): RED, (660, 640): BLUE}
-        self.shows(0, turned, "the picture on a monitor that stands upright")
-        session.desktop.reload()
-        self.shows(0, turned, "the picture after the compositor read its configuration again")
-        session.desktop.configure(0, "transform normal")
-        self.shows(0, upright, "the picture on a monitor that lies again")
+        turns = ("90", turned), ("180", upright), ("270", turned), ("flipped", upright), ("flipped-90", turned)
+        for transform, picture in (*turns, ("flipped-180", upright), ("flipped-270", turned), ("normal", upright)):
+            session.desktop.configure(0, f"transform {transform}")
+            session.wait_for_pixels(picture, f"the picture on a monitor turned by {transform}", 0)
+            session.desktop.reload()
+            session.wait_for_pixels(picture, "the picture after the compositor read its configuration again", 0)
 
         # One picture of 1440x600 across outputs of different scales.
         session.desktop.configure(0, "scale 2")
         session.desktop.configure(1, "position 640 0")
         session.write_settings(MonitorArrange=0)
-        self.shows(0, {(600, 400): RED, (1200, 400): WHITE, (1200, 200): RED, (1260, 260): WHITE}, "the left part")
-        self.shows(1, {(60, 200): WHITE, (310, 200): BLUE, (10, 100): RED, (150, 100): BLUE}, "the right part")
+        session.wait_for_pixels({(600, 400): RED, (1200, 400): WHITE, (1200, 200): RED, (1260, 260): WHITE}, "the left part", 0)
+        session.wait_for_pixels({(60, 200): WHITE, (310, 200): BLUE, (10, 100): RED, (150, 100): BLUE}, "the right part", 1)
 
         # Drawn for the pixels of the display, not enlarged.
-        session.write_settings(MonitorArrange=1, CurrentVideoSign="columns")
         contrast = lambda: ImageStat.Stat(session.desktop.screenshot(0).convert("L").crop((200, 200, 600, 500))).stddev[0]
-        wait_for(lambda: contrast() > 110, "each pixel of the video at scale 2")
-        session.desktop.set_monitors(["1920x1080"])
-        session.desktop.configure(0, "scale 1.5")
-        wait_for(lambda: contrast() < 90, "a video that is enlarged")
-        session.agent.send_signal(signal.SIGSTOP)  # so that it hears of mode and scale in one turn
-        session.desktop.set_monitors(["1280x720"])
-        session.agent.send_signal(signal.SIGCONT)
-        wait_for(lambda: contrast() > 110, "each pixel of the video in a mode that fills the same place")
+        for renderer in ("cpu", "gpu"):
+            self.assertEqual(session.end_agent(), 0)
+            session.write_settings(MonitorArrange=1, CurrentVideoSign="stripes")
+            session.start_agent(QUILEX_RENDERER=renderer, LD_PRELOAD=BUILD + "/lib/keep_modules.so")
+            session.desktop.set_monitors(["1280x720"])
+            session.desktop.configure(0, "scale 2")
+            wait_for(lambda: contrast() > 110, "each pixel of the video at scale 2")
+            session.desktop.set_monitors(["1920x1080"])
+            session.desktop.configure(0, "scale 1.5")
+            wait_for(lambda: contrast() < 90, "a video that is enlarged")
+            session.agent.send_signal(signal.SIGSTOP)  # so that it hears of mode and scale in one turn
+            session.desktop.set_monitors(["1280x720"])
+            session.agent.send_signal(signal.SIGCONT)
+            wait_for(lambda: contrast() > 110, "each pixel of the video in a mode that fills the same place")
         self.assertEqual(session.end_agent(), 0)
 
     def test_outputs_switched_off_and_plugged_in_and_out(self):
-        rows = ("moving", "file://" + self.moving), ("green", self.green)
+        rows = ("moving", self.moving), ("green", self.green)
         session = self.begin(*rows, MonitorArrange=1, CurrentVideoSign="moving")
         session.start_agent()
         for index in (0, 1):
@@ -98,15 +81,15 @@ class WaylandOutputs(Journey):
         session.desktop.set_lit(0, False)
         self.moves(1)
         session.write_settings(CurrentVideoSign="green")
-        self.shows(1, {(400, 300): GREEN}, "the other video where someone can see it")
+        session.wait_for_pixels({(400, 300): GREEN}, "the other video where someone can see it", 1)
         session.desktop.set_lit(0, True)
-        self.shows(0, {(640, 360): GREEN, (1, 1): GREEN}, "the other video on the output that is lit again")
+        session.wait_for_pixels({(640, 360): GREEN, (1, 1): GREEN}, "the other video on the output that is lit again", 0)
 
         seen = []
         for _ in range(20):
             session.desktop.unplug(1)
             session.desktop.set_monitors(self.monitors)
-            self.shows(1, {(1, 1): GREEN, (799, 599): GREEN}, "the video on the output that came")
+            session.wait_for_pixels({(1, 1): GREEN, (799, 599): GREEN}, "the video on the output that came", 1)
             seen.append(self.handles())
         # A compositor that falls behind takes a further buffer of a picture.
         bound = tuple(count + 2 for count in max(seen[:10]))
@@ -125,7 +108,7 @@ class WaylandOutputs(Journey):
         os.rename(colours[0], place)
         session = self.begin(("replaced", f"file://{place}"), MonitorArrange=1)
         session.start_agent()
-        self.shows(0, {(640, 360): GREEN}, "the video")
+        session.wait_for_pixels({(640, 360): GREEN}, "the video", 0)
         files = lambda: [os.readlink(each) for each in pathlib.Path(f"/proc/{session.agent.pid}/fd").iterdir()]
         os.rename(colours[1], place)
         for index in (0, 1):
@@ -133,11 +116,11 @@ class WaylandOutputs(Journey):
         wait_for(lambda: str(place) in files(), "what is at the video's place now")
         os.rename(colours[2], place)
         session.desktop.set_lit(1, True)
-        self.shows(1, {(400, 300): BLUE}, "what is at the video's place at last")
+        session.wait_for_pixels({(400, 300): BLUE}, "what is at the video's place at last", 1)
         self.assertEqual(session.end_agent(), 0)
 
     def test_a_surface_that_the_compositor_closes(self):
-        session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
+        session = self.begin(("moving", self.moving), MonitorArrange=1)
         with Relay(session.folder, session.desktop.name) as relay:
             session.start_agent(WAYLAND_DISPLAY=relay.address)
             for index in (0, 1):
@@ -163,12 +146,9 @@ class WaylandOutputs(Journey):
 
     def test_the_compositor_goes_away(self):
         session = self.begin(("green", self.green))
-        heard = session.folder / "heard"
-        with open(heard, "wb") as file:
-            session.start("dbus-monitor", "--session", "member=Posted", stdout=file)
-        wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
+        heard = session.hear()
         session.start_agent()
-        self.shows(0, {(640, 360): GREEN}, "the wallpaper")
+        session.wait_for_pixels({(640, 360): GREEN}, "the wallpaper", 0)
         session.desktop.server.send_signal(signal.SIGKILL)
         self.assertEqual(session.agent.wait(timeout=20), 1)
         self.assertEqual(session.errors(), "quilexhelper: the Wayland compositor is gone\n")
@@ -176,28 +156,16 @@ class WaylandOutputs(Journey):
 
     def test_order_and_presses(self):
         session = self.begin(("green", self.green))
-        icons = session.start(BUILD + "/bin/window_probe", self.short, stdin=subprocess.PIPE, bufsize=0)
-        icons.stdin.write(b"back\n")
-        self.shows(0, {(640, 500): RED}, "a desktop with icons")
-        wallpaper = session.start(BUILD + "/bin/window_probe", self.green, stdin=subprocess.PIPE, bufsize=0)
-        for command, colour in (("front", GREEN), ("out", RED), ("front", GREEN)):
-            wallpaper.stdin.write(command.encode() + b"\n")
-            for index in (0, 1):
-                self.shows(index, {(400, 300): colour}, command)
-        for probe in (wallpaper, icons):
-            probe.stdin.close()
-            self.assertEqual(probe.wait(timeout=20), 0)
-
-        mouse = session.start(BUILD + "/bin/mouse", stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0)
-        self.assertEqual(mouse.stdout.readline(), b"ready\n")
+        self.check_order([("front", GREEN), ("out", RED), ("front", GREEN)])
+        mouse = Mouse(session.desktop.name)
+        self.addCleanup(mouse.connection.close)
         session.start_agent()
-        self.shows(1, {(400, 300): GREEN}, "the wallpaper")
+        session.wait_for_pixels({(400, 300): GREEN}, "the wallpaper", 1)
+        # Only the primary button is the wallpaper's own.
         for button in ("right", "left"):
-            mouse.stdin.write(f"1600 300 2080 720 {button}\n".encode())
-            wait_for(lambda: mouse.stdout.readline(), "the click")
+            mouse.click(1600, 300, 2080, 720, button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
         self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
-        mouse.stdin.close()
         self.assertEqual(session.end_agent(), 0)
 
 
