@@ -92,7 +92,7 @@ class Table:
     def print(self):
         print("\n| trial | figure | runs | worst | bound | held |\n|---|---|---|---|---|---|")
         held = not self.faults
-        for (trial, figure), (runs, worst, bound, of) in self.rows.items():
+        for (trial, figure), (runs, worst, bound, of) in sorted(self.rows.items()):
             verdict = "yes" if worst <= bound else "NO"
             held &= worst <= bound
             print(f"| {trial} | {figure} | {runs} | {worst:.1f}{of and f' ({of})'} | ≤ {bound:g} | {verdict} |")
@@ -150,7 +150,7 @@ class Enduring:
     def settle(self, *monitors):
         """Waits for the right picture, which moves."""
         begin = time.monotonic()
-        self.wait_for_pixels(quadrants(*(monitors or MONITORS)), "the picture", seconds=2 * PICTURE_SECONDS)
+        self.wait_for_pixels(quadrants(*(monitors or MONITORS)), f"the picture with {self.settings()}", seconds=2 * PICTURE_SECONDS)
         wait_for(self.moves, "a moving picture")
         self.context.note("seconds until the picture is right", time.monotonic() - begin, PICTURE_SECONDS)
 
