@@ -150,7 +150,7 @@ class Enduring:
     def settle(self, *monitors):
         """Waits for the right picture, which moves."""
         begin = time.monotonic()
-        self.wait_for_pixels(quadrants(*(monitors or MONITORS)), f"the picture with {self.settings()}", seconds=2 * PICTURE_SECONDS)
+        self.wait_for_pixels(quadrants(*(monitors or MONITORS)), f"the picture with {self.settings()}", seconds=PICTURE_SECONDS)
         wait_for(self.moves, "a moving picture")
         self.context.note("seconds until the picture is right", time.monotonic() - begin, PICTURE_SECONDS)
 
@@ -224,7 +224,8 @@ class Program:
         self.clip("quadrants.mp4", QUADRANTS, 10)
         print(f"{pathlib.Path(sys.argv[0]).name}: {self.preset}, seed {self.options.seed}", flush=True)
         self.deadline = time.monotonic() + self.options.seconds
-        turns = itertools.cycle(item for item in trials.items() if self.options.only in item[0])
+        chosen = [item for item in trials.items() if self.options.only in item[0]]
+        turns = itertools.cycle(chosen)
         lock = threading.Lock()
 
         def work():
@@ -237,7 +238,7 @@ class Program:
                     traceback.print_exc()
                     self.table.fault(name, f"{type(failure).__name__}: {failure}")
 
-        workers = [threading.Thread(target=work) for _ in range(at_once)]
+        workers = [threading.Thread(target=work) for _ in chosen[:at_once]]
         for worker in workers:
             worker.start()
         for worker in workers:
