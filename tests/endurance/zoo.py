@@ -5,13 +5,14 @@
 
 import contextlib
 import ctypes
+import errno
 import os
 import random
 import socket
 import struct
 import subprocess
 import sys
-import threading
+import time
 
 from endurance import QUADRANTS
 
@@ -33,6 +34,8 @@ SIZES = ("1x1", "2x2", "3x5", "641x359", "8192x16", "16x8192", "4096x4096", "819
 # Pixels as they are stored, for a display that turns them by so many degrees, clockwise.
 TURNS = {0: "null", 90: "transpose=2", 180: "hflip,vflip", 270: "transpose=1"}
 DAMAGED = ("h264.mp4", "vp9.webm", "mpeg4.avi", "h264.ts", "h264.mkv", "any.gif")
+# Longer than anybody waits. It ends, because the kernel lets nobody go who waits for an answer to a read.
+HANGING_SECONDS = 15
 # What other files such text refers to. Each is also put before a real MPEG-TS, which readers look for at any place.
 TEXTS = {
     "edl": ("# mpv EDL v0\n", "{}\n", ""),
@@ -47,10 +50,25 @@ TEXTS = {
 }  # fmt: skip
 
 
+class Openings:
+    """How often a file has been opened since it was last asked."""
+
+    IN_OPEN, SIZE = 0x20, 16  # of inotify(7): the event, and the size of one without a name
+
+    def __init__(self, path):
+        libc = ctypes.CDLL(None)
+        self.events = libc.inotify_init1(os.O_NONBLOCK)
+        libc.inotify_add_watch(self.events, os.fsencode(path), self.IN_OPEN)
+
+    def count(self):
+        try:
+            return len(os.read(self.events, 65536)) // self.SIZE
+        except BlockingIOError:
+            return 0
+
+
 class Canary:
     """A video and an address that nothing but a file referring to them leads to."""
-
-    OPENED = 0x20  # IN_OPEN of inotify(7)
 
     def __init__(self, kept, folder):
         self.file = folder / "canary.mp4"
@@ -58,19 +76,14 @@ class Canary:
         self.server = socket.create_server(("127.0.0.1", 0))
         self.server.setblocking(False)
         self.address = f"http://127.0.0.1:{self.server.getsockname()[1]}/canary.mp4"
-        libc = ctypes.CDLL(None)
-        self.events = libc.inotify_init1(os.O_NONBLOCK)
-        libc.inotify_add_watch(self.events, os.fsencode(self.file), self.OPENED)
+        self.openings = Openings(self.file)
         self.file.read_bytes()
         socket.create_connection(self.server.getsockname()).close()
         assert len(self.touched()) == 2, "the canary sees nothing"
 
     def touched(self):
         """What has been touched since the last call."""
-        seen = []
-        with contextlib.suppress(BlockingIOError):
-            os.read(self.events, 65536)
-            seen.append("opens another file")
+        seen = ["opens another file"] if self.openings.count() else []
         with contextlib.suppress(BlockingIOError):
             while True:
                 self.server.accept()[0].close()
@@ -178,17 +191,21 @@ def hanging(folder):
 def serve_hanging(place):
     import fusepy
 
+    def hang():
+        time.sleep(HANGING_SECONDS)
+        raise fusepy.FuseOSError(errno.EIO)
+
     class Hanging(fusepy.Operations):
         def init(self, path):
             print("mounted", flush=True)
 
         def getattr(self, path, fh=None):
             if path == "/look.mp4":
-                threading.Event().wait()
+                hang()
             return {"st_mode": 0o40755 if path == "/" else 0o100644, "st_nlink": 1, "st_size": 0 if path == "/" else 10**6}
 
         def read(self, path, size, offset, fh):
-            threading.Event().wait()
+            hang()
 
     fusepy.FUSE(Hanging(), place, foreground=True)
 
