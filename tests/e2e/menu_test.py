@@ -15,7 +15,6 @@ from session import make_clip, wait_for
 
 ITEM, MENU = "org.kde.StatusNotifierItem", "com.canonical.dbusmenu"
 WATCHER, MOCK = "org.kde.StatusNotifierWatcher", "org.freedesktop.DBus.Mock"
-LOGIN = "org.freedesktop.login1"
 HOST = pathlib.Path(__file__).with_name("status_host.py")
 
 
@@ -170,12 +169,7 @@ class Life(Journey):
 
     def test_sleep_screens_and_cover(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = session.start_bus()
-        session.start("/usr/bin/python3", "-m", "dbusmock", "--system", LOGIN, "/org/freedesktop/login1", LOGIN + ".Manager",
-                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        bus = dbus.bus.BusConnection(address)
-        wait_for(lambda: bus.name_has_owner(LOGIN), "the login manager")
-        manager = dbus.Interface(bus.get_object(LOGIN, "/org/freedesktop/login1"), MOCK)
+        prepare_for_sleep = session.start_login_manager()
         session.start_agent()
         both = [(0, 0, 1280, 720), (1280, 0, 800, 600)]
         self.moves_everywhere(*both)
@@ -186,7 +180,7 @@ class Life(Journey):
 
         for _ in range(3):
             for asleep in (True, False):
-                manager.EmitSignal(LOGIN + ".Manager", "PrepareForSleep", "b", [asleep])
+                prepare_for_sleep(asleep)
             self.moves_everywhere(*both)
             session.desktop.set_monitors(["1280x720", None])
             self.windows_cover((0, 0, 1280, 720))

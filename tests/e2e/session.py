@@ -12,6 +12,7 @@ import sys
 import tempfile
 import time
 
+import dbus.bus
 from PIL import Image, ImageChops
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
@@ -83,6 +84,17 @@ class UserSession:
         command = ["dbus-daemon", "--session", "--nofork", "--print-address"]
         bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
+
+    def start_login_manager(self):
+        """Starts a system bus with a mocked login manager; answers what lets that go to sleep and wake up."""
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus()
+        name, path = "org.freedesktop.login1", "/org/freedesktop/login1"
+        mock = ["/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name + ".Manager"]
+        self.start(*mock, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        bus = dbus.bus.BusConnection(address)
+        wait_for(lambda: bus.name_has_owner(name), "the login manager")
+        manager = dbus.Interface(bus.get_object(name, path), "org.freedesktop.DBus.Mock")
+        return lambda asleep: manager.EmitSignal(name + ".Manager", "PrepareForSleep", "b", [asleep])
 
     def run(self, *command):
         options = {"check": False, "capture_output": True, "text": True, "timeout": DEADLINE}
@@ -230,7 +242,7 @@ class Session(UserSession):
         picture = self.desktop.screenshot()
         return [picture.getpixel(point) for point in points]
 
-    def wait_for_pixels(self, expected, what, *monitor):
+    def wait_for_pixels(self, expected, what, *monitor, seconds=DEADLINE):
         """Waits until the desktop, or the monitor of that number, shows a colour at each point, within the codec's error."""
         seen = []
 
@@ -244,7 +256,7 @@ class Session(UserSession):
             self.desktop.screenshot(*monitor).save("/tmp/quilex-journey.png")
             return f"{what}: {seen} instead of {expected}; see /tmp/quilex-journey.png"
 
-        wait_for(match, report)
+        wait_for(match, report, seconds)
 
 
 def start_sway(monitors):
