@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QUrl>
 #include <memory>
+#include <thread>
 #include <utility>
 
 #include "linux/dbus/SleepMonitor.h"
@@ -15,7 +16,8 @@
 namespace quilex {
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
-  launchDesktopEntry(bundleIdentifier);
+  // It reads files and asks the session bus, each of which may hang.
+  std::thread([bundleIdentifier] { launchDesktopEntry(bundleIdentifier); }).detach();
 }
 
 void LinuxWorkspace::openURL(const std::string& url) {

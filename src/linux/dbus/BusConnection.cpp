@@ -67,8 +67,7 @@ enum class Answer { came, none, disconnected };
 // Calls a method of the bus itself and waits for the answer. The library's own blocking calls wait without end while a
 // connection is not authenticated.
 Answer callBus(DBusConnection* bus, const char* interface, const char* method, Clock::time_point latest) {
-  const Owned<DBusMessage> message(
-      dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, interface, method));
+  const Owned<DBusMessage> message(dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, interface, method));
   DBusPendingCall* sent = nullptr;
   if (!message || dbus_connection_send_with_reply(bus, message.get(), &sent, DBUS_TIMEOUT_INFINITE) == 0 ||
       sent == nullptr) {

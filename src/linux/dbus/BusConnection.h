@@ -16,8 +16,8 @@ enum class BusKind { session, system };
 [[nodiscard]] Disposable hideSilentBuses(std::chrono::milliseconds patience,
                                          const std::function<void(BusKind)>& silent);
 
-/// Posts the notification (see DBusNotificationCenter) on the session bus over a connection of its own. Returns once the
-/// bus has it, or after `patience`, or when there is no bus. Any thread.
+/// Posts the notification (see DBusNotificationCenter) on the session bus over a connection of its own. Returns once
+/// the bus has it, or after `patience`, or when there is no bus. Any thread.
 void postSeparately(const std::string& name, std::chrono::milliseconds patience);
 
 }  // namespace quilex

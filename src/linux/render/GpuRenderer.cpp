@@ -205,6 +205,10 @@ bool GpuRenderer::restore(const std::function<void()>& letGo) {
   if (made == EGL_NO_CONTEXT) {
     return false;
   }
+  if (eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, made) == EGL_FALSE) {
+    eglDestroyContext(display, made);
+    return false;
+  }
   letGo();
   destroyGlContext();
   lost = false;

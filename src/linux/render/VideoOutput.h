@@ -26,7 +26,7 @@ class VideoOutput {
 
   /// Takes frames from the core, which must be detached before it is destroyed. `restored` is called after a loss of
   /// the renderer, which has closed the core's video.
-  void attach(mpv_handle* core, std::function<void()> restored = [] {});
+  void attach(mpv_handle* core, std::function<void()> restored);
   void detach();
   bool turnsPictures() const { return renderer->turnsPictures(); }
   /// The core has no current frame any more; what was drawn of it stays.

@@ -258,8 +258,8 @@ void X11DesktopWindow::keepPlace(const xcb_configure_notify_event_t& event) {
                        values.data());
 }
 
-// The view has a press of the primary button first; then the root window, where a window manager waits for clicks on the desktop. The
-// pointer is let go before, so that a menu can grab it.
+// The view has a press of the primary button first; then the root window, where a window manager waits for clicks on
+// the desktop. The pointer is let go before, so that a menu can grab it.
 void X11DesktopWindow::press(const xcb_button_press_event_t& event) {
   if (event.event != window || wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event))) {
     return;
