@@ -224,16 +224,19 @@ class Companion(CompanionTest):
         self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
         self.check_covers(0)
         self.assertTrue(pathlib.Path(self.red).exists())
-        self.quilex("remove", *loops)
-        self.assertEqual(self.session.settings()["IsOpenPlayer"], False)
-        # A closed one stays closed, whatever is removed; an import opens it when it named nothing that is left.
+        # A closed one stays closed, whatever is removed.
+        self.session.write_settings(IsOpenPlayer=False)
         before = self.session.settings()
-        self.session.add_video(before["CurrentVideoSign"], "/gone")
-        self.quilex("remove", before["CurrentVideoSign"], "abcd1")
+        self.quilex("remove", loops[0])
         self.assertEqual(self.session.settings(), before)
-        self.quilex("remove", "abcd2")
+        self.quilex("play", loops[1])
+        self.quilex("remove", *loops[1:])
+        self.assertEqual(self.session.settings()["IsOpenPlayer"], False)
+        before = self.session.settings()
+        self.quilex("remove", "abcd1", "abcd2")
         self.assertEqual(self.session.settings(), before | {"LibraryWasEmptied": True})
         self.assertEqual(self.videos(), [])
+        # Nothing that is left was chosen, so an import is shown.
         self.quilex("import", self.green, self.red)
         self.assertEqual(self.session.settings(), before | chosen | {"CurrentVideoSign": green})
 
