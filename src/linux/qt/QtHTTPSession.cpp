@@ -102,13 +102,13 @@ struct QtHTTPSession::Exchange {
       object->disconnect();
       object->deleteLater();
     }
-    void operator()(QNetworkReply* answer) const {
-      answer->disconnect();
+    void operator()(QNetworkReply* ended) const {
+      ended->disconnect();
       // Qt complains of an end that comes on top of an error.
-      if (answer->error() == QNetworkReply::NoError) {
-        answer->abort();
+      if (ended->error() == QNetworkReply::NoError) {
+        ended->abort();
       }
-      answer->deleteLater();
+      ended->deleteLater();
     }
   };
 
