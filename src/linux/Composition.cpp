@@ -74,9 +74,8 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
                                                                                    std::function<void()> desktopLost) {
   auto loop = std::make_unique<QtRunLoop>();
   Suites suites;
-  for (const auto& [suite, file] :
-       {std::pair(&suites.shared, fs::path(AppInfo::groupIdentifier) / "settings.json"),
-        std::pair(&suites.standardDefaults, fs::path(settings::kStandardDefaultsFile))}) {
+  for (const auto& [suite, file] : {std::pair(&suites.shared, fs::path(AppInfo::groupIdentifier) / "settings.json"),
+                                    std::pair(&suites.standardDefaults, fs::path(settings::kStandardDefaultsFile))}) {
     auto opened = JsonSettingsSuite::open(configHome() / file, *loop);
     if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
       return Failure{error->message};
@@ -147,10 +146,9 @@ LocalVideoDBManager& Composition::library() {
 
 VideoPlayerManager& Composition::videoPlayerManager() {
   if (!manager) {
-    manager = std::make_unique<VideoPlayerManager>(
-        VideoPlayerManager::Services{preferences(), *suites.standardDefaults, library(), fileFinder, *windows,
-                                     notifications, *runLoop, console,
-                                     [this] { return std::make_unique<MpvPlayer>(output); }, systemRandom()});
+    manager = std::make_unique<VideoPlayerManager>(VideoPlayerManager::Services{
+        preferences(), *suites.standardDefaults, library(), fileFinder, *windows, notifications, *runLoop, console,
+        [this] { return std::make_unique<MpvPlayer>(output); }, systemRandom()});
   }
   return *manager;
 }

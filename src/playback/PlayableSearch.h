@@ -24,8 +24,9 @@ class PlayableSearch {
   PlayableSearch(VideoInfoList& playlist, FileFinder& fileFinder, PassesOver passesOver, Done done);
 
   /// Looks once through the playlist; a search that is under way ends. `done` is called from the run loop, or at once
-  /// if there is no file to look for. To be called again when the playlist was changed meanwhile.
+  /// if there is no file to look for. Before the playlist changes, the search has to be cancelled.
   void start();
+  void cancel() { question.reset(); }
   bool isUnderWay() const { return question.has_value(); }
 
  private:

@@ -68,7 +68,6 @@ VideoPlayer& VideoPlayerManager::player() {
 // once when the playlist is rebuilt) and leaves the player's item as it is.
 void VideoPlayerManager::loadPlayableNode() {
   nextSearch.reset();
-  awaitsPlayableNode = false;
   search.start();
 }
 
@@ -157,9 +156,15 @@ void VideoPlayerManager::playerItemDidReachEnd() {
   advance();
   if (list.current() != nullptr) {
     loadPlayableNode();
-  } else if (player().hasCurrentItem()) {
+  } else {
     // An empty library, which does not stop what plays.
-    player().seekToZero();
+    syncWhenSearched = Sync::no;
+    if (std::exchange(playsWhenSearched, false)) {
+      player().play();
+    }
+    if (player().hasCurrentItem()) {
+      player().seekToZero();
+    }
   }
   syncSign();
 }

@@ -39,7 +39,8 @@ void VideoPlayerManager::libraryChanged() {
 void VideoPlayerManager::updateVideoList() {
   // While a video is looked for, the settings do not name the one whose turn it is; it and those after it do.
   std::vector<std::string> turns;
-  if (search.isUnderWay() || following) {
+  const bool searches = search.isUnderWay();
+  if (searches || following) {
     const VideoInfoNode* node = list.current();
     for (std::size_t count = 0; count < list.size(); ++count) {
       turns.push_back(node->val.sign);
@@ -52,7 +53,7 @@ void VideoPlayerManager::updateVideoList() {
   }
   for (auto turn = turns.begin(); turn != turns.end() && !list.moveTo(*turn); ++turn) {
   }
-  if (search.isUnderWay()) {
+  if (searches) {
     loadPlayableNode();
   } else if (awaitsPlayableNode) {
     syncWhenSearched = Sync::ifFound;
@@ -71,6 +72,7 @@ void VideoPlayerManager::rebuildPlaylist() {
     return;
   }
   rereadDelay.reset();
+  search.cancel();
   list.clear();
   if (model == VideoPlayerPlayModel::random) {
     shuffle(videos, services.random);

@@ -151,6 +151,11 @@ TEST_F(PlaybackTest, WithoutAFileNothingIsLoadedUntilOneAppears) {
   libraryChanged();
   runLoop.advance(0ms);
   EXPECT_EQ(commands(), " play a") << "a changed library is looked through at once";
+  std::filesystem::remove(folder / "a");
+  launch({{kSign, "b"s}});
+  sql("delete from LocalVideos");
+  libraryChanged();
+  EXPECT_EQ(suite.string(kSign), "b") << "nothing was started";
 }
 
 TEST_F(PlaybackTest, TheSignIsFollowedWhereItsFileExists) {
@@ -235,9 +240,12 @@ TEST_F(PersonTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
 }
 
 TEST_F(PersonTest, ALibraryMayBeEmptiedAtAnyTime) {
-  const std::function<void()> deeds[] = {[&] { removeAll(true); },          [&] { removeAll(false); },
-                                         [&] { choose(kOpenItem); },        [&] { write("IsOpenPlayer", true); },
-                                         [&] { preferences->playModel.set(2); }, [&] { end(); },
+  const std::function<void()> deeds[] = {[&] { removeAll(true); },
+                                         [&] { removeAll(false); },
+                                         [&] { choose(kOpenItem); },
+                                         [&] { write("IsOpenPlayer", true); },
+                                         [&] { preferences->playModel.set(2); },
+                                         [&] { end(); },
                                          [&] { launch(suite.values); }};
   constexpr std::size_t kDeeds = std::size(deeds);
   for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds; ++sequence) {
@@ -257,6 +265,17 @@ TEST_F(PersonTest, ALibraryMayBeEmptiedAtAnyTime) {
   libraryChanged();
   end();
   EXPECT_EQ(suite.string(kSign), std::nullopt);
+  // Or while a file is looked for.
+  add({"A", "B"});
+  launch({{"PlayMode", 2L}, {"LibraryWasEmptied", true}});
+  finder.hanging = {"B"};
+  preferences->isOpenPlayer.set(false);
+  end();
+  preferences->isOpenPlayer.set(true);
+  sql("delete from LocalVideos");
+  end();
+  runLoop.advance(5s);
+  EXPECT_TRUE(commands().ends_with(" play seek"));
 }
 
 TEST_F(PlaybackTest, AFileSystemThatDoesNotAnswerHoldsNothingElseUp) {
@@ -289,21 +308,33 @@ TEST_F(PlaybackTest, AFileSystemThatDoesNotAnswerHoldsNothingElseUp) {
   }
   EXPECT_EQ(commands(), " pause A play") << "a later choice takes the place of an earlier one";
   EXPECT_EQ(console.lines.size(), 1U) << "no row was deleted";
-  preferences->playingVideoSign.set("C");
-  preferences->isOpenPlayer.set(false);
-  EXPECT_EQ(commands(), " pause pause C");
-  EXPECT_TRUE(orders(0).ends_with(" out")) << "closed, it stays so";
-  preferences->isOpenPlayer.set(true);
-  preferences->playingVideoSign.set("A");
-  preferences->isPlaying.set(false);
-  runLoop.advance(0ms);
-  EXPECT_FALSE(player->plays) << "paused, it stays so";
-  EXPECT_EQ(suite.string(kSign), "A");
+  for (auto* setting : {&preferences->isOpenPlayer, &preferences->isPlaying}) {
+    const std::string sign = suite.string(kSign) == "A" ? "C" : "A";
+    preferences->playingVideoSign.set(sign);
+    setting->set(false);
+    settle();
+    EXPECT_EQ(std::pair(player->item, player->plays), std::pair(sign, false)) << "closed or paused, it stays so";
+    EXPECT_EQ(orders(0).ends_with(" out"), setting == &preferences->isOpenPlayer);
+    setting->set(true);
+    settle();
+    EXPECT_EQ(std::pair(suite.string(kSign), player->plays), std::pair(std::optional(sign), true));
+    manager->playCurrent();
+    setting->set(false);
+    settle();
+    EXPECT_FALSE(player->plays);
+    setting->set(true);
+  }
 }
 
 TEST_F(PlaybackTest, WhatBringsTheAgentDownWhileItIsLoadedIsPassedOverUntilChosen) {
   add({"A", "B"});
   launch({{"PlayMode", 1L}});
+  for (const char* next : {"B", "A"}) {
+    status(PlayerItemStatus::readyToPlay);
+    EXPECT_FALSE(defaults.contains("LoadingVideo"));
+    end();
+    EXPECT_EQ(defaults.string("LoadingVideo"), next);
+  }
   launchAfterCrash({{"PlayMode", 1L}, {kSign, "A"s}});
   status(PlayerItemStatus::readyToPlay);
   end();
@@ -325,6 +356,11 @@ TEST_F(PlaybackTest, WhatBringsTheAgentDownWhileItIsLoadedIsPassedOverUntilChose
   defaults.values.erase("RefusedVideo/A");
   libraryChanged();
   EXPECT_EQ(commands(), " A");
+  status(PlayerItemStatus::failed);
+  EXPECT_FALSE(defaults.contains("LoadingVideo"));
+  manager->playCurrent();
+  settle();
+  EXPECT_TRUE(defaults.contains("LoadingVideo"));
   delegate.applicationWillTerminate();
   launchAfterCrash({{kSign, "A"s}});
   EXPECT_EQ(commands(), " play A") << "it was an end in good order";

@@ -14,7 +14,8 @@ struct AgentTest : testing::Test {
     windowServer.currentScreens = {{"left", {0, 0, 1920, 1080}}, {"right", {1920, 0, 1920, 1080}}};
   }
   void sql(const std::string& text) const {
-    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("pragma synchronous=off;" + text);
+    SQLite::Database(folder / "Quilex.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+        .exec("pragma synchronous=off;" + text);
   }
   // Files of small letters do not exist.
   void add(const std::vector<std::string>& signs) const {
@@ -41,7 +42,8 @@ struct AgentTest : testing::Test {
       return made;
     };
     manager.emplace(VideoPlayerManager::Services{*preferences, defaults, *library, finder, windowServer, center,
-                                                 runLoop, console, makePlayer, [this](std::size_t bound) { return random(bound); }});
+                                                 runLoop, console, makePlayer,
+                                                 [this](std::size_t bound) { return random(bound); }});
     statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
                                                  [this] {
                                                    auto made = std::make_unique<FakeStatusItem>();

@@ -169,9 +169,8 @@ void ThreadedFileFinder::collect() {
 }
 
 bool ThreadedFileFinder::hangs(const fs::path& file) const {
-  return std::ranges::any_of(hanging, [folder = file.parent_path()](const auto& each) {
-    return each.second == folder;
-  });
+  return std::ranges::any_of(hanging,
+                             [folder = file.parent_path()](const auto& each) { return each.second == folder; });
 }
 
 void ThreadedFileFinder::answer(std::uint64_t id, std::optional<std::size_t> found) {
