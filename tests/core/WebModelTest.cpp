@@ -123,7 +123,7 @@ TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
   EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
   runLoop.advance(24h);
   EXPECT_EQ(heartbeats().size(), 4U);
-  EXPECT_EQ(requests.back().body,
+  EXPECT_EQ(requests.back().sent.body,
             envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("1000", kUserID, 0, "1.0.0.0", 2)));
 }
 
