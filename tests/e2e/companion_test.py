@@ -92,10 +92,12 @@ class CompanionTest(unittest.TestCase):
 class Companion(CompanionTest):
     def watch_bus(self):
         self.bus = self.session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
-        wait_for(lambda: b"NameAcquired" in self.bus.stdout.readline(), "the monitor of the bus")
+        os.set_blocking(self.bus.stdout.fileno(), False)
+        self.wait_on_bus(b"NameAcquired")
 
-    def wait_for_notification(self):
-        wait_for(lambda: b'"UpdateVideoList"' in self.bus.stdout.readline(), "the notification")
+    def wait_on_bus(self, text):
+        heard = bytearray()
+        wait_for(lambda: heard.extend(self.bus.stdout.read() or b"") or text in heard, f"{text} on the bus")
 
     def test_import_describes_the_video(self):
         self.watch_bus()
@@ -105,7 +107,7 @@ class Companion(CompanionTest):
         turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
         subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
         self.quilex("import", self.small, turned)
-        self.wait_for_notification()
+        self.wait_on_bus(b'"UpdateVideoList"')
         video, upright = self.videos()[loops:]
         # Nothing was chosen before, so it is shown.
         shown = {"alreadyImportVideo": True, "CurrentVideoSign": video["sign"], "IsOpenPlayer": True, "isPlaying": True}
@@ -220,7 +222,7 @@ class Companion(CompanionTest):
         self.assertEqual(len(self.videos()), len(loops) + 4)
         self.watch_bus()
         self.quilex("remove", green, red, red)
-        self.wait_for_notification()
+        self.wait_on_bus(b'"UpdateVideoList"')
         self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
         self.check_covers(0)
         self.assertTrue(pathlib.Path(self.red).exists())
