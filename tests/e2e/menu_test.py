@@ -79,17 +79,9 @@ class Panel:
 
 
 class StatusMenu(Journey):
-    def wake(self, bus):
-        message = dbus.lowlevel.SignalMessage("/org/freedesktop/login1", LOGIN + ".Manager", "PrepareForSleep")
-        message.append(False)
-        bus.send_message(message)
-        bus.flush()
-
     def test_menu_settings_and_wallpaper_agree(self):
         session = self.begin(("halves", self.halves))
-        session.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = session.start_bus()
-        bus = dbus.bus.BusConnection(address)
-        bus.request_name(LOGIN)
+        prepare_for_sleep = session.start_login_manager()
         session.start_agent()
         wait_for(lambda: len(session.windows()) == 2, "the wallpaper")
         panel = Panel(session)
@@ -116,7 +108,7 @@ class StatusMenu(Journey):
         covered = {(640, 360): GREEN, (1680, 300): GREEN}
         desktop = ("xprop", "-root", "-f", "_NET_CURRENT_DESKTOP", "32c", "-set", "_NET_CURRENT_DESKTOP")
         hide = lambda: panel.click("Hide Desktop Icon")
-        for change in (hide, lambda: session.run(*desktop, "1"), lambda: self.wake(bus)):
+        for change in (hide, lambda: session.run(*desktop, "1"), lambda: prepare_for_sleep(False)):
             icons.order("front")
             session.wait_for_pixels(covered, "the icons")
             change()

@@ -258,6 +258,7 @@ class WindowManagers(Journey):
             session.run("xdotool", "mousemove", "700", "500", "click", button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
         self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
+        session.run("xdotool", "click", "3")
         return session
 
     def test_order(self):
