@@ -148,12 +148,13 @@ def damaged(kept, folder):
 
 def disguised(kept, folder, canary):
     """Texts that refer to the canary, under the names of videos."""
+    lines = (kept / "h264.ts").read_bytes()
     # One long comment, for a reader of lines; what that damages of the picture does not matter.
-    stream = b"#" + (kept / "h264.ts").read_bytes().replace(b"\n", b"\v")
+    stream = b"#" + lines.replace(b"\n", b"\v")
     for name, (head, entry, tail) in TEXTS.items():
         targets = (canary.file.name, canary.file, canary.file.as_uri(), canary.address)
         text = (head + "".join(entry.format(each) for each in targets) + tail).encode()
-        for kind, content in (("text", text), ("stream", text + stream)):
+        for kind, content in (("text", text), ("stream", text + stream), ("raw stream", text + lines)):
             path = folder / f"{name} {kind}.mp4"
             path.write_bytes(content)
             yield path
