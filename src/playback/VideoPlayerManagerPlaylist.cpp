@@ -29,7 +29,8 @@ void VideoPlayerManager::libraryChanged() {
   if (!rebuildSoon) {
     rebuildSoon = services.runLoop.after(std::chrono::milliseconds(0), [this] {
       rebuildSoon.reset();
-      // Whoever removes the video that is playing has named the next one before; it is followed from the list as it was.
+      // Whoever removes the video that is playing has named the next one before; it is followed from the list as it
+      // was.
       services.preferences.updateUserDefaultFromDisk();
       updateVideoList();
     });

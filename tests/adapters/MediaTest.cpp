@@ -53,9 +53,10 @@ struct MediaTest : AdapterTest {
   // As the player decodes it.
   static std::vector<std::int16_t> samples(const std::string& file) {
     const std::string to = file + ".pcm";
-    run("mpv", "--no-config --really-quiet --no-video --ao=pcm --ao-pcm-waveheader=no --audio-format=s16 "
-               "--audio-channels=mono --demuxer=lavf --demuxer-lavf-format=nut --demuxer-lavf-probe-info=no --ao-pcm-file=" +
-                   to + " " + file);
+    run("mpv",
+        "--no-config --really-quiet --no-video --ao=pcm --ao-pcm-waveheader=no --audio-format=s16 "
+        "--audio-channels=mono --demuxer=lavf --demuxer-lavf-format=nut --demuxer-lavf-probe-info=no --ao-pcm-file=" +
+            to + " " + file);
     const std::string raw = read(to);
     std::vector<std::int16_t> values(raw.size() / 2);
     std::memcpy(values.data(), raw.data(), 2 * values.size());
@@ -69,15 +70,15 @@ TEST_F(MediaTest, PassesFollowEachOtherFrameByFrameAndSampleBySample) {
     int samples;     // of a pass
     int difference;  // at most, between samples of two passes; beyond any where each pass begins elsewhere in a packet
   };
-  for (const auto& [name, rate, coding, count, difference] : std::vector<Case>{
-           {"a.mp4", "30000/1001", "-t 2.002 -c:v libx264 -bf 3 -c:a aac", 96096, 64},
-           {"b.mkv", "25", "-t 2 -c:v libx264 -c:a libopus", 96000, 0},
-           {"c.webm", "24", "-t 1.5 -c:v libvpx-vp9 -c:a libvorbis", 72000, 0},
-           {"d.mov", "30", "-t 0.3 -c:v libx264 -qp 1 -c:a pcm_s16le", 14400, 0},
-           {"e.avi", "30", "-t 2 -c:v mpeg4 -bf 2 -c:a libmp3lame", 96000, 1 << 16},
-           {"f.ts", "25", "-t 2 -c:v libx264 -c:a aac", 96000, 1 << 16},
-           {"g.mpg", "25", "-t 2 -c:v mpeg2video -c:a mp2", 96000, 1 << 16},
-           {"h.mkv", "50", "-t 1 -c:v libx265 -x265-params log-level=none -c:a flac", 48000, 0}}) {
+  for (const auto& [name, rate, coding, count, difference] :
+       std::vector<Case>{{"a.mp4", "30000/1001", "-t 2.002 -c:v libx264 -bf 3 -c:a aac", 96096, 64},
+                         {"b.mkv", "25", "-t 2 -c:v libx264 -c:a libopus", 96000, 0},
+                         {"c.webm", "24", "-t 1.5 -c:v libvpx-vp9 -c:a libvorbis", 72000, 0},
+                         {"d.mov", "30", "-t 0.3 -c:v libx264 -qp 1 -c:a pcm_s16le", 14400, 0},
+                         {"e.avi", "30", "-t 2 -c:v mpeg4 -bf 2 -c:a libmp3lame", 96000, 1 << 16},
+                         {"f.ts", "25", "-t 2 -c:v libx264 -c:a aac", 96000, 1 << 16},
+                         {"g.mpg", "25", "-t 2 -c:v mpeg2video -c:a mp2", 96000, 1 << 16},
+                         {"h.mkv", "50", "-t 1 -c:v libx265 -x265-params log-level=none -c:a flac", 48000, 0}}) {
     // One of them is larger than what is kept in memory.
     const std::string size = name == "d.mov" ? "640x360" : "64x36";
     const std::string file = clip(name, "testsrc2=s=" + size + ":r=" + rate, coding), looped = remuxed(file);
@@ -95,7 +96,8 @@ TEST_F(MediaTest, PassesFollowEachOtherFrameByFrameAndSampleBySample) {
 }
 
 TEST_F(MediaTest, ALongerSoundProlongsThePassAndWhatHasNoTimestampsIsNotRemuxed) {
-  const std::string still = clip("still.mp4", "color=red:s=16x16:r=10:d=0.2", "-t 2 -c:v libx264 -c:a pcm_s16le -f mov");
+  const std::string still =
+      clip("still.mp4", "color=red:s=16x16:r=10:d=0.2", "-t 2 -c:v libx264 -c:a pcm_s16le -f mov");
   EXPECT_NEAR(static_cast<double>(samples(remuxed(still)).size()), 3 * 96000, 2);
   EXPECT_EQ(remuxed(clip("raw.h264", "testsrc2=s=64x36", "-map 0:v -t 1")), "");
   // The first second is there for the decoder's sake only.
@@ -111,15 +113,33 @@ TEST_F(MediaTest, OnlyRegularFilesOfVideoFormatsWithinTheLimitsAreOpened) {
     EXPECT_EQ(refusal(name), "is not a regular file");
   }
   const auto gif = [&](int width, int height) {
-    const char bytes[] = {'G', 'I', 'F', '8', '9', 'a', static_cast<char>(width), static_cast<char>(width >> 8),
-                          static_cast<char>(height), static_cast<char>(height >> 8), '\x80', 0, 0, 0, 0, 0, 1, 1, 1};
-    write(folder + "large.gif", std::string(bytes, sizeof bytes) +
-                                    std::string("\x2c\0\0\0\0\1\0\1\0\0\2\2\x44\1\0\x3b", 16));
+    const char bytes[] = {'G',
+                          'I',
+                          'F',
+                          '8',
+                          '9',
+                          'a',
+                          static_cast<char>(width),
+                          static_cast<char>(width >> 8),
+                          static_cast<char>(height),
+                          static_cast<char>(height >> 8),
+                          '\x80',
+                          0,
+                          0,
+                          0,
+                          0,
+                          0,
+                          1,
+                          1,
+                          1};
+    write(folder + "large.gif",
+          std::string(bytes, sizeof bytes) + std::string("\x2c\0\0\0\0\1\0\1\0\0\2\2\x44\1\0\x3b", 16));
     return refusal(folder + "large.gif");
   };
   EXPECT_EQ(gif(16384, 4096), "");
-  EXPECT_EQ(gif(16384, 4097), "is too large: 16384x4097 pixels, where at most 8192x8192 are played, or as many in "
-                              "another shape");
+  EXPECT_EQ(gif(16384, 4097),
+            "is too large: 16384x4097 pixels, where at most 8192x8192 are played, or as many in "
+            "another shape");
   for (const char* text : {"# mpv EDL v0\n", "ffconcat version 1.0\nfile ", "#EXTM3U\n"}) {
     write(folder + "list.mp4", text + folder + "fits.mkv\n");
     EXPECT_THAT(refusal(folder + "list.mp4"), testing::StartsWith("is not ")) << text;

@@ -137,13 +137,18 @@ TEST_F(MpvPlayerTest, SoundIsHeardAtItsLinearAmplitudeAndADeviceIsOpenedOnlyForI
   const auto loudest = [&] {
     const std::string bytes = std::filesystem::exists(device) ? read(device) : "";
     std::vector<float> samples((bytes.size() - heardBefore) / sizeof(float));
-    std::memcpy(samples.data(), bytes.data() + heardBefore, samples.size() * sizeof(float));
     heardBefore = bytes.size();
-    return samples.empty() ? -1 : *std::ranges::max_element(samples);
+    if (samples.empty()) {
+      return -1.F;
+    }
+    std::memcpy(samples.data(), bytes.data() + bytes.size() - samples.size() * sizeof(float),
+                samples.size() * sizeof(float));
+    return *std::ranges::max_element(samples);
   };
   const auto file = QString::fromStdString(folder + "sound.mkv");
   ASSERT_EQ(QProcess::execute("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "color=red:s=64x36:d=0.5", "-f", "lavfi",
-                                         "-i", "sine=d=0.5,volume=4", "-c:v", "mpeg4", "-c:a", "pcm_f32le", file}), 0);
+                                         "-i", "sine=d=0.5,volume=4", "-c:v", "mpeg4", "-c:a", "pcm_f32le", file}),
+            0);
   const auto heard = [&](float volume, bool muted) {
     player.setVolume(volume);
     player.setMuted(muted);

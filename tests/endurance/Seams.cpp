@@ -82,25 +82,32 @@ struct Clip {
 };
 
 constexpr Clip kClips[] = {
-    {"29.97, 2.002 s", "30000/1001", 60, "mp4", "libx264"}, {"23.976", "24000/1001", 48, "mp4", "libx264"},
-    {"25, mkv", "25", 50, "mkv", "libx264"},                {"30, 300 frames", "30", 300, "mp4", "libx264"},
-    {"59.94, webm", "60000/1001", 240, "webm", "libvpx"},   {"30, 1 frame", "30", 1, "mp4", "libx264"},
-    {"30, 9 frames", "30", 9, "mp4", "libx264"},            {"29.97, ts", "30000/1001", 60, "ts", "libx264"},
+    {"29.97, 2.002 s", "30000/1001", 60, "mp4", "libx264"},
+    {"23.976", "24000/1001", 48, "mp4", "libx264"},
+    {"25, mkv", "25", 50, "mkv", "libx264"},
+    {"30, 300 frames", "30", 300, "mp4", "libx264"},
+    {"59.94, webm", "60000/1001", 240, "webm", "libvpx"},
+    {"30, 1 frame", "30", 1, "mp4", "libx264"},
+    {"30, 9 frames", "30", 9, "mp4", "libx264"},
+    {"29.97, ts", "30000/1001", 60, "ts", "libx264"},
     {"variable", "30", 70, "mp4", "libx264", ",settb=1/1000,setpts='N*33+mod(N*17,30)'"},
 };
 
 QString make(const QString& folder, const Clip& clip, int index) {
   const QString file = folder + QString::number(index) + '.' + clip.container;
-  const QString picture = QString("color=s=%1x%2:r=%3,geq=lum='if(mod(floor(N/pow(2,floor(X/%4))),2),235,16)':cb=128:"
-                                  "cr=128%5")
+  const QString picture = QString(
+                              "color=s=%1x%2:r=%3,geq=lum='if(mod(floor(N/pow(2,floor(X/%4))),2),235,16)':cb=128:"
+                              "cr=128%5")
                               .arg(kSize.width)
                               .arg(kSize.height)
                               .arg(clip.rate)
                               .arg(kColumn)
                               .arg(clip.timestamps);
   QStringList arguments{"-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i", picture};
-  arguments << "-frames:v" << QString::number(clip.frames) << "-fps_mode" << "passthrough" << "-c:v" << clip.codec
-            << "-pix_fmt" << "yuv420p" << file;
+  arguments << "-frames:v" << QString::number(clip.frames) << "-fps_mode"
+            << "passthrough"
+            << "-c:v" << clip.codec << "-pix_fmt"
+            << "yuv420p" << file;
   if (QProcess::execute("ffmpeg", arguments) != 0) {
     std::fprintf(stderr, "ffmpeg could not make the clip \"%s\"\n", clip.name);
     std::exit(2);

@@ -47,8 +47,8 @@ int refuseToOpen(AVFormatContext* /*context*/, AVIOContext** /*opened*/, const c
 const std::int32_t* displayMatrix(const AVStream* stream) {
 #if LIBAVFORMAT_VERSION_INT >= AV_VERSION_INT(60, 15, 100)
   const AVCodecParameters* parameters = stream->codecpar;
-  const AVPacketSideData* data = av_packet_side_data_get(
-      parameters->coded_side_data, parameters->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
+  const AVPacketSideData* data =
+      av_packet_side_data_get(parameters->coded_side_data, parameters->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
   return data != nullptr ? reinterpret_cast<const std::int32_t*>(data->data) : nullptr;
 #else
   return reinterpret_cast<const std::int32_t*>(av_stream_get_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr));
@@ -201,8 +201,8 @@ int MediaInput::openContext() {
   AVFormatContext* context = avformat_alloc_context();
   auto reader = std::make_unique<Reader>(Reader{openFile, interrupted});
   auto* buffer = static_cast<unsigned char*>(av_malloc(kReadBufferBytes));
-  AVIOContext* reading = avio_alloc_context(buffer, kReadBufferBytes, 0, reader.get(), Reader::read, nullptr,
-                                            Reader::seek);
+  AVIOContext* reading =
+      avio_alloc_context(buffer, kReadBufferBytes, 0, reader.get(), Reader::read, nullptr, Reader::seek);
   if (context == nullptr || reading == nullptr) {
     avformat_free_context(context);
     av_free(buffer);

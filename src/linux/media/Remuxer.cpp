@@ -250,9 +250,8 @@ std::int64_t Remuxer::sampleCount(const AVPacket& packet) {
 }
 
 std::int64_t Remuxer::soundTime(std::int64_t pictureTime) const {
-  return sound.in == nullptr
-             ? 0
-             : av_rescale_q(pictureTime, picture.in->time_base, {1, sound.in->codecpar->sample_rate});
+  return sound.in == nullptr ? 0
+                             : av_rescale_q(pictureTime, picture.in->time_base, {1, sound.in->codecpar->sample_rate});
 }
 
 void Remuxer::measureSound(Packet packet) {
@@ -261,8 +260,8 @@ void Remuxer::measureSound(Packet packet) {
   std::int64_t length = sampleCount(*packet);
   std::int64_t start = nextSample;
   if (packet->pts != AV_NOPTS_VALUE) {
-    const std::int64_t stamped = av_rescale_q(packet->pts, sound.in->time_base, {1, rate}) - soundTime(firstPicture) +
-                                 soundTime(passStart);
+    const std::int64_t stamped =
+        av_rescale_q(packet->pts, sound.in->time_base, {1, rate}) - soundTime(firstPicture) + soundTime(passStart);
     if (isFirst) {
       start = firstSample(*packet, stamped);
     } else if (std::abs(stamped - start) > rate / kLargestRounding) {
@@ -334,8 +333,8 @@ bool Remuxer::writeSound(Held& held, std::int64_t end) {
 }
 
 // Opus predicts each packet from the one before, but for a change between its two coders, at which each forgets what it
-// was told (RFC 6716, section 4.5.2). A packet for the one and a packet for the other make the decoder as new; what they
-// sound like is skipped.
+// was told (RFC 6716, section 4.5.2). A packet for the one and a packet for the other make the decoder as new; what
+// they sound like is skipped.
 bool Remuxer::writeReset() {
   constexpr std::array<std::array<std::uint8_t, 4>, 2> kPackets{{{0xf8, 0xff, 0xfe, 0}, {0x08, 0, 0, 0}}};
   for (const auto& bytes : kPackets) {

@@ -109,11 +109,9 @@ double cubicVolume(float amplitude) {
 }
 
 MpvPlayer::MpvPlayer(VideoOutput& output)
-    : videoOutput(output),
-      core(makeCore()),
-      sound(core.get()),
-      wakeup([this] { drainEvents(); }),
-      streamOpened([this] { handOver(); }) {
+    : videoOutput(output), core(makeCore()), sound(core.get()), wakeup([this] { drainEvents(); }), streamOpened([this] {
+        handOver();
+      }) {
   patience.setSingleShot(true);
   QObject::connect(&patience, &QTimer::timeout, &patience, [this] { refuse("its file system does not answer"); });
   mpv_set_wakeup_callback(
@@ -271,7 +269,8 @@ void MpvPlayer::handOver() {
   } else if (form == MediaStream::Form::packets) {
     options.emplace_back("video-rotate", std::to_string(90 * facts.quarterTurns));
   }
-  commandAsync(core.get(), kFirstLoad + generation, {{"name", "loadfile"}, {"url", uri}, {"flags", "replace"}}, options);
+  commandAsync(core.get(), kFirstLoad + generation, {{"name", "loadfile"}, {"url", uri}, {"flags", "replace"}},
+               options);
 }
 
 void MpvPlayer::seekToZero() {
