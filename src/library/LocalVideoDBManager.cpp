@@ -2,7 +2,6 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
 
 #include <system_error>
 #include <utility>
@@ -24,8 +23,9 @@ constexpr int kBusyTimeoutMilliseconds = 0;
 // SQLite would wait for the other end of a FIFO, be it the library or what it takes for the library's journal.
 bool nothingToWaitFor(const std::string& path) {
   for (const char* ending : {"", "-journal", "-wal", "-shm"}) {
-    struct stat status = {};
-    if (stat((path + ending).c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(path + ending, ignored);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
       return false;
     }
   }
@@ -57,14 +57,7 @@ LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const
 
 LocalVideoDBManager::~LocalVideoDBManager() = default;
 
-std::optional<LocalVideoDBManager::FileIdentity> LocalVideoDBManager::fileAtPath() const {
-  struct stat status = {};
-  return stat(path.c_str(), &status) == 0 ? std::optional(FileIdentity{status.st_dev, status.st_ino}) : std::nullopt;
-}
-
 bool LocalVideoDBManager::open(int creation) {
-  // Looked at before the file is opened: one that is put in its place in between is opened once more then.
-  const auto file = fileAtPath();
   if (!nothingToWaitFor(path)) {
     return false;
   }
@@ -74,7 +67,6 @@ bool LocalVideoDBManager::open(int creation) {
   } catch (const SQLite::Exception&) {
     return false;
   }
-  openedFile = file;
   return true;
 }
 
@@ -83,8 +75,9 @@ bool LocalVideoDBManager::isUsable() {
   if (!db) {
     return false;
   }
-  const auto file = fileAtPath();
-  return file && (file == openedFile ? nothingToWaitFor(path) : open(0));
+  int hasMoved = 0;
+  sqlite3_file_control(db->getHandle(), nullptr, SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+  return hasMoved != 0 ? open(0) : nothingToWaitFor(path);
 }
 
 std::vector<VideoDetail> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {

@@ -44,14 +44,6 @@ class LocalVideoDBManager {
   bool answered() const { return lastQueryAnswered; }
 
  private:
-  /// What tells a file from another one at the same path.
-  struct FileIdentity {
-    std::uint64_t device;
-    std::uint64_t inode;
-    bool operator==(const FileIdentity&) const = default;
-  };
-
-  std::optional<FileIdentity> fileAtPath() const;
   bool open(int creation);
   bool isUsable();
   std::vector<VideoDetail> query(const char* statementText, const std::string* argument);
@@ -60,7 +52,6 @@ class LocalVideoDBManager {
   const std::string path;
   /// Empty for good when the database could not be opened at first.
   std::unique_ptr<SQLite::Database> db;
-  std::optional<FileIdentity> openedFile;
   bool lastQueryAnswered = true;
 };
 

@@ -1,6 +1,6 @@
 // Plays clips that count their frames, each repeated by itself for some time, and checks that every frame of every pass
-// is drawn once: seams [SECONDS]. Prints a table; the exit status is 1 if a frame was lost or came twice. A busy machine
-// loses frames anywhere: run it under chrt -r 10 there.
+// is drawn once: seams [SECONDS]. Prints a table; the exit status is 1 if a frame was lost or came twice. A busy
+// machine loses frames anywhere: run it under chrt -r 10 there.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
