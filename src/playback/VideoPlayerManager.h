@@ -159,32 +159,33 @@ class VideoPlayerManager {
   std::vector<std::unique_ptr<WallpaperWindow>> windows;
   VideoInfoList list;
   std::mutex videoListLocker;
-  /// Whether the library answered when the playlist was last filled.
-  bool listWasRead = true;
   RetryDelay rereadDelay;
   std::optional<Disposable> reread;
   std::optional<Disposable> rebuildSoon;
 
   PlayableSearch search;
-  /// Whether the last search found nothing.
-  bool awaitsPlayableNode = false;
   std::optional<Disposable> nextSearch;
-  /// Whether the player is to play what the search that is under way finds.
-  bool playsWhenSearched = false;
-  Sync syncWhenSearched = Sync::no;
 
   /// Of the video that the settings were changed to, while it is not known whether it can be played.
   std::optional<Disposable> following;
   RetryDelay followDelay;
-  bool syncsAfterFollowing = false;
 
   /// The player's item.
   std::filesystem::path itemFile;
   std::string itemSign;
-  bool itemIsReady = false;
-  std::optional<bool> repeats;
   /// The videos that have failed since one was last played to its end.
   std::set<std::string> failedSigns;
+
+  Sync syncWhenSearched = Sync::no;
+  /// Whether the player is to play what the search that is under way finds.
+  bool playsWhenSearched = false;
+  bool syncsAfterFollowing = false;
+  /// Whether the last search found nothing.
+  bool awaitsPlayableNode = false;
+  /// Whether the library answered when the playlist was last filled.
+  bool listWasRead = true;
+  bool itemIsReady = false;
+  std::optional<bool> repeats;
 
   std::optional<Disposable> statusObservation;
   std::optional<Disposable> itemEndObservation;

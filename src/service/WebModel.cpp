@@ -151,7 +151,7 @@ void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
   const auto read = [](Content content, const std::stop_token& /*stop*/) {
     return Answer{content.has_value(), content ? json::decodeText<HeartbeatResponse>(*content) : std::nullopt};
   };
-  const auto receive = [this, completion = std::move(completion)](Answer answer) {
+  const auto receive = [this, completion = std::move(completion)](const Answer& answer) {
     if (answer.hasContent) {
       heartbeatResponse = answer.response;
     }

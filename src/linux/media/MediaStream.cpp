@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
-#include <cstring>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -17,7 +16,7 @@ namespace quilex {
 namespace {
 
 /// How far the thread reads ahead of the player, which has a queue of its own.
-constexpr std::size_t kMostAhead = 512 * 1024;
+constexpr std::size_t kMostAhead = std::size_t{512} * 1024;
 
 }  // namespace
 
@@ -196,7 +195,7 @@ std::int64_t MediaStream::read(char* buffer, std::uint64_t bytes) {
   if (state->cancelled || (count == 0 && state->broken)) {
     return -1;
   }
-  std::memcpy(buffer, state->ahead.data() + state->taken, count);
+  std::copy_n(state->ahead.data() + state->taken, count, buffer);
   state->taken += count;
   if (state->form == Form::bytes) {
     state->place += static_cast<std::int64_t>(count);

@@ -16,10 +16,10 @@ namespace {
 
 constexpr int kWriteBufferBytes = 64 * 1024;
 /// A clip whose packets take no more than this is read from its file once.
-constexpr std::size_t kMostMemoryBytes = 1024 * 1024;
+constexpr std::size_t kMostMemoryBytes = std::size_t{1024} * 1024;
 /// How much is read in search of the first picture, and how much sound is held back.
 constexpr std::size_t kMostPacketsAhead = 2000;
-constexpr std::size_t kMostHeldBytes = 4 * 1024 * 1024;
+constexpr std::size_t kMostHeldBytes = std::size_t{4} * 1024 * 1024;
 /// Timestamps start here, since NUT has no negative ones and sound may begin before the pictures.
 constexpr int kLeadSeconds = 2;
 constexpr std::size_t kSkipSamplesBytes = 10;

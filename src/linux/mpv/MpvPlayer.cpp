@@ -144,6 +144,7 @@ MpvPlayer::~MpvPlayer() {
 }
 
 // Called by the core, in a thread of its own.
+// NOLINTNEXTLINE(readability-non-const-parameter): the type is the library's
 int MpvPlayer::openOffered(void* data, char* uri, mpv_stream_cb_info* info) {
   auto& offered = *static_cast<Offer*>(data);
   const std::lock_guard guard(offered.lock);

@@ -18,7 +18,7 @@ class QtHTTPSession : public HTTPSession {
   QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work);
   ~QtHTTPSession() override;
 
-  void post(const HTTPRequest& request, std::function<void(std::optional<std::string> text)> reply) override;
+  void post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) override;
 
  private:
   struct Exchange;
