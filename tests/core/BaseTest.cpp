@@ -65,11 +65,9 @@ TEST_F(ObservablePropertyTest, TokensOutliveAPropertyThatAHandlerDestroys) {
 using Dictionary = std::map<std::string, std::optional<std::string>>;
 
 TEST(AppInfoTest, VersionsNeedBothTextsOfTheBundle) {
-  const std::string shortKey = "CFBundleShortVersionString";
-  const std::string buildKey = "CFBundleVersion";
+  const std::string shortKey = "CFBundleShortVersionString", buildKey = "CFBundleVersion";
   const std::tuple<Dictionary, std::string, std::string> cases[] = {
       {{{shortKey, "3.0"}, {buildKey, "112"}}, "3.0.112", "3.0(112)"},
-      {{{shortKey, "3.0"}}, "1.0.0.0", "1.0.0"},
       {{{buildKey, "112"}}, "1.0.0.0", "1.0.0"},
       // A build number stored as a number is present without a text.
       {{{shortKey, "3.0"}, {buildKey, std::nullopt}}, "1.0.0.0", "1.0.0"}};
@@ -86,7 +84,6 @@ TEST(AppInfoTest, DirectoriesLieInTheContainerOrElseWithTheUserAndAreCreated) {
   const std::string group = folder / "group";
   const Dictionary named{{"CFBundleIdentifier", "com.example.helper"}};
   const std::tuple<Dictionary, std::optional<std::string>, Kind, std::string> cases[] = {
-      {named, group, Kind::caches, group + "/Caches"},
       {named, group, Kind::applicationSupport, group + "/Application Support"},
       {named, group, Kind::preferencePanes, group + "/Preferences"},
       {named, group, Kind::other, group},
