@@ -74,8 +74,9 @@ TEST_F(LocalVideoDBManagerTest, ValuesAreConvertedAsTheDatabaseDoes) {
     EXPECT_EQ(std::tie(video.id, video.down, video.title), std::make_tuple(0, number, text));
   }
   // A table made anew meanwhile is read by its new columns.
-  run("Quilex.db", "drop table LocalVideos; create table LocalVideos(title, Vid, sign);"
-                   "insert into LocalVideos values('two', 7, 'B')");
+  run("Quilex.db",
+      "drop table LocalVideos; create table LocalVideos(title, Vid, sign);"
+      "insert into LocalVideos values('two', 7, 'B')");
   const auto video = library->video("B").value();
   EXPECT_EQ(std::tie(video.id, video.title), std::make_tuple(7, "two"));
 }

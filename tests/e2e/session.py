@@ -143,7 +143,7 @@ class UserSession:
     def hear(self):
         """Answers the file in which what is posted on the bus comes to stand."""
         heard = self.folder / "heard"
-        with open(heard, "wb") as file:
+        with open(heard, "ab") as file:
             self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
         wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
         return heard
