@@ -93,12 +93,12 @@ TEST_F(WindowTest, AButtonFollowsPointerAndKeys) {
   window.resize(300, 200);
   ButtonWithHoverBackGround button(&window);
   button.setGeometry(50, 50, 120, 40);
-  for (const auto& [name, value] : std::map<const char*, QVariant>{{"normalColor", rest},
-                                                                   {"hoverColor", hover},
-                                                                   {"pressedColor", pressed},
-                                                                   {"cornerRadius", 12.0},
-                                                                   {"titleColor", QColor(Qt::white)}}) {
-    button.setProperty(name, value);
+  for (const auto& [property, value] : std::map<const char*, QVariant>{{"normalColor", rest},
+                                                                       {"hoverColor", hover},
+                                                                       {"pressedColor", pressed},
+                                                                       {"cornerRadius", 12.0},
+                                                                       {"titleColor", QColor(Qt::white)}}) {
+    button.setProperty(property, value);
   }
   int clicks = 0;
   QObject::connect(&button, &QPushButton::clicked, [&] { ++clicks; });
@@ -128,10 +128,10 @@ TEST_F(WindowTest, AButtonFollowsPointerAndKeys) {
   EXPECT_EQ(std::pair(middle(button), clicks), std::pair(rest, 2));
 
   const auto center = [&] { return button.grab().toImage().pixelColor(button.rect().center()); };
-  for (const auto& [name, color] : {std::pair("hoverImage", Qt::red), {"normalImage", Qt::blue}}) {
+  for (const auto& [property, color] : {std::pair("hoverImage", Qt::red), {"normalImage", Qt::blue}}) {
     QPixmap picture(16, 16);
     picture.fill(color);
-    button.setProperty(name, QVariant::fromValue(QIcon(picture)));
+    button.setProperty(property, QVariant::fromValue(QIcon(picture)));
   }
   EXPECT_TRUE(hovered(true));
   EXPECT_EQ(center(), QColor(Qt::red));
@@ -150,13 +150,14 @@ TEST_F(WindowTest, AButtonFollowsPointerAndKeys) {
 
 TEST_F(WindowTest, TheAlertSaysItsLinesAndClosesByButtonReturnAndEscape) {
   for (const auto close : {+[] { click("okButton"); }, +[] { key(Qt::Key_Return); }, +[] { key(Qt::Key_Escape); },
-                           +[] { (shown()->close(), EXPECT_FALSE(isShown())); }}) {
+                           +[] { shown()->close(); }}) {
     alert ? alert->showWindow() : showAlert();
     EXPECT_EQ(child<QLabel>("titleLabel")->text(), "You're up to date");
     EXPECT_EQ(child<QLabel>("infoLabel")->text(), "1.0.0(1) is currently the newest version");
     const auto buttons = Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint | Qt::WindowFullscreenButtonHint;
     EXPECT_EQ(shown()->windowFlags() & buttons, Qt::WindowCloseButtonHint);
     close();
+    EXPECT_FALSE(isShown());
   }
 }
 

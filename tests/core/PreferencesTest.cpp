@@ -57,10 +57,6 @@ TEST_F(PreferencesTest, OnceASecondWhatAnotherProcessChangedIsNotifiedAndOnlyWha
   const std::tuple<Values, Values, std::string, std::string> cases[] = {
       {closed, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B" + opened, " IsOpenPlayer=yes isPlaying=yes"},
       {open, {{"CurrentVideoSign", "B"s}}, " CurrentVideoSign=B", ""},
-      {closed,
-       {{"CurrentVideoSign", "B"s}, {"IsOpenPlayer", true}, {"isPlaying", true}},
-       " CurrentVideoSign=B" + opened,
-       ""},
       // Of another type is as good as removed.
       {closed,
        {{"CurrentVideoSign", 0L}},

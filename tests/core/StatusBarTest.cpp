@@ -29,9 +29,8 @@ struct StatusBarTest : AgentTest {
     for (const auto& item : menu.itemArray()) {
       text += text.empty() ? "" : ", ";
       text += item->isSeparator() ? "-" : item->title().substr(0, item->title().find('|'));
-      text += item->state() ? "*" : "";
+      text += std::string(item->state() ? "*" : "") + (item->isEnabled() ? "" : "!");
       EXPECT_TRUE(item->isCheckable() || !item->state()) << text;
-      text += item->isEnabled() ? "" : "!";
       text += item->keyEquivalent().empty() ? "" : "^" + item->keyEquivalent();
       text += item->tag() == 0 ? "" : "#" + std::to_string(item->tag());
       text += item->submenu() ? " [" + shape(*item->submenu()) + "]" : "";

@@ -61,10 +61,9 @@ class Openings:
         libc.inotify_add_watch(self.events, os.fsencode(path), self.IN_OPEN)
 
     def count(self):
-        try:
+        with contextlib.suppress(BlockingIOError):
             return len(os.read(self.events, 65536)) // self.SIZE
-        except BlockingIOError:
-            return 0
+        return 0
 
 
 class Canary:
