@@ -255,22 +255,19 @@ TEST(BackgroundWorkTest, WorkRunsBesideOthersAndIsDroppedWithItsToken) {
 }
 
 TEST(LocalWallClockTest, DaysBeginAndFollowEachOtherAsTheZoneHasIt) {
-  struct Case {
-    const char* zone;
-    std::int64_t time, start, next;  // seconds since the epoch, from `TZ=ZONE date -d DATE +%s`
-  };
-  const Case cases[] = {
+  // The time, and when its day and the next begin, in seconds since the epoch, from `TZ=ZONE date -d DATE +%s`.
+  const std::tuple<const char*, std::int64_t, std::int64_t, std::int64_t> cases[] = {
       {"Europe/Berlin", 1'711'800'000, 1'711'753'200, 1'711'882'800},      // 30 March 2024, 13:00; 23 hours to the next
       {"America/Sao_Paulo", 1'541'300'400, 1'541'300'400, 1'541'386'800},  // 4 November 2018 began at 01:00
       {"Asia/Kathmandu", 1'700'000'000, 1'699'985'700, 1'700'086'400},     // 05:45 ahead
       {"Pacific/Apia", 1'325'152'800, 1'325'152'800, 1'325'239'200}};      // 30 December 2011 never was
   const QByteArray zone = qgetenv("TZ");
   const LocalWallClock clock;
-  for (const Case& each : cases) {
-    qputenv("TZ", each.zone);
-    const LocalWallClock::Time time{std::chrono::seconds(each.time)};
-    EXPECT_EQ(clock.startOfDay(time).time_since_epoch(), std::chrono::seconds(each.start)) << each.zone;
-    EXPECT_EQ(clock.addingOneDay(time).value().time_since_epoch(), std::chrono::seconds(each.next)) << each.zone;
+  for (const auto& [name, seconds, start, next] : cases) {
+    qputenv("TZ", name);
+    const LocalWallClock::Time time{std::chrono::seconds(seconds)};
+    EXPECT_EQ(clock.startOfDay(time).time_since_epoch(), std::chrono::seconds(start)) << name;
+    EXPECT_EQ(clock.addingOneDay(time).value().time_since_epoch(), std::chrono::seconds(next)) << name;
   }
   zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone);
 }

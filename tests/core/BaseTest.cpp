@@ -66,7 +66,6 @@ TEST(AppInfoTest, VersionsNeedBothTextsOfTheBundle) {
   const std::string shortKey = "CFBundleShortVersionString", buildKey = "CFBundleVersion";
   const std::tuple<Dictionary, std::string, std::string> cases[] = {
       {{{shortKey, "3.0"}, {buildKey, "112"}}, "3.0.112", "3.0(112)"},
-      {{{buildKey, "112"}}, "1.0.0.0", "1.0.0"},
       // A build number stored as a number is present without a text.
       {{{shortKey, "3.0"}, {buildKey, std::nullopt}}, "1.0.0.0", "1.0.0"}};
   for (const auto& [dictionary, version, displayVersion] : cases) {
@@ -83,7 +82,6 @@ TEST(AppInfoTest, DirectoriesLieInTheContainerOrElseWithTheUserAndAreCreated) {
   const Dictionary named{{"CFBundleIdentifier", "com.example.helper"}};
   const std::tuple<Dictionary, std::optional<std::string>, Kind, std::string> cases[] = {
       {named, group, Kind::applicationSupport, group + "/Application Support"},
-      {named, group, Kind::preferencePanes, group + "/Preferences"},
       {named, group, Kind::other, group},
       {named, std::nullopt, Kind::applicationSupport, folder / "first/com.example.helper"},
       {{}, std::nullopt, Kind::caches, folder / "first/Quilex"},

@@ -13,11 +13,10 @@ using namespace std::literals;
 using Lines = std::vector<std::string>;
 
 TEST(FileURLTest, FileURLsOfThisMachineAndAbsolutePathsNameFilesButNoDirectoriesOrDevices) {
-  const std::pair<const char*, const char*> cases[] = {{"file:///a%20b/%C3%A9%2f.mp4?x#y", "/a b/\xC3\xA9/.mp4"},
-                                                       {"FILE://LocalHost/a", "/a"},
-                                                       {"file:/a", "/a"},
-                                                       {"/a b%20?#", "/a b%20?#"}};
-  for (const auto& [url, path] : cases) {
+  for (const auto& [url, path] : {std::pair("file:///a%20b/%C3%A9%2f.mp4?x#y", "/a b/\xC3\xA9/.mp4"),
+                                  {"FILE://LocalHost/a", "/a"},
+                                  {"file:/a", "/a"},
+                                  {"/a b%20?#", "/a b%20?#"}}) {
     EXPECT_EQ(localPath(url), path) << url;
   }
   for (const std::string_view url :

@@ -136,7 +136,7 @@ TEST_F(PlaybackTest, TheSignIsFollowedWhereItsFileExists) {
   add({"A", "B", "c"});
   launch({{"IsOpenPlayer", false}});
   EXPECT_EQ(commands(), " pause A");
-  for (const auto& [sign, expected] : {std::pair("B"s, " pause B play play"), {"c"s, ""}, {"B"s, ""}}) {
+  for (const auto& [sign, expected] : {std::pair("B"s, " pause B play"), {"c"s, ""}, {"B"s, ""}}) {
     suite.values[kSign] = sign;
     runLoop.advance(1s);
     EXPECT_EQ(commands(), expected) << "c has no file, and B plays on";

@@ -130,17 +130,6 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
 }
 
-TEST_F(StatusBarTest, TheArrangementIsChosenForPlaybackAndSettingsAlike) {
-  launch({{"ScreenIndex", 1L}});
-  find(screenMenu(), "Mirror").choose();
-  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(1L, 1L));
-  EXPECT_EQ(std::pair(manager->screenType, manager->screenIndex), std::pair(VideoPlayerScreenType::dynamic, 0L));
-  find(singleMenu(), "1").choose();
-  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(2L, 0L));
-  find(screenMenu(), "Integration").choose();
-  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), manager->windowList().size()), std::pair(0L, 2UL));
-}
-
 TEST_F(StatusBarTest, AChangeOfTheScreensBuildsTheMenuAnewOutOfTheSameItems) {
   launch({});
   MenuItem* const mute = &item("Mute");

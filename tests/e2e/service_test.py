@@ -62,14 +62,11 @@ class WebService(Journey):
     def meet_bad_services_with_silence(self):
         session = self.begin(("moving", "file://" + self.moving))
         service = Service(session)
-        service.answer(Service.GUIDE, leftPanel=["rubbish", "aGVsbG8=", ",,"], leftPanelUrl=["a b", "c", "d"])
-        for count, mode in enumerate(("", "late 5000", "pad 70000000"), 1):
-            service.misbehave(Service.GUIDE, mode)
-            session.start_agent()
-            wait_for(lambda: len(service.requests(Service.GUIDE)) == count, "the request")
-            wait_for(session.moves, "a moving picture")
-            self.assertEqual(session.end_agent(), 0, mode)
-        self.assertEqual(session.errors(), "")
+        service.misbehave(Service.GUIDE, "pad 70000000")
+        session.start_agent()
+        wait_for(lambda: service.requests(Service.GUIDE), "the request")
+        wait_for(session.moves, "a moving picture")
+        self.assertEqual((session.end_agent(), session.errors()), (0, ""))
         for address in ("http://service.quilex.invalid", 7):
             session.agent_program = make_bundle(session, QuilexServiceURL=address)
             session.start_agent()

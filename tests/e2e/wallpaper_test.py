@@ -112,8 +112,6 @@ class Wallpaper(Journey):
         self.windows_cover((0, 0, 1280, 720), (1280, 0, 800, 600))
 
         # Monitors come and go while it plays, down to none.
-        session.desktop.set_monitors(["1280x720", None])
-        self.windows_cover((0, 0, 1280, 720))
         session.desktop.set_monitors([None, "800x600"])
         self.windows_cover((0, 0, 800, 600))
         session.desktop.set_monitors([None, None])

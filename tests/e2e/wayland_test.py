@@ -1,5 +1,6 @@
 """Journeys of the wallpaper on a Wayland desktop: the one of every desktop, and what outputs do here."""
 
+import contextlib
 import os
 import pathlib
 import signal
@@ -120,7 +121,7 @@ class WaylandOutputs(Journey):
 
     def test_a_surface_that_the_compositor_closes(self):
         session = self.begin(("moving", self.moving), MonitorArrange=1)
-        with Relay(session.folder, session.desktop.name) as relay:
+        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
             session.start_agent(WAYLAND_DISPLAY=relay.address)
             self.moves(0, 1)
             relay.closing.append(relay.opened[0])
@@ -131,7 +132,7 @@ class WaylandOutputs(Journey):
 
     def test_a_surface_that_is_closed_before_egl_can_use_it(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        with Relay(session.folder, session.desktop.name) as relay:
+        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
             fault = session.start_agent_on_gpu("surface", WAYLAND_DISPLAY=relay.address)
             wait_for(lambda: len(relay.opened) == 2 and session.errors().count("no surface") > 2, "the failures")
             relay.closing.append(relay.opened[0])

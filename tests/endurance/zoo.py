@@ -14,8 +14,6 @@ import subprocess
 import sys
 import time
 
-from endurance import QUADRANTS
-
 H264 = "-c:v libx264 -preset ultrafast -pix_fmt yuv420p"
 # By suffix; the options of ffmpeg for what has it.
 CODECS = {
@@ -31,8 +29,6 @@ CODECS = {
 }  # fmt: skip
 RATES = ("1", "24000/1001", "25", "30000/1001", "30", "60000/1001", "240")
 SIZES = ("1x1", "2x2", "3x5", "641x359", "8192x16", "16x8192", "4096x4096", "8192x8192")
-# Pixels as they are stored, for a display that turns them by so many degrees, clockwise.
-TURNS = {0: "null", 90: "transpose=2", 180: "hflip,vflip", 270: "transpose=1"}
 DAMAGED = ("h264.mp4", "vp9.webm", "mpeg4.avi", "h264.ts", "h264.mkv", "any.gif")
 # Longer than anybody waits. It ends, because the kernel lets nobody go who waits for an answer to a read.
 HANGING_SECONDS = 15
@@ -96,16 +92,6 @@ def encode(path, options, size="64x48", rate="30", frames=9, filters="null"):
         command = ["ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i", source, "-frames:v", str(frames)]
         subprocess.run([*command, *options.split(), str(path)], check=True, timeout=120)
     return path
-
-
-def turned(kept):
-    """Videos of the quadrants that are upright only when turned as they say."""
-    for degrees, filters in TURNS.items():
-        stored, path = kept / f"stored {degrees}.mp4", kept / f"turned {degrees}.mp4"
-        encode(stored, H264, "640x360", frames=60, filters=QUADRANTS.split(",", 1)[1] + "," + filters)
-        copy = ["-c", "copy", "-metadata:s:v", f"rotate={degrees}", str(path)]
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(stored), *copy], check=True, timeout=60)
-        yield path
 
 
 def sound(kept):
