@@ -122,12 +122,10 @@ TEST_F(ServiceTest, WhatNeverEndsIsCutAndHoldsNothingUp) {
   std::unique_ptr<QTcpSocket> first(silent.nextPendingConnection());
   Result proxied;
   post("http://service.quilex.invalid", 1, proxied);
-  std::unique_ptr<QTcpSocket> second;
-  EXPECT_TRUE(waitFor([&] {
-    second.reset(second ? second.release() : silent.nextPendingConnection());
-    return second && second->canReadLine();
-  }));
-  EXPECT_TRUE(second && second->readLine().startsWith("POST http://service.quilex.invalid/inst.html "));
+  ASSERT_TRUE(waitFor([&] { return silent.hasPendingConnections(); }));
+  std::unique_ptr<QTcpSocket> second(silent.nextPendingConnection());
+  ASSERT_TRUE(waitFor([&] { return second->canReadLine(); }));
+  EXPECT_TRUE(second->readLine().startsWith("POST http://service.quilex.invalid/inst.html "));
   qunsetenv("http_proxy");
 }
 

@@ -99,13 +99,11 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
   center.post("A");
   postSeparately("A", 10s);
   EXPECT_TRUE(waitFor([&] { return seen == 2 && heard == 3; }));
-  for (const int round : {1, 2}) {
-    for (const char* name : {"AB", "A", "B"}) {
-      program.send(QDBusMessage::createSignal(path, interface, "Posted") << name << "" << QVariantMap{{"key", 1}});
-    }
-    EXPECT_TRUE(waitFor([&] { return others == round; }));
-    EXPECT_EQ(heard, 4);
+  for (const char* name : {"AB", "A", "A", "B"}) {
+    program.send(QDBusMessage::createSignal(path, interface, "Posted") << name << "" << QVariantMap{{"key", 1}});
   }
+  EXPECT_TRUE(waitFor([&] { return others == 1; }));
+  EXPECT_EQ(heard, 4);
 }
 
 TEST(SleepMonitorTest, TellsTheWakeButNotTheGoingToSleep) {
@@ -165,9 +163,8 @@ TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
 TEST_F(FilesTest, ReadsAreTypedAndAWriteChangesItsOwnKeysAlone) {
   write(file, R"({"Volume": 0.5, "gone": "0", "whole": 2.0})");
   const auto suite = open();
-  const std::tuple typed(suite->integer("whole"), suite->integer("Volume"), suite->real("gone"),
-                         suite->string("whole"));
-  EXPECT_EQ(typed, std::tuple(2, 0, 0, std::nullopt));
+  EXPECT_EQ(std::tuple(suite->integer("whole"), suite->integer("Volume"), suite->real("gone")), std::tuple(2, 0, 0));
+  EXPECT_EQ(suite->string("whole"), std::nullopt);
   suite->setReal("Volume", 0.1F);
   suite->remove("gone");
   EXPECT_FALSE(suite->contains("gone"));

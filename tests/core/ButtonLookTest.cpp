@@ -22,8 +22,7 @@ TEST_F(ButtonLookTest, AFreshButtonHasTheSystemsColoursAndNoLayerUntilItAwakes) 
   ButtonLook bordered = look;
   look.awakeFromNib();
   look.setNormalColor(kBlue);
-  look.setCornerRadius(3);
-  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kBlue, 3, true, 0, {}}));
+  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kBlue, 9, true, 0, {}}));
   bordered.setCustomBorder(false);
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{{}, 0, false, 0.5, {170, 170, 170}})) << "by any assignment";
   bordered.awakeFromNib();

@@ -69,11 +69,6 @@ TEST(FormatsTest, EveryRecordKeepsItsKeysInOrderAndRequiresEachWithItsType) {
   expectRoundTrip<UpgradeInfo>(R"({"url":"a","md5":"b","ver":"c","exp":"d"})");
 }
 
-TEST(FormatsTest, FieldsAreWhatTheirKeysSay) {
-  const auto video = json::decodeText<VideoDetail>(kVideo).value();
-  EXPECT_EQ(std::tie(video.width, video.height, video.frame, video.rate), std::make_tuple(5, 6, 7, 8));
-}
-
 TEST(FormatsTest, IntegersAreThoseOf64BitsHoweverWritten) {
   const auto viewOf = [](const std::string& value) {
     auto object = nlohmann::json::parse(kVideo);

@@ -63,7 +63,6 @@ TEST_F(PreferencesTest, OnceASecondWhatAnotherProcessChangedIsNotifiedAndOnlyWha
        " CurrentVideoSign=" + opened,
        " CurrentVideoSign= IsOpenPlayer=yes isPlaying=yes"},
       {closed, {{"IsOpenPlayer", true}}, opened, " isPlaying=yes"},
-      {closedPlaying, {{"IsOpenPlayer", true}}, opened, ""},
       {closedPlaying, {{"IsOpenPlayer", true}, {"isPlaying", false}}, opened, " isPlaying=yes"},
       {open, {{"IsOpenPlayer", false}, {"isPlaying", false}}, " IsOpenPlayer=0 isPlaying=0", ""},
       {open,
@@ -95,9 +94,7 @@ TEST_F(PreferencesTest, OnceASecondWhatAnotherProcessChangedIsNotifiedAndOnlyWha
     watch("IsOpenPlayer", preferences.isOpenPlayer);
     watch("isPlaying", preferences.isPlaying);
     watch("autolaunch", preferences.autolaunch);
-    for (const auto& [key, value] : changed) {
-      suite.values[key] = value;
-    }
+    std::ranges::for_each(changed, [&](const auto& each) { suite.values[each.first] = each.second; });
     suite.writes.clear();
     suite.synchronisations = 0;
     runLoop.advance(999ms);

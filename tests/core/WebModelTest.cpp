@@ -121,8 +121,6 @@ TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
   EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
   runLoop.advance(24h);
   EXPECT_EQ(heartbeats().size(), 4U);
-  EXPECT_EQ(requests.back().sent.body,
-            envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("1000", kUserID, 0, "1.0.0.0", 2)));
 }
 
 TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
@@ -172,14 +170,11 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
   EXPECT_EQ(beat(encryptToBase64("\0"s + kHeartbeatReply + "\0\0"s))->data.ct, 5);
   EXPECT_EQ(std::exchange(log, ""), " HeartbeatUpdated");
   for (const std::optional<std::string>& failure : {std::optional<std::string>(), {"<html>"}, {"AAAA"}}) {
-    EXPECT_EQ(beat(failure), std::nullopt);
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(model->heartbeatResponse->data.ct, 5);
+    EXPECT_FALSE(beat(failure));
+    EXPECT_EQ(log + std::to_string(model->heartbeatResponse->data.ct), "5");
   }
-  EXPECT_EQ(beat(encryptToBase64("{}")), std::nullopt);
-  EXPECT_EQ(log, " HeartbeatUpdated");
-  EXPECT_FALSE(model->heartbeatResponse);
-  EXPECT_EQ(calls, 5);
+  EXPECT_FALSE(beat(encryptToBase64("{}")) || model->heartbeatResponse);
+  EXPECT_EQ(log + std::to_string(calls), " HeartbeatUpdated5");
 }
 
 TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {

@@ -1,6 +1,7 @@
 """What the endurance programs share: their options, a session whose agent is under a memory limit, and their table."""
 
 import argparse
+import concurrent.futures
 import contextlib
 import itertools
 import json
@@ -205,10 +206,9 @@ class Program:
         random.seed(self.options.seed)
         self.options.build = self.options.build.resolve()
         self.preset = "asan" if self.options.build.name == "asan" else "release"
-        for preset in json.loads((SOURCE / "CMakePresets.json").read_text())["testPresets"]:
-            if preset["name"] == self.preset:
-                values = preset.get("environment", {}).items()
-                os.environ.update({name: value.replace("${sourceDir}", str(SOURCE)) for name, value in values})
+        presets = json.loads((SOURCE / "CMakePresets.json").read_text())["testPresets"]
+        (values,) = (preset.get("environment", {}) for preset in presets if preset["name"] == self.preset)
+        os.environ.update({name: value.replace("${sourceDir}", str(SOURCE)) for name, value in values.items()})
         # What was freed is not to count for long.
         os.environ["ASAN_OPTIONS"] = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=16"
         self.table = Table()
@@ -238,9 +238,7 @@ class Program:
                     traceback.print_exc()
                     self.table.fault(name, f"{type(failure).__name__}: {failure}")
 
-        workers = [threading.Thread(target=work) for _ in chosen[:at_once]]
-        for worker in workers:
-            worker.start()
-        for worker in workers:
-            worker.join()
+        with concurrent.futures.ThreadPoolExecutor(at_once) as workers:
+            for _ in chosen[:at_once]:
+                workers.submit(work)
         sys.exit(0 if self.table.print() else 1)

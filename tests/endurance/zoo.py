@@ -9,7 +9,6 @@ import errno
 import os
 import random
 import socket
-import struct
 import subprocess
 import sys
 import time
@@ -111,11 +110,6 @@ def large(kept):
         scaled = "format=yuv444p,scale=" + size.replace("x", ":")
         yield encode(kept / f"size {size}.mkv", "-c:v libx264 -preset ultrafast", frames=3, filters=scaled)
         yield encode(kept / f"size {size}.mov", "-c:v png", frames=1, filters=scaled)
-    # One pixel a picture, on a canvas of 16000x16000 pixels.
-    picture = b"!\xf9\x04\x00\x0a\x00\x00\x00" + b"," + struct.pack("<4HB", 0, 0, 1, 1, 0) + b"\x02\x02\x44\x01\x00"
-    canvas = b"GIF89a" + struct.pack("<HHBBB", 16000, 16000, 0x80, 0, 0) + b"\0\0\0\xff\xff\xff"
-    (kept / "canvas.gif").write_bytes(canvas + 9 * picture + b";")
-    yield kept / "canvas.gif"
 
 
 def damaged(kept, folder):
