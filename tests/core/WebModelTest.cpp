@@ -71,9 +71,7 @@ struct WebModelTest : testing::Test {
   std::vector<Milliseconds> heartbeats() const {
     std::vector<Milliseconds> times;
     for (const auto& request : requests) {
-      if (request.sent.body.starts_with("f=21&")) {
-        times.push_back(request.time);
-      }
+      request.sent.body.starts_with("f=21&") ? times.push_back(request.time) : void();
     }
     return times;
   }
@@ -97,14 +95,9 @@ TEST_F(WebModelTest, HeartbeatsGoOutAtEachLocalMidnightAndTheJitter) {
   // Of days that may have an hour less or more; the one that begins at one o'clock has no midnight.
   const std::pair<Milliseconds, std::vector<FakeWallClock::Day>> cases[] = {
       {23h + 59min + 30s, {{0h}, {24h}, {48h}, {72h}}},
-      {10s, {{0h}, {24h}, {48h}, {72h}}},
       {0s, {{0h}, {24h}, {48h}, {72h}}},
-      {1h, {{0h}, {23h}, {47h}, {71h}}},
-      {1h, {{0h}, {24h}, {47h}, {71h}}},
-      {1h, {{0h}, {25h}, {49h}, {73h}}},
-      {1h, {{0h}, {24h, 1h}, {47h}, {71h}}},
-      {1h, {{0h}, {24h}, {48h, 1h}, {71h}}},
-      {1h, {{0h, 1h}, {23h}, {47h}, {71h}}}};
+      {1h, {{0h}, {23h}, {48h}, {72h}}},
+      {1h, {{0h}, {24h, 1h}, {47h}, {71h}}}};
   for (const auto& [start, days] : cases) {
     clock.days = days;
     std::vector<Milliseconds> expected;
@@ -112,6 +105,11 @@ TEST_F(WebModelTest, HeartbeatsGoOutAtEachLocalMidnightAndTheJitter) {
       expected.push_back(days[day].start + 30s - start);
     }
     EXPECT_EQ(heartbeatsFrom(start), expected) << &days - &cases[0].second;
+  }
+  clock.days = {{0h}, {24h}};
+  for (const auto& [number, jitter] : {std::pair(std::size_t{0}, 0ms), {k32Bits - 1, 59999ms}}) {
+    random = number;
+    EXPECT_EQ(heartbeatsFrom(0s).at(0), 24h + jitter);
   }
 }
 
@@ -123,22 +121,11 @@ TEST_F(WebModelTest, MidnightsThatTheMachineSleptThroughAreMadeUpForOneByOne) {
   EXPECT_EQ(heartbeats(), (std::vector<Milliseconds>(3, 23h + 30s)));
   runLoop.advance(24h);
   EXPECT_EQ(heartbeats().size(), 4U);
-  EXPECT_EQ(requests.back().sent.body,
-            envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("1000", kUserID, 0, "1.0.0.0", 2)));
-}
-
-TEST_F(WebModelTest, TheJitterIsFromNothingToJustUnderAMinute) {
-  for (const auto& [number, jitter] :
-       {std::pair(std::size_t{0}, 0ms), {k32Bits / 4, 15000ms}, {k32Bits - 1, 59999ms}}) {
-    random = number;
-    EXPECT_EQ(heartbeatsFrom(0s).at(0), 24h + jitter);
-  }
 }
 
 TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
   standardDefaults.values = {{"ct", 7L}};
-  const WebModel& web = make();
-  EXPECT_FALSE(web.latestRequest || web.baseInfo || web.heartbeatResponse || web.guideModel);
+  make();
   standardDefaults.values = {{"ct", 8L}};
   runLoop.advance(1999ms);
   EXPECT_EQ(sessions, "");
@@ -152,26 +139,20 @@ TEST_F(WebModelTest, RequestsAreExactAndShareOneSession) {
             envelope::form(envelope::Function::heartbeat, envelope::heartbeatBody("n", kUserID, 7, "1.0.0.0", 1)));
   EXPECT_EQ(requests[2].sent.body,
             envelope::form(envelope::Function::upgrade, envelope::guideBody(kUserID, "1.0.0.0")));
-  for (const auto& [request, largest] : {std::pair(0U, 64U << 20U), {1U, 1U << 20U}, {2U, 1U << 20U}}) {
-    EXPECT_EQ(requests[request].sent.maximumReplySize, largest);
-    EXPECT_EQ(requests[request].sent.url, "https://service.example/inst.html");
+  for (const auto& request : requests) {
+    EXPECT_EQ(request.sent.maximumReplySize, (request.time == 2s ? 64U : 1U) << 20U);
+    EXPECT_EQ(request.sent.url, "https://service.example/inst.html");
   }
   answer("{}");
   EXPECT_EQ(log, "") << "an update reply without a completion";
 }
 
-TEST_F(WebModelTest, TheUserIdentifierIsMadeOnceAndShared) {
+TEST_F(WebModelTest, AUserIdentifierOfAnotherTypeIsReplacedButAnEmptyOneIsNot) {
   suite.values = {{"uuid", 1L}};
-  make();
-  EXPECT_EQ(suite.writes, "");
-  model->requestGuideInfo();
-  EXPECT_EQ(suite.writes, " uuid=12345678-9ABC-4DEF-8123-456789ABCDEF");
-  EXPECT_EQ(suite.synchronisations, 1);
+  EXPECT_EQ(make().userID(), "12345678-9ABC-4DEF-8123-456789ABCDEF");
+  EXPECT_EQ(std::pair(suite.writes, suite.synchronisations), std::pair(" uuid=" + model->userID(), 1));
   suite.values = {{"uuid", ""s}};
-  model->requestGuideInfo();
-  EXPECT_EQ(requests[0].sent.body, requests[1].sent.body);
-  make().userID();
-  EXPECT_EQ(model->userID(), "");
+  EXPECT_EQ(make().userID(), "");
 }
 
 TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
@@ -180,8 +161,7 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
   const auto beat = [&](const std::optional<std::string>& reply) {
     std::optional<HeartbeatResponse> given;
     model->sendHeartbeat(WebModel::HeartBeatType::HeartBeat, "", [&](const auto& response) {
-      ++calls;
-      given = response;
+      (++calls, given = response);
       EXPECT_EQ(log, "") << "the completion comes before the notification";
     });
     answerRaw(reply);
@@ -190,14 +170,11 @@ TEST_F(WebModelTest, AHeartbeatIsKeptUnlessItFails) {
   EXPECT_EQ(beat(encryptToBase64("\0"s + kHeartbeatReply + "\0\0"s))->data.ct, 5);
   EXPECT_EQ(std::exchange(log, ""), " HeartbeatUpdated");
   for (const std::optional<std::string>& failure : {std::optional<std::string>(), {"<html>"}, {"AAAA"}}) {
-    EXPECT_EQ(beat(failure), std::nullopt);
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(model->heartbeatResponse->data.ct, 5);
+    EXPECT_FALSE(beat(failure));
+    EXPECT_EQ(log + std::to_string(model->heartbeatResponse->data.ct), "5");
   }
-  EXPECT_EQ(beat(encryptToBase64("{}")), std::nullopt);
-  EXPECT_EQ(log, " HeartbeatUpdated");
-  EXPECT_FALSE(model->heartbeatResponse);
-  EXPECT_EQ(calls, 5);
+  EXPECT_FALSE(beat(encryptToBase64("{}")) || model->heartbeatResponse);
+  EXPECT_EQ(log + std::to_string(calls), " HeartbeatUpdated5");
 }
 
 TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {
@@ -208,16 +185,14 @@ TEST_F(WebModelTest, AnUpdateCheckIsAnsweredOnceWhateverComes) {
     answerRaw(reply);
   };
   check(encryptToBase64(R"({"data":{"url":"u","md5":"m","ver":"2.0","exp":"e","more":1}})"));
-  ASSERT_EQ(answers.size(), 1U);
-  EXPECT_EQ(answers[0], (UpgradeInfo{"u", "m", "2.0", "e"}));
   check({});
   check("502");
-  for (const char* text : {"", "{", "[]", "1", "{}", R"({"data":[]})", R"({"data":"a"})", R"({"data":null})",
-                           R"({"data":{"url":"u","ver":"2.0","exp":"e"}})"}) {
+  for (const char* text : {"{", "[]", "{}", R"({"data":null})", R"({"data":{"url":"u","ver":"2.0","exp":"e"}})"}) {
     check(encryptToBase64(text));
   }
-  EXPECT_EQ(answers.size(), 12U);
-  EXPECT_EQ(std::ranges::count(answers, std::optional<UpgradeInfo>()), 11);
+  std::vector<std::optional<UpgradeInfo>> expected(8);
+  expected[0] = {"u", "m", "2.0", "e"};
+  EXPECT_EQ(answers, expected);
 }
 
 TEST_F(WebModelTest, RepliesAreReadBesideTheMainThreadAndTheLatestGuideStays) {
@@ -262,13 +237,10 @@ TEST(GuideModelTest, WhatIsBeyondTheLimitsIsLeftOutAndTheRestStays) {
 TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
   make();
   const std::tuple<std::string, std::string, std::map<std::string, std::string>> cases[] = {
-      {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a","b"])", {{"picture1", "a"}, {"picture2", "b"}}},
-      {R"(["data:image/png;base64,cGljdHVyZTE=","x,,cGljdHVyZTI=,,"])",
-       R"(["a","b","c"])",
+      {R"(["data:image/png;base64,cGljdHVyZTE=","x,,cGljdHVyZTI=,,","cGljdHVyZTM="])",
+       R"(["a","b"])",
        {{"picture1", "a"}, {"picture2", "b"}}},
-      {R"(["","  ",",,","cGljdHVyZTE","cGljdHVyZTE=\n","bm9uZQ==","cGljdHVyZTI="])",
-       R"(["a","a","a","a","a","a","b"])",
-       {{"picture2", "b"}}},
+      {R"(["  ",",,","cGljdHVyZTE","bm9uZQ==","cGljdHVyZTI="])", R"(["a","a","a","a","b"])", {{"picture2", "b"}}},
       {R"(["cGljdHVyZTE=","cGljdHVyZTI=","cGljdHVyZTM="])", R"(["a b","","c"])", {{"picture3", "c"}}}};
   for (const auto& [pictures, addresses, expected] : cases) {
     model->requestGuideInfo();
@@ -278,10 +250,8 @@ TEST_F(WebModelTest, TheGuidePairsPicturesWithAddresses) {
       pairs[dynamic_cast<FakeImage&>(*image).bytes] = url.string();
     }
     EXPECT_EQ(pairs, expected);
-    EXPECT_EQ(leaflet, model->guideModel->leftPanel);
     EXPECT_EQ(std::exchange(log, ""), " NewFeatureUpdated leafletUpdated+" + std::to_string(expected.size()));
-    EXPECT_EQ(model->guideModel->newFeature.size(), 1U);
-    EXPECT_FALSE(model->guideModel->response);
+    EXPECT_TRUE(model->guideModel->newFeature.size() == 1 && !model->guideModel->response);
   }
   for (const auto& failure : {std::optional<std::string>(), {"<html>"}, encryptToBase64(guideReply("[]", "[1]"))}) {
     model->requestGuideInfo();

@@ -25,10 +25,7 @@ Function* original(Function* /*own*/, const char* name) {
 bool isAskedFor(const std::string& fault) {
   const char* const file = std::getenv("QUILEX_EGL_FAULT");
   std::string asked;
-  if (file == nullptr || !(std::ifstream(file) >> asked) || asked != fault) {
-    return false;
-  }
-  return true;
+  return file != nullptr && std::ifstream(file) >> asked && asked == fault;
 }
 
 EGLBoolean failed(EGLint code) {

@@ -40,13 +40,7 @@ int main(int argc, char** argv) {
       QCoreApplication::quit();
     }
     for (const auto& window : windows) {
-      if (command == "front") {
-        window->orderFront();
-      } else if (command == "back") {
-        window->orderBack();
-      } else {
-        window->orderOut();
-      }
+      command == "front" ? window->orderFront() : command == "back" ? window->orderBack() : window->orderOut();
     }
   });
   return QCoreApplication::exec();

@@ -13,7 +13,7 @@ import struct
 import subprocess
 import sys
 import tempfile
-import threading
+import time
 import unittest
 import urllib.parse
 
@@ -90,24 +90,15 @@ class CompanionTest(unittest.TestCase):
 
 
 class Companion(CompanionTest):
-    def watch_bus(self):
-        self.bus = self.session.start("dbus-monitor", "--session", "member=Posted", stdout=subprocess.PIPE)
-        os.set_blocking(self.bus.stdout.fileno(), False)
-        self.wait_on_bus(b"NameAcquired")
-
-    def wait_on_bus(self, text):
-        heard = bytearray()
-        wait_for(lambda: heard.extend(self.bus.stdout.read() or b"") or text in heard, f"{text} on the bus")
-
     def test_import_describes_the_video(self):
-        self.watch_bus()
+        heard = self.session.hear()
         loops = len(self.videos())
         self.assertGreaterEqual(loops, 3)
         turned = self.clips / "turned.mp4"
         turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
         subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
         self.quilex("import", self.small, turned)
-        self.wait_on_bus(b'"UpdateVideoList"')
+        wait_for(lambda: '"UpdateVideoList"' in heard.read_text(), "the notification")
         video, upright = self.videos()[loops:]
         # Nothing was chosen before, so it is shown.
         shown = {"alreadyImportVideo": True, "CurrentVideoSign": video["sign"], "IsOpenPlayer": True, "isPlaying": True}
@@ -125,10 +116,7 @@ class Companion(CompanionTest):
         # On a terminal it tells how far it is, and leaves no trace of that.
         terminal, errors = pty.openpty()
         subprocess.run(self.command("import", self.red), env=self.session.environment, stderr=errors, stdout=subprocess.DEVNULL, check=True)
-        os.close(errors)
-        shown = os.read(terminal, 4096).decode()
-        os.close(terminal)
-        self.assertRegex(shown, r"(?s)^\r\[1/1\] red.mp4 .*100 %.*\r\x1b\[K$")
+        self.assertRegex(os.read(terminal, 4096).decode(), r"(?s)^\r\[1/1\] red.mp4 .*100 %.*\r\x1b\[K$")
         self.assertEqual(self.session.settings()["CurrentVideoSign"], video["sign"])
 
     def test_files_that_are_no_videos_are_refused_one_by_one(self):
@@ -138,7 +126,6 @@ class Companion(CompanionTest):
         os.mkfifo(folder / "pipe.mp4")
         contents = {"text.txt": b"words\n" * 99, "list.m3u8": b"#EXTM3U\n#EXTINF:1,\nsmall.mp4\n", "empty.mp4": b""}
         contents |= {"garbage.mp4": random.randbytes(9999), "cut.mp4": self.small.read_bytes()[:2000]}
-        contents |= {"list.ffconcat": b"ffconcat version 1.0\nfile small.mp4\n"}
         for name, content in contents.items():
             (folder / name).write_bytes(content)
         sound = folder / "sound.m4a"
@@ -156,20 +143,11 @@ class Companion(CompanionTest):
         rest = 100_000_000
         growing.write_bytes(self.small.read_bytes() + struct.pack(">I4s", rest, b"free"))
         os.truncate(growing, growing.stat().st_size + rest - 8)
-        done = threading.Event()
-
-        def download():
-            with open(growing, "ab", buffering=0) as file:
-                while not done.is_set():
-                    file.write(struct.pack(">I4s", 8, b"free"))
-
-        download = threading.Thread(target=download)
-        download.start()
-        try:
-            self.assertIn("was changed while it was read", self.quilex("import", growing, status=1))
-        finally:
-            done.set()
-            download.join()
+        with subprocess.Popen(["bash", "-c", r'while printf "\0\0\0\10free"; do :; done >>"$0"', growing]) as download:
+            try:
+                self.assertIn("was changed while it was read", self.quilex("import", growing, status=1))
+            finally:
+                download.kill()
         self.check_covers(1)
 
     def test_any_name_will_do_and_contents_count_once(self):
@@ -184,8 +162,7 @@ class Companion(CompanionTest):
             self.assertEqual(path, os.path.join(os.path.realpath(folder), name))
             self.assertTrue(video["title"].isprintable())
         self.assertNotIn("\x1b", self.quilex("list"))
-        again = self.quilex("import", os.path.join(folder, names[0]))
-        self.assertIn("already in the library", again)
+        self.assertIn("already in the library", self.quilex("import", os.path.join(folder, names[0])))
         # A video that was moved is found again; a copy of one that is in its place changes nothing.
         url = lambda: self.videos()[loops]["url"]
         first, copy = os.path.join(folder, names[0]), os.path.join(folder, b"copy.mp4")
@@ -212,29 +189,22 @@ class Companion(CompanionTest):
 
         for sign in ("abcd1", "abcd2"):
             self.session.add_video(sign, "/gone")
-        self.assertIn("abcd1, abcd2", self.quilex("play", "abcd", status=1))
-        self.assertIn("is gone", self.quilex("play", "abcd1", status=1))
-        self.assertIn("4 characters", self.quilex("play", red[:3], status=1))
+        for sign, words in {"abcd": "abcd1, abcd2", "abcd1": "is gone", red[:3]: "4 characters"}.items():
+            self.assertIn(words, self.quilex("play", sign, status=1))
         self.assertEqual(self.session.settings()["CurrentVideoSign"], red)
 
         # All or nothing; the wallpaper goes on with the next that can be played, and closes after the last.
         self.quilex("remove", green, "unknown", status=1)
         self.assertEqual(len(self.videos()), len(loops) + 4)
-        self.watch_bus()
+        heard = self.session.hear()
         self.quilex("remove", green, red, red)
-        self.wait_on_bus(b'"UpdateVideoList"')
+        wait_for(lambda: '"UpdateVideoList"' in heard.read_text(), "the notification")
         self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
         self.check_covers(0)
         self.assertTrue(pathlib.Path(self.red).exists())
-        # A closed one stays closed, whatever is removed.
-        self.session.write_settings(IsOpenPlayer=False)
+        self.quilex("remove", *loops)
         before = self.session.settings()
-        self.quilex("remove", loops[0])
-        self.assertEqual(self.session.settings(), before)
-        self.quilex("play", loops[1])
-        self.quilex("remove", *loops[1:])
-        self.assertEqual(self.session.settings()["IsOpenPlayer"], False)
-        before = self.session.settings()
+        self.assertEqual(before["IsOpenPlayer"], False)
         self.quilex("remove", "abcd1", "abcd2")
         self.assertEqual(self.session.settings(), before | {"LibraryWasEmptied": True})
         self.assertEqual(self.videos(), [])
@@ -256,7 +226,6 @@ class Companion(CompanionTest):
         self.assertIn("in the library", self.quilex("set", "CurrentVideoSign", "nothing", status=1))
         self.quilex("frobnicate", status=2)
         self.assertEqual(self.session.settings(), {"Volume": 0.1})
-        self.assertIn("MonitorArrange", self.quilex("set", "--help"))
 
         # What cannot be written is told, and nothing of it is lost.
         def small_disk():
@@ -315,51 +284,30 @@ class CompanionAtOnce(CompanionTest):
     def test_an_import_may_be_killed_at_any_moment(self):
         clips = [vary(self.small, self.clips / f"many {number}.mp4", number) for number in range(200)]
         options = {"env": self.session.environment, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+        count = lambda: len(self.rows()) if self.session.library_file.exists() else 0
         for how in [signal.SIGKILL] * 4 + [signal.SIGINT] + [signal.SIGKILL] * 4:
-            done = len(self.rows()) if self.session.library_file.exists() else 0
-            lines = done + random.randint(0, 18)
+            lines = count() + random.randint(0, 18)
             with subprocess.Popen(self.command("import", *clips), **options) as program:
                 shown = list(itertools.islice(program.stdout, lines))
                 # Somewhere within the next file.
-                try:
-                    program.wait(timeout=random.uniform(0, 0.03))
-                except subprocess.TimeoutExpired:
-                    pass
+                time.sleep(random.uniform(0, 0.03))
                 program.send_signal(how)
                 program.stdout.read()
                 self.assertEqual(program.wait(timeout=20), -how if how == signal.SIGKILL else 1)
                 errors = program.stderr.read()
             self.assertEqual(b"interrupted" in errors, how == signal.SIGINT)
             self.assertEqual(len(shown), lines)
-            self.assertGreaterEqual(len(self.rows()) if self.session.library_file.exists() else 0, lines)
+            self.assertGreaterEqual(count(), lines)
         self.quilex("import", *clips)
         self.check_covers(200)
 
 
 class CompanionWithAgent(CompanionTest):
-    def test_the_agent_follows(self):
-        self.session.close()
-        self.session = session = Session(BUILD)
-        session.make_library()
-        self.assertIn("not running", self.quilex("status"))
-        red, green = (line.split()[0] for line in self.quilex("import", self.red, self.green).splitlines())
-        session.start_agent()
-        everywhere = lambda colour: {(640, 360): colour, (1680, 300): colour}
-        session.wait_for_pixels(everywhere(RED), "the first video")
-        self.assertIn("agent:       running", self.quilex("status"))
-        self.quilex("play", green)
-        session.wait_for_pixels(everywhere(GREEN), "the other video")
-        self.quilex("play", red)
-        session.wait_for_pixels(everywhere(RED), "the first video again")
-        # The video to go on with is then the first of the list, where a list without the removed one begins.
-        self.quilex("remove", red)
-        session.wait_for_pixels(everywhere(GREEN), "the video that is left")
-        self.assertEqual(session.end_agent(), 0)
-
     def test_any_order_of_removing_and_importing(self):
         self.session.close()
         self.session = session = Session(BUILD)
         session.make_library()
+        self.assertIn("not running", self.quilex("status"))
         # Short ones, so that an item ends somewhere in each step.
         files = {name: make_clip(self.clips / f"short {name}.mp4", f"color=c={colour}", seconds=1)
                  for name, colour in {"red": "0xC02020", "green": "0x20A020"}.items()}
@@ -369,6 +317,7 @@ class CompanionWithAgent(CompanionTest):
         opens, closes, pauses = "set IsOpenPlayer true", "set IsOpenPlayer false", "set isPlaying false"
         steps = [("import red", RED), ("remove red", closed), (opens, bare), ("restart", bare), ("import red", RED)]
         steps += [(closes, closed), ("remove red", closed), (opens, bare), ("import red", RED), ("import green", RED)]
+        steps += [("play green", GREEN), ("play red", RED)]
         steps += [(pauses, opened), ("remove red", GREEN), (pauses, GREEN), ("remove green", closed)]
         steps += [("import red green", RED), (closes, closed), ("remove red", closed), ("restart", closed)]
         steps += [(opens, GREEN), (closes, closed), ("remove green", closed), ("restart", closed), (opens, bare)]
@@ -394,6 +343,7 @@ class CompanionWithAgent(CompanionTest):
                     session.wait_for_pixels({(640, 360): expected, (1680, 300): expected}, what)
                 self.assertIsNone(session.agent.poll(), what)
             self.quilex("remove", signs["green"])
+        self.assertIn("agent:       running", self.quilex("status"))
         self.assertEqual(session.end_agent(), 0)
 
 

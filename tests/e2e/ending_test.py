@@ -30,10 +30,7 @@ class EndingJourney(Journey):
     def setUp(self):
         self.begin(("moving", "file://" + self.moving), CurrentVideoSign="moving")
         self.bus = self.session.programs[0]
-        self.log = self.session.folder / "heard"
-        with open(self.log, "ab") as log:
-            self.session.start("dbus-monitor", "--session", "member=Posted", stdout=log)
-        wait_for(lambda: "NameAcquired" in self.log.read_text(), "the monitor of the bus")
+        self.log = self.session.hear()
         # The sanitizers' own work at the end takes its time.
         program = self.session.agent_program.read_bytes()
         self.limit = 18 if b"__asan_init" in program or b"__tsan_init" in program else 4

@@ -154,33 +154,28 @@ class Life(Journey):
         graph = "color=c=0xC02020,drawbox=w=640:h=360:c=0x20A020:t=fill:enable=gte(t\\,1)"
         cls.change = make_clip(pathlib.Path(cls.clips.name) / "change.mp4", graph, seconds=30)
 
-    def moves_everywhere(self, *monitors):
-        for left, top, width, height in monitors:
-            box = (left, top, left + width, top + height)
-            wait_for(lambda: self.session.moves(box), f"a moving picture at {box}")
-
     def test_sleep_screens_and_cover(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
         prepare_for_sleep = session.start_login_manager()
         session.start_agent()
         both = [(0, 0, 1280, 720), (1280, 0, 800, 600)]
-        self.moves_everywhere(*both)
+        self.wait_to_move(*both)
         # The first request to the web service opens what its thread needs.
         wait_for(lambda: "uuid" in session.settings(), "the first request")
         handles = lambda: len(os.listdir(f"/proc/{session.agent.pid}/fd"))
         before = handles()
 
         for _ in range(3):
-            for asleep in (True, False):
-                prepare_for_sleep(asleep)
-            self.moves_everywhere(*both)
+            prepare_for_sleep(True)
+            prepare_for_sleep(False)
+            self.wait_to_move(*both)
             session.desktop.set_monitors(["1280x720", None])
             self.windows_cover((0, 0, 1280, 720))
             session.desktop.set_monitors(self.monitors)
             self.windows_cover(*both)
-            self.moves_everywhere(*both)
+            self.wait_to_move(*both)
         session.run("xrandr", "--fb", "2400x1000")
-        self.moves_everywhere(*both)
+        self.wait_to_move(*both)
         # Each of the two pictures takes a second buffer once the display server has fallen behind, and the request may
         # have only begun.
         wait_for(lambda: handles() <= before + 4, "no more open files than before")

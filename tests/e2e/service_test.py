@@ -36,11 +36,11 @@ class WebService(Journey):
             self.assertEqual((request["method"], request["url"], request["body"]), ("POST", "/inst.html", body))
             self.assertEqual(request["f"], str(code))
             headers = request["headers"]
-            version = json.loads((session.agent_program.parents[1] / "share/quilexhelper/Info.json").read_text())
-            version = f'{version["CFBundleShortVersionString"]}.{version["CFBundleVersion"]}'
-            self.assertEqual(headers["user-agent"], "MACQuilex" + version)
-            self.assertEqual(headers["content-type"], "application/x-www-form-urlencoded; charset=utf-8")
-            self.assertEqual(headers["content-length"], str(len(request["form"])))
+            info = json.loads((session.agent_program.parents[1] / "share/quilexhelper/Info.json").read_text())
+            version = f'{info["CFBundleShortVersionString"]}.{info["CFBundleVersion"]}'
+            exact = {"user-agent": "MACQuilex" + version, "content-length": str(len(request["form"])),
+                     "content-type": "application/x-www-form-urlencoded; charset=utf-8"}
+            self.assertLessEqual(exact.items(), headers.items())
             self.assertRegex(headers["accept-encoding"], r"\bgzip\b")
             self.assertRegex(headers["accept-language"], r"^de-AT;q=1\.0, de(-\w+)*;q=0\.9, .*\bfr\b")
             self.assertNotIn("cookie", headers)
@@ -62,14 +62,11 @@ class WebService(Journey):
     def meet_bad_services_with_silence(self):
         session = self.begin(("moving", "file://" + self.moving))
         service = Service(session)
-        service.answer(Service.GUIDE, leftPanel=["rubbish", "aGVsbG8=", ",,"], leftPanelUrl=["a b", "c", "d"])
-        for count, mode in enumerate(("", "late 5000", "pad 70000000"), 1):
-            service.misbehave(Service.GUIDE, mode)
-            session.start_agent()
-            wait_for(lambda: len(service.requests(Service.GUIDE)) == count, "the request")
-            wait_for(session.moves, "a moving picture")
-            self.assertEqual(session.end_agent(), 0, mode)
-        self.assertEqual(session.errors(), "")
+        service.misbehave(Service.GUIDE, "pad 70000000")
+        session.start_agent()
+        wait_for(lambda: service.requests(Service.GUIDE), "the request")
+        wait_for(session.moves, "a moving picture")
+        self.assertEqual((session.end_agent(), session.errors()), (0, ""))
         for address in ("http://service.quilex.invalid", 7):
             session.agent_program = make_bundle(session, QuilexServiceURL=address)
             session.start_agent()

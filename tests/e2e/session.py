@@ -1,6 +1,7 @@
 """One user's session on a virtual desktop, with its own bus, folders and agent, as the journeys use it."""
 
 import contextlib
+import itertools
 import json
 import os
 import pathlib
@@ -26,13 +27,11 @@ DEADLINE = 20  # seconds; far more than anything here takes, even under a saniti
 def wait_for(condition, what, seconds=DEADLINE):
     """Waits until the condition holds and answers its value; fails after the deadline, saying what, or what it tells."""
     end = time.monotonic() + seconds
-    while True:
-        value = condition()
-        if value:
-            return value
+    while not (value := condition()):
         if time.monotonic() > end:
             raise AssertionError("waited in vain: " + (what() if callable(what) else what))
         time.sleep(0.02)
+    return value
 
 
 def make_clip(path, graph, seconds=10):
@@ -143,7 +142,7 @@ class UserSession:
     def hear(self):
         """Answers the file in which what is posted on the bus comes to stand."""
         heard = self.folder / "heard"
-        with open(heard, "wb") as file:
+        with open(heard, "ab") as file:
             self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
         wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
         return heard
@@ -247,10 +246,9 @@ class Session(UserSession):
         seen = []
 
         def match():
-            picture = self.desktop.screenshot(*monitor)
-            seen[:] = map(picture.getpixel, expected)
-            channels = zip((each for pixel in seen for each in pixel), (each for colour in expected.values() for each in colour))
-            return all(abs(have - want) <= 24 for have, want in channels)
+            seen[:] = map(self.desktop.screenshot(*monitor).getpixel, expected)
+            pairs = zip(itertools.chain(*seen), itertools.chain(*expected.values()))
+            return all(abs(have - want) <= 24 for have, want in pairs)
 
         def report():
             self.desktop.screenshot(*monitor).save("/tmp/quilex-journey.png")
@@ -281,10 +279,9 @@ class WaylandSession(Session):
         if not places:
             return []
         picture = self.desktop.screenshot()
-        bare = Image.new("RGB", picture.size, self.desktop.background)
-        difference = ImageChops.difference(picture, bare)
-        box = lambda left, top, width, height: (left, top, left + width, top + height)
-        return sorted(place for place in places if difference.crop(box(*place)).getbbox())
+        difference = ImageChops.difference(picture, Image.new("RGB", picture.size, self.desktop.background))
+        shows = lambda left, top, width, height: difference.crop((left, top, left + width, top + height)).getbbox()
+        return sorted(place for place in places if shows(*place))
 
     def geometry(self, window):
         return window

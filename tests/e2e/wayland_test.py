@@ -1,5 +1,6 @@
 """Journeys of the wallpaper on a Wayland desktop: the one of every desktop, and what outputs do here."""
 
+import contextlib
 import os
 import pathlib
 import signal
@@ -19,10 +20,10 @@ class WaylandWallpaper(Wallpaper):
 class WaylandOutputs(Journey):
     make_session = WaylandSession
 
-    def moves(self, index):
-        shot = lambda: self.session.desktop.screenshot(index).tobytes()
-        first = shot()
-        wait_for(lambda: shot() != first, f"a moving picture on output {index}")
+    def moves(self, *outputs):
+        for index in outputs:
+            first = self.session.desktop.screenshot(index).tobytes()
+            wait_for(lambda: self.session.desktop.screenshot(index).tobytes() != first, f"a moving picture on output {index}")
 
     def handles(self):
         """Open files and pieces of shared memory of the agent."""
@@ -77,8 +78,7 @@ class WaylandOutputs(Journey):
         rows = ("moving", self.moving), ("green", self.green)
         session = self.begin(*rows, MonitorArrange=1, CurrentVideoSign="moving")
         session.start_agent()
-        for index in (0, 1):
-            self.moves(index)
+        self.moves(0, 1)
         session.desktop.set_lit(0, False)
         self.moves(1)
         session.write_settings(CurrentVideoSign="green")
@@ -98,8 +98,7 @@ class WaylandOutputs(Journey):
         session.desktop.set_monitors([None, None])
         session.write_settings(CurrentVideoSign="moving")
         session.desktop.set_monitors(["800x600", "1280x720"])
-        for index in (0, 1):
-            self.moves(index)
+        self.moves(0, 1)
         self.assertEqual(session.end_agent(), 0)
 
     def test_the_video_starts_again_when_all_is_covered_and_seen_again(self):
@@ -122,28 +121,25 @@ class WaylandOutputs(Journey):
 
     def test_a_surface_that_the_compositor_closes(self):
         session = self.begin(("moving", self.moving), MonitorArrange=1)
-        with Relay(session.folder, session.desktop.name) as relay:
+        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
             session.start_agent(WAYLAND_DISPLAY=relay.address)
-            for index in (0, 1):
-                self.moves(index)
+            self.moves(0, 1)
             relay.closing.append(relay.opened[0])
             wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
             wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
-            for index in (0, 1):
-                self.moves(index)
+            self.moves(0, 1)
             self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
 
     def test_a_surface_that_is_closed_before_egl_can_use_it(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        with Relay(session.folder, session.desktop.name) as relay:
+        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
             fault = session.start_agent_on_gpu("surface", WAYLAND_DISPLAY=relay.address)
             wait_for(lambda: len(relay.opened) == 2 and session.errors().count("no surface") > 2, "the failures")
             relay.closing.append(relay.opened[0])
             session.desktop.configure(1, "scale 2")  # an event that the relay can add its own to
             wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
             fault.unlink()
-            for index in (0, 1):
-                self.moves(index)
+            self.moves(0, 1)
             self.assertEqual(session.end_agent(), 0)
 
     def test_the_compositor_goes_away(self):

@@ -56,10 +56,7 @@ class Relay:
         self.listener.listen()
         threading.Thread(target=self.accept, daemon=True).start()
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
+    def close(self):
         self.listener.shutdown(socket.SHUT_RDWR)
         self.listener.close()
 

@@ -36,24 +36,21 @@ struct AgentTest : testing::Test {
     suite.values = stored;
     preferences.emplace(suite, runLoop);
     library.emplace(folder.path, std::nullopt, console);
-    const auto makePlayer = [this] {
-      auto made = std::make_unique<FakeVideoPlayer>();
-      player = made.get();
-      return made;
-    };
     manager.emplace(VideoPlayerManager::Services{*preferences, defaults, *library, finder, windowServer, center,
-                                                 runLoop, console, makePlayer,
+                                                 runLoop, console, [this] { return make(player); },
                                                  [this](std::size_t bound) { return random(bound); }});
     statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
-                                                 [this] {
-                                                   auto made = std::make_unique<FakeStatusItem>();
-                                                   statusItem = made.get();
-                                                   return made;
-                                                 },
-                                                 localize, "1.0.0 (1)",
+                                                 [this] { return make(statusItem); }, localize, "1.0.0 (1)",
                                                  [this] { delegate.checkUpdates(AppDelegate::Check::manual); }});
     delegate.applicationDidFinishLaunching();
     settle();
+  }
+  /// Makes one, and points to it.
+  template <typename Fake, typename... Arguments>
+  static std::unique_ptr<Fake> make(Fake*& pointer, Arguments&... arguments) {
+    auto made = std::make_unique<Fake>(arguments...);
+    pointer = made.get();
+    return made;
   }
   /// Runs what waits for the next turn of the run loop.
   void settle() { runLoop.advance(FakeRunLoop::Time(0)); }
@@ -108,12 +105,7 @@ struct AgentTest : testing::Test {
        [this](const AppDelegate::UpgradeCompletion& completion) { updateRequests.push_back(completion); },
        [this](const std::string& name) -> std::unique_ptr<InterfaceWindow> {
          windowLog += " " + name;
-         if (interfaceFilesAreMissing) {
-           return nullptr;
-         }
-         auto made = std::make_unique<FakeInterfaceWindow>(windowLog);
-         dialog = made.get();
-         return made;
+         return interfaceFilesAreMissing ? nullptr : make(dialog, windowLog);
        },
        localize}};
 };

@@ -10,8 +10,8 @@ namespace quilex::test {
 inline const std::string kHeartbeatReply =
     R"({"status":-1,"info":"grüße","data":{"ct":5,"time":{"st":1,"vt":[2,3],"tt":4},"msg":{"msg_bottom":{"msgid":1,)"
     R"("msg":"m","url":"u","color":"c","back":2},"msg_top":{"msgid":3,"tittle":"t","url":"v","color":{"show":"s",)"
-    R"("hover":"h","click":"k"},"point":4,"type":5,"back":6,"width":7,"height":8}},"upgrade":[null,1,"s",)"
-    R"({"a":[true]}],"speedlimit":9}})";
+    R"("hover":"h","click":"k"},"point":4,"type":5,"back":6,"width":7,"height":8}},"upgrade":[null,1,2.5,)"
+    R"(9.223372036854776e+18,"s",{"a":[true]}],"speedlimit":9}})";
 
 /// The time of day on a run loop's virtual clock, in a calendar of few days.
 struct FakeWallClock : WallClock {
