@@ -127,6 +127,15 @@ TEST_F(MpvPlayerTest, ASinglePictureThatIsRepeatedStays) {
   EXPECT_EQ(canvas.draws, 1);
 }
 
+TEST_F(MpvPlayerTest, WhatIsToBeRepeatedIsTriedAgainWhenItCouldNotBePlayed) {
+  player.setRepeating(true);
+  play(folder + "away.mp4");
+  EXPECT_TRUE(waitFor([&] { return statuses == kFailed; }));
+  std::filesystem::copy(red, folder + "away.mp4");
+  EXPECT_TRUE(waitFor([&] { return statuses.back() == PlayerItemStatus::readyToPlay; }));
+  EXPECT_EQ(canvas.colours, "r");
+}
+
 TEST_F(MpvPlayerTest, SoundIsHeardAtItsLinearAmplitudeAndADeviceIsOpenedOnlyForIt) {
   // A device that writes what it plays, as 32-bit floating point numbers, to a file (the ALSA library's "file" plugin).
   const std::string device = folder + "heard";

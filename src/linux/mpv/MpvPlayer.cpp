@@ -25,6 +25,10 @@ constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
 // The protocol under which the core finds the item's stream; the item's generation follows.
 constexpr const char* kProtocol = "quilex";
 
+/// Between two attempts to play an item that is to be repeated and cannot be.
+constexpr std::chrono::seconds kFirstRetry{2};
+constexpr std::chrono::seconds kLastRetry{60};
+
 struct Option {
   const char* name;
   const char* value;
@@ -113,6 +117,8 @@ MpvPlayer::MpvPlayer(VideoOutput& output)
         handOver();
       }) {
   patience.setSingleShot(true);
+  retry.setSingleShot(true);
+  QObject::connect(&retry, &QTimer::timeout, &retry, [this] { load(); });
   QObject::connect(&patience, &QTimer::timeout, &patience, [this] { refuse("its file system does not answer"); });
   mpv_set_wakeup_callback(
       core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
@@ -202,6 +208,7 @@ void MpvPlayer::setRepeating(bool repeats) {
     return;
   }
   repeating = repeats;
+  retry.stop();
   watchEnd();
   if (stream) {
     stream->setRepeating(repeats);
@@ -218,6 +225,8 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
     return;
   }
   complaints = file == item ? complaints : 0;
+  retryPause = kFirstRetry;
+  refusal.clear();
   item = file;
   status = PlayerItemStatus::unknown;
   suitable = MediaStream::Form::packets;
@@ -226,6 +235,7 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
 
 void MpvPlayer::load() {
   ++generation;
+  retry.stop();
   form = suitable;
   ended = false;
   playlistEntry = 0;
@@ -321,6 +331,8 @@ void MpvPlayer::handle(const mpv_event& event) {
       // A first frame (or sound) is there: after loading, and after each seek.
       if (started) {
         restarted = true;
+        retryPause = kFirstRetry;
+        refusal.clear();
         setStatus(PlayerItemStatus::readyToPlay);
         watchEnd();
       }
@@ -392,8 +404,15 @@ void MpvPlayer::failed() {
 void MpvPlayer::refuse(const char* reason) {
   patience.stop();
   stream->cancel();
-  std::fprintf(stderr, "cannot play %s: %s\n", item.c_str(), reason);
+  if (refusal != reason) {
+    refusal = reason;
+    std::fprintf(stderr, "cannot play %s: %s\n", item.c_str(), reason);
+  }
   commandAsync(core.get(), 0, {{"name", "stop"}});
+  if (repeating) {
+    retry.start(retryPause);
+    retryPause = std::min(2 * retryPause, kLastRetry);
+  }
   setStatus(PlayerItemStatus::failed);
 }
 

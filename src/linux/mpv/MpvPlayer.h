@@ -3,6 +3,7 @@
 #include <mpv/stream_cb.h>
 
 #include <QTimer>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -75,6 +76,10 @@ class MpvPlayer : public VideoPlayer {
   Wakeup streamOpened;
   /// Runs while an item is being opened.
   QTimer patience;
+  /// Runs while an item that is to be repeated cannot be played: a disk that was away comes back.
+  QTimer retry;
+  std::chrono::seconds retryPause{};
+  std::string refusal;
   std::shared_ptr<MediaStream> stream;
   /// What the item's stream carries, and what it should carry when it is loaded again.
   MediaStream::Form form = MediaStream::Form::packets;
