@@ -163,6 +163,15 @@ MediaInput::Opened MediaInput::open(const std::filesystem::path& file, Interrupt
 }
 
 MediaInput::Opened MediaInput::reopen() const {
+  MediaInput again(path, openFile, interrupted);
+  const AVInputFormat* const mov = av_find_input_format("mov");
+  // This format's header says all that the first packets would; to look at those takes decoding.
+  if (source->iformat == mov && again.openContext() >= 0 && again.source->iformat == mov &&
+      again.source->nb_streams == source->nb_streams) {
+    again.pictureIndex = pictureIndex;
+    again.soundIndex = soundIndex;
+    return again;
+  }
   return read(MediaInput(path, openFile, interrupted));
 }
 
