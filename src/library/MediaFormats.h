@@ -10,8 +10,8 @@ inline constexpr const char* kMediaFormats =
     "mov,matroska,webm,avi,mpegts,mpeg,mpegvideo,flv,live_flv,ogg,asf,gif,apng,webp_pipe,h264,hevc,av1,ivf,obu,nut,mxf,"
     "rm,dv,y4m,yuv4mpegpipe,m4v";
 
-/// The largest picture that is decoded, in pixels of any shape: four times an 8K screen in each direction would not
-/// fit into the memory of an ordinary machine.
+/// The largest picture that is decoded, in pixels of any shape. No monitor shows as much; a decoder that
+/// keeps several such pictures already needs about a gigabyte.
 inline constexpr std::int64_t kMostPixels = std::int64_t{8192} * 8192;
 
 }  // namespace quilex

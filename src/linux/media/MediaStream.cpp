@@ -22,8 +22,8 @@ constexpr std::size_t kMostAhead = std::size_t{512} * 1024;
 
 // Shared with the thread, which may outlive the stream.
 struct MediaStream::State {
-  State(std::filesystem::path name, Form wanted, bool repeats, std::function<void()> told)
-      : file(std::move(name)), form(wanted), repeating(repeats), opened(std::move(told)) {}
+  State(std::filesystem::path name, Form wanted, bool repeats, std::function<void()> whenOpened)
+      : file(std::move(name)), form(wanted), repeating(repeats), opened(std::move(whenOpened)) {}
 
   void run();
   void finish(Result facts);

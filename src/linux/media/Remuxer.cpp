@@ -332,9 +332,9 @@ bool Remuxer::writeSound(Held& held, std::int64_t end) {
   return write(sound, *held.packet);
 }
 
-// Opus predicts each packet from the one before, but for a change between its two coders, at which each forgets what it
-// was told (RFC 6716, section 4.5.2). A packet for the one and a packet for the other make the decoder as new; what
-// they sound like is skipped.
+// Writes two packets that bring an Opus decoder back to its first state. It predicts each packet from the one before,
+// except when a packet comes from the other of its two coders: then it starts afresh (RFC 6716, section 4.5.2). So
+// there is one packet of each coder. Their sound is skipped.
 bool Remuxer::writeReset() {
   constexpr std::array<std::array<std::uint8_t, 4>, 2> kPackets{{{0xf8, 0xff, 0xfe, 0}, {0x08, 0, 0, 0}}};
   for (const auto& bytes : kPackets) {

@@ -92,7 +92,7 @@ class MpvPlayer : public VideoPlayer {
   int complaints = 0;
   /// Counts the items handed to the core; answers that concern an older one are stale.
   std::uint64_t generation = 0;
-  /// The core's own name for the current item; 0 until it has told it.
+  /// The core's own number for the current item; 0 until its reply has come.
   std::int64_t playlistEntry = 0;
   /// Whether the core has turned to the current item.
   bool started = false;
