@@ -122,10 +122,17 @@ class SwayDesktop:
                 self.command("create_output")
                 self._wait(lambda: self._is_shown(name), "the output " + name)
             name = self.names[index]
-            self._ask(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
             self.configure(index, f"position {left} 0 scale 1 transform normal")
-            self._wait(lambda: self.outputs()[name] == (left, 0, *size), f"{name} at {mode}")
+            self._wait(lambda: self._has_mode(name, left, size), f"{name} at {mode}")
             left += size[0]
+
+    def _has_mode(self, name, left, size):
+        """Whether the output has that size and place; if it does not, its window is resized again. The outer sway gives
+        up a resize when the window has drawn itself in its former size meanwhile."""
+        if self.outputs()[name] == (left, 0, *size):
+            return True
+        self._ask(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
+        return False
 
     def unplug(self, index):
         name, self.names[index] = self.names[index], None
