@@ -99,6 +99,12 @@ class WaylandOutputs(Journey):
         session.write_settings(CurrentVideoSign="moving")
         session.desktop.set_monitors(["800x600", "1280x720"])
         self.moves(0, 1)
+
+        session.write_settings(IsOpenPlayer=False)
+        wait_for(lambda: not session.windows(), "a closed wallpaper")
+        session.desktop.set_monitors(self.monitors)
+        session.write_settings(IsOpenPlayer=True)
+        self.moves(0, 1)
         self.assertEqual(session.end_agent(), 0)
 
     def test_the_video_starts_again_when_all_is_covered_and_seen_again(self):

@@ -104,6 +104,16 @@ const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
   return found;
 }
 
+const WaylandOutput* WaylandConnection::outputNamed(const std::string& name) const {
+  const WaylandOutput* found = nullptr;
+  for (const auto& output : knownOutputs) {
+    if (output->isKnown() && (found == nullptr || output->name() == name)) {
+      found = output.get();
+    }
+  }
+  return found;
+}
+
 void WaylandConnection::removed(std::uint32_t name) {
   if (std::erase_if(knownOutputs, [&](const auto& output) { return output->global() == name; }) > 0) {
     observers.notify();

@@ -40,6 +40,8 @@ class WaylandConnection {
   const std::vector<std::unique_ptr<WaylandOutput>>& outputs() const { return knownOutputs; }
   /// The output that is that screen now; one of another name if it has come to stand in its place. Null if none has.
   const WaylandOutput* outputOf(const Screen& screen) const;
+  /// The output of that name, or any if there is none. Null without outputs.
+  const WaylandOutput* outputNamed(const std::string& name) const;
   /// Tells that outputs came, went or changed; for each of them.
   [[nodiscard]] Disposable observeOutputs(std::function<void()> handler) { return observers.add(std::move(handler)); }
 

@@ -50,14 +50,20 @@ void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::f
   fit();
 }
 
+// A hidden window stays as it is when monitors change. When it is shown again, that is where its screen was.
+const WaylandOutput* WaylandDesktopWindow::output() const {
+  const WaylandOutput* const exact = services.connection.outputOf(screen);
+  return exact != nullptr || shell ? exact : services.connection.outputNamed(screen.name);
+}
+
 // An output may get another scale, or another output its place, without any change of the frame that the screen is
 // known by.
 void WaylandDesktopWindow::fit() {
-  const WaylandOutput* const output = services.connection.outputOf(screen);
-  if (output == nullptr) {
+  const WaylandOutput* const place = output();
+  if (place == nullptr) {
     return;
   }
-  const Fit now{output->global(), output->horizontalScale(), output->verticalScale()};
+  const Fit now{place->global(), place->horizontalScale(), place->verticalScale()};
   const std::optional<Fit> before = std::exchange(fitted, now);
   if (before == now) {
     return;
@@ -108,8 +114,8 @@ void WaylandDesktopWindow::settle() {
 }
 
 void WaylandDesktopWindow::show() {
-  const WaylandOutput* const output = services.connection.outputOf(screen);
-  if (output == nullptr || reopening || !content || !content->isReady()) {
+  const WaylandOutput* const place = output();
+  if (place == nullptr || reopening || !content || !content->isReady()) {
     return;
   }
   WaylandConnection& connection = services.connection;
@@ -118,7 +124,7 @@ void WaylandDesktopWindow::show() {
   shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
   shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));
   shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
-      connection.layerShell(), shell->surface.get(), output->object(), layerOf(wantedOrder), "quilexhelper"));
+      connection.layerShell(), shell->surface.get(), place->object(), layerOf(wantedOrder), "quilexhelper"));
   zwlr_layer_surface_v1* const layer = shell->layerSurface.get();
   zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
   zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);

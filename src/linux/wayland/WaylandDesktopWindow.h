@@ -75,6 +75,7 @@ class WaylandDesktopWindow {
     bool operator==(const Fit&) const = default;
   };
 
+  const WaylandOutput* output() const;
   void fit();
   void show();
   void hide();
