@@ -204,7 +204,8 @@ void VideoPlayerManager::syncSign() {
     return;
   }
   const auto sign = list.current() != nullptr ? std::optional(list.current()->val.sign) : std::nullopt;
-  if (sign == services.preferences.playingVideoSign.get()) {
+  // A choice that is still to be followed is not overwritten.
+  if (sign == services.preferences.playingVideoSign.get() || services.preferences.isAnotherVideoChosen()) {
     return;
   }
   if (!sign && services.preferences.libraryWasEmptied()) {

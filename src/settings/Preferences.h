@@ -55,6 +55,9 @@ class Preferences {
   /// Applies to the properties what differs in the suite; run by the timer.
   void updateUserDefaultFromDisk();
 
+  /// Whether another process has chosen a video since the settings were last read. The next reading follows it.
+  bool isAnotherVideoChosen() const { return suite.string(Key::currentVideoSign) != playingVideoSign.get(); }
+
   /// Whether the library was emptied on purpose. Then there is no video that the settings could name.
   bool libraryWasEmptied() const { return suite.boolean(settings::kLibraryWasEmptied); }
   void setLibraryWasEmptied();

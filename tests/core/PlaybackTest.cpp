@@ -142,6 +142,14 @@ TEST_F(PlaybackTest, TheSignIsFollowedWhereItsFileExists) {
     EXPECT_EQ(commands(), expected) << "c has no file, and B plays on";
   }
   EXPECT_EQ(console.lines.back(), "delete c true");
+  preferences->playModel.set(1);
+  add({"D"});
+  libraryChanged();
+  suite.values[kSign] = "A"s;
+  end();
+  EXPECT_EQ(commands() + *suite.string(kSign), " DA") << "a choice that has not been read yet stays";
+  runLoop.advance(1s);
+  EXPECT_EQ(commands(), " pause A play") << "and is followed";
   EXPECT_DEATH(preferences->playingVideoSign.set(std::nullopt), "sign of the playing video");
 }
 

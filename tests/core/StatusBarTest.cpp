@@ -113,6 +113,7 @@ TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
   EXPECT_EQ(commands(), "");
   orders(0);
   preferences->playingVideoSign.assign("B");
+  suite.values["CurrentVideoSign"] = "B"s;
   workspace.answer(true);
   EXPECT_EQ(commands() + orders(0), " play back");
   EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
@@ -142,6 +143,7 @@ TEST_F(StatusBarTest, AChangeOfTheScreensBuildsTheMenuAnewOutOfTheSameItems) {
 TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
   launch({{"CurrentVideoSign", "A"s}});
   preferences->playingVideoSign.assign("B");
+  suite.values["CurrentVideoSign"] = "B"s;
   for (const std::string order : {" back", " front"}) {
     manager->setHideDesktopIcon(order == " front");
     commands();
