@@ -172,5 +172,9 @@ class SwayDesktop:
     def close(self):
         for server in (self.server, self.outer):
             server.terminate()
-            server.wait(timeout=DEADLINE)
+            try:
+                server.wait(timeout=DEADLINE)
+            except subprocess.TimeoutExpired:
+                server.kill()
+                server.wait()
         shutil.rmtree(self.folder, ignore_errors=True)

@@ -58,14 +58,12 @@ class Openings:
 
     def __init__(self, path):
         libc = ctypes.CDLL(None)
-        self.events = libc.inotify_init1(os.O_NONBLOCK)
-        libc.inotify_add_watch(self.events, os.fsencode(path), self.IN_OPEN)
+        # A file object, which closes itself: a user may have few of these descriptors.
+        self.events = os.fdopen(libc.inotify_init1(os.O_NONBLOCK), "rb", buffering=0)
+        libc.inotify_add_watch(self.events.fileno(), os.fsencode(path), self.IN_OPEN)
 
     def count(self):
-        try:
-            return len(os.read(self.events, 65536)) // self.SIZE
-        except BlockingIOError:
-            return 0
+        return len(self.events.read(65536) or b"") // self.SIZE
 
 
 class Canary:
