@@ -66,10 +66,6 @@ std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
   return entry != environment.informationDictionary.end() ? entry->second : std::nullopt;
 }
 
-std::filesystem::path settingsFile() {
-  return configHome() / AppInfo::groupIdentifier / "settings.json";
-}
-
 /// Empty, so that every request fails, when the bundle names no address that may be asked.
 std::string serviceURL(const AppEnvironment& environment) {
   const auto entry = serviceEntry(environment);

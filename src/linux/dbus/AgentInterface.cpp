@@ -13,10 +13,7 @@ using Dictionaries = QList<QVariantMap>;
 
 // A type of a member, how D-Bus calls its type, and the way there and back.
 template <typename Member>
-struct Wire {
-  static QVariant write(const Member& value) { return QVariant::fromValue(value); }
-  static Member read(const QVariant& value) { return value.value<Member>(); }
-};
+struct Wire;
 
 template <>
 struct Wire<std::string> {
@@ -117,9 +114,9 @@ struct MemberOf<Member AgentStatus::*> {
 };
 
 template <auto Pointer>
-AgentProperty property(const char* name, AgentProperty::Signals signals) {
+AgentProperty property(const char* name, AgentProperty::Change change) {
   using Type = Wire<typename MemberOf<decltype(Pointer)>::Type>;
-  return {name, Type::kSignature, signals, [](const AgentStatus& status) { return Type::write(status.*Pointer); },
+  return {name, Type::kSignature, change, [](const AgentStatus& status) { return Type::write(status.*Pointer); },
           [](AgentStatus& status, const QVariant& value) { status.*Pointer = Type::read(value); }};
 }
 
@@ -127,59 +124,59 @@ AgentProperty property(const char* name, AgentProperty::Signals signals) {
 
 const std::vector<AgentProperty>& agentProperties() {
   using Status = AgentStatus;
-  using enum AgentProperty::Signals;
+  using enum AgentProperty::Change;
   qDBusRegisterMetaType<Dictionary>();
   qDBusRegisterMetaType<Dictionaries>();
   static const std::vector<AgentProperty> table{
-      property<&Status::version>("Version", constant),
-      property<&Status::processId>("ProcessId", constant),
-      property<&Status::libraries>("Libraries", changes),
-      property<&Status::desktop>("Desktop", constant),
-      property<&Status::sessionType>("SessionType", constant),
-      property<&Status::backend>("Backend", constant),
-      property<&Status::backendReason>("BackendReason", constant),
-      property<&Status::renderer>("Renderer", constant),
-      property<&Status::rendererReason>("RendererReason", constant),
-      property<&Status::gpu>("Gpu", constant),
-      property<&Status::settingsFile>("SettingsFile", constant),
-      property<&Status::libraryFile>("LibraryFile", constant),
-      property<&Status::serviceAddress>("ServiceAddress", constant),
-      property<&Status::displays>("Displays", changes),
-      property<&Status::statusItem>("StatusItem", changes),
-      property<&Status::isOpen>("IsOpen", changes),
-      property<&Status::isPlaying>("IsPlaying", changes),
-      property<&Status::videoSign>("VideoSign", changes),
-      property<&Status::videoTitle>("VideoTitle", changes),
-      property<&Status::videoState>("VideoState", changes),
-      property<&Status::lastFailure>("LastFailure", changes),
-      property<&Status::decoder>("Decoder", changes),
-      property<&Status::hardwareDecoder>("HardwareDecoder", changes),
-      property<&Status::videoWidth>("VideoWidth", changes),
-      property<&Status::videoHeight>("VideoHeight", changes),
-      property<&Status::videoFrameRate>("VideoFrameRate", changes),
-      property<&Status::monitorArrange>("MonitorArrange", changes),
-      property<&Status::screenIndex>("ScreenIndex", changes),
-      property<&Status::playMode>("PlayMode", changes),
-      property<&Status::volume>("Volume", changes),
-      property<&Status::isMuted>("IsMuted", changes),
-      property<&Status::libraryVideos>("LibraryVideos", changes),
-      property<&Status::serviceAnswer>("ServiceAnswer", changes),
-      property<&Status::serviceAnswered>("ServiceAnswered", changes),
-      property<&Status::serviceAnswerTime>("ServiceAnswerTime", changes),
-      property<&Status::framesShown>("FramesShown", never),
-      property<&Status::framesDropped>("FramesDropped", never),
+      property<&Status::version>("Version", never),
+      property<&Status::processId>("ProcessId", never),
+      property<&Status::libraries>("Libraries", signalled),
+      property<&Status::desktop>("Desktop", never),
+      property<&Status::sessionType>("SessionType", never),
+      property<&Status::backend>("Backend", never),
+      property<&Status::backendReason>("BackendReason", never),
+      property<&Status::renderer>("Renderer", never),
+      property<&Status::rendererReason>("RendererReason", never),
+      property<&Status::gpu>("Gpu", never),
+      property<&Status::settingsFile>("SettingsFile", never),
+      property<&Status::libraryFile>("LibraryFile", never),
+      property<&Status::serviceAddress>("ServiceAddress", never),
+      property<&Status::displays>("Displays", signalled),
+      property<&Status::statusItem>("StatusItem", signalled),
+      property<&Status::isOpen>("IsOpen", signalled),
+      property<&Status::isPlaying>("IsPlaying", signalled),
+      property<&Status::videoSign>("VideoSign", signalled),
+      property<&Status::videoTitle>("VideoTitle", signalled),
+      property<&Status::videoState>("VideoState", signalled),
+      property<&Status::lastFailure>("LastFailure", signalled),
+      property<&Status::decoder>("Decoder", signalled),
+      property<&Status::hardwareDecoder>("HardwareDecoder", signalled),
+      property<&Status::videoWidth>("VideoWidth", signalled),
+      property<&Status::videoHeight>("VideoHeight", signalled),
+      property<&Status::videoFrameRate>("VideoFrameRate", signalled),
+      property<&Status::monitorArrange>("MonitorArrange", signalled),
+      property<&Status::screenIndex>("ScreenIndex", signalled),
+      property<&Status::playMode>("PlayMode", signalled),
+      property<&Status::volume>("Volume", signalled),
+      property<&Status::isMuted>("IsMuted", signalled),
+      property<&Status::libraryVideos>("LibraryVideos", signalled),
+      property<&Status::serviceAnswer>("ServiceAnswer", signalled),
+      property<&Status::serviceAnswered>("ServiceAnswered", signalled),
+      property<&Status::serviceAnswerTime>("ServiceAnswerTime", signalled),
+      property<&Status::framesShown>("FramesShown", silent),
+      property<&Status::framesDropped>("FramesDropped", silent),
   };
   return table;
 }
 
 std::string describeAgentInterface() {
-  const auto annotation = [](AgentProperty::Signals signals) {
-    switch (signals) {
-      case AgentProperty::Signals::constant:
+  const auto annotation = [](AgentProperty::Change change) {
+    switch (change) {
+      case AgentProperty::Change::never:
         return "const";
-      case AgentProperty::Signals::changes:
+      case AgentProperty::Change::signalled:
         return "true";
-      case AgentProperty::Signals::never:
+      case AgentProperty::Change::silent:
         break;
     }
     return "false";
@@ -188,7 +185,7 @@ std::string describeAgentInterface() {
   for (const AgentProperty& each : agentProperties()) {
     text += std::string("    <property name=\"") + each.name + "\" type=\"" + each.signature + "\" access=\"read\">\n" +
             "      <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"" +
-            annotation(each.signals) + "\"/>\n    </property>\n";
+            annotation(each.change) + "\"/>\n    </property>\n";
   }
   return text + "  </interface>\n";
 }

@@ -18,13 +18,13 @@ struct AgentInterface {
 
 /// A property of that interface, made of a member of the status and read back into it.
 struct AgentProperty {
-  /// As org.freedesktop.DBus.Property.EmitsChangedSignal says it: "const", "true", or "false" for one that is only read.
-  enum class Signals { constant, changes, never };
+  /// Whether it changes, and whether a change is signalled: silent ones would change all the time.
+  enum class Change { never, signalled, silent };
 
   const char* name;
   /// Of its type.
   const char* signature;
-  Signals signals;
+  Change change;
   QVariant (*get)(const AgentStatus& status);
   /// Ignores a value of another type.
   void (*set)(AgentStatus& status, const QVariant& value);

@@ -19,7 +19,7 @@ const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Proper
 QVariantMap values(const AgentStatus& status, bool onlySignalled) {
   QVariantMap all;
   for (const AgentProperty& each : agentProperties()) {
-    if (!onlySignalled || each.signals == AgentProperty::Signals::changes) {
+    if (!onlySignalled || each.change == AgentProperty::Change::signalled) {
       all[QLatin1String(each.name)] = each.get(status);
     }
   }
