@@ -185,9 +185,8 @@ Json makeReport(const Facts& facts, const std::string& home) {
   for (const char* section : {"displays", "drawing", "video"}) {
     report[section] = nullptr;
   }
-  report["settings"] = {{"file", facts.settings.path},
-                        {"bytes", facts.settings.size},
-                        {"health", healthWord(facts.settings)}};
+  report["settings"] = {
+      {"file", facts.settings.path}, {"bytes", facts.settings.size}, {"health", healthWord(facts.settings)}};
   report["library"] = {{"file", facts.library.path},
                        {"bytes", facts.library.size},
                        {"health", healthWord(facts.library)},

@@ -71,7 +71,8 @@ void addSettingsCommands(CLI::App& app, CommandLine& line) {
   auto* status = app.add_subcommand("status", "Tells what the agent is doing");
   status->callback([&line] { line.command = quilex::statusCommand; });
 
-  auto* doctor = app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
+  auto* doctor =
+      app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
   doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
   doctor->footer("For bug reports. It holds no names of videos, and ~ in place of your home folder.");
   doctor->callback([&line] {

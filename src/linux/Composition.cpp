@@ -90,9 +90,9 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
                                                                                    std::string backendReason,
                                                                                    std::function<void()> desktopLost) {
   Start start{std::move(desktop), std::move(backendReason), {}, std::make_unique<QtRunLoop>(), {}, {}};
-  for (const auto& [suite, file] : {std::pair(&start.suites.shared, settingsFile()),
-                                    std::pair(&start.suites.standardDefaults,
-                                              configHome() / settings::kStandardDefaultsFile)}) {
+  for (const auto& [suite, file] :
+       {std::pair(&start.suites.shared, settingsFile()),
+        std::pair(&start.suites.standardDefaults, configHome() / settings::kStandardDefaultsFile)}) {
     auto opened = JsonSettingsSuite::open(file, *start.loop);
     if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
       return Failure{error->message};
@@ -128,7 +128,8 @@ void Composition::reportStart(const Start& start) {
   report.update([&](AgentStatus& status) {
     status.version = appInfo().displayVersion();
     status.processId = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
-    status.libraries = {{"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
+    status.libraries = {
+        {"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
     status.desktop = variable("XDG_CURRENT_DESKTOP");
     status.sessionType = variable("XDG_SESSION_TYPE");
     status.backend = desktop->kind();

@@ -10,7 +10,8 @@ std::unique_ptr<Desktop> Desktop::open(std::string& refusal) {
     qCInfo(desktopLog, "Wayland is not used: %s", refusal.c_str());
     desktop = openX11Desktop();
   }
-  qCInfo(desktopLog, "plays on %s", desktop ? desktop->serverName() : "nothing: there is no X server with 24-bit colour");
+  qCInfo(desktopLog, "plays on %s",
+         desktop ? desktop->serverName() : "nothing: there is no X server with 24-bit colour");
   return desktop;
 }
 

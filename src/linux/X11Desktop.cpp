@@ -25,8 +25,7 @@ class X11Desktop : public Desktop {
   void start(std::function<void()> lost) override { x11->start(std::move(lost)); }
   std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) override {
     return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11->display(), static_cast<EGLint>(x11->visual()),
-                             {MPV_RENDER_PARAM_X11_DISPLAY, x11->display()}, allowed,
-                             refusal);
+                             {MPV_RENDER_PARAM_X11_DISPLAY, x11->display()}, allowed, refusal);
   }
   std::unique_ptr<Renderer> makeCpuRenderer() override { return std::make_unique<X11ShmRenderer>(*x11); }
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) override {

@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "app/AgentReport.h"
 #include "app/AppDelegate.h"
 #include "support/Fakes.h"
 
@@ -34,7 +35,9 @@ struct AgentTest : testing::Test {
     statusBar.reset();
     manager.reset();
     suite.values = stored;
+    reporting.clear();
     preferences.emplace(suite, runLoop);
+    reporting = reportSettings(*preferences, report);
     library.emplace(folder.path, std::nullopt, console);
     manager.emplace(VideoPlayerManager::Services{*preferences, defaults, *library, finder, windowServer, center,
                                                  runLoop, console, [this] { return make(player); },
@@ -81,6 +84,7 @@ struct AgentTest : testing::Test {
   FakeFileFinder finder{runLoop};
   FakeConsole console;
   StatusReport report;
+  std::vector<Disposable> reporting;
   FakeNotificationCenter center;
   FakeWindowServer windowServer;
   std::function<std::size_t(std::size_t)> random = [](std::size_t) { return 0U; };

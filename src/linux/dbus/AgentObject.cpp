@@ -28,11 +28,12 @@ QVariantMap values(const AgentStatus& status, bool onlySignalled) {
 
 }  // namespace
 
-AgentObject::AgentObject(StatusReport& theReport) : report(theReport), changes(report.observe([this] {
-  if (!signalling.isActive()) {
-    signalling.start();
-  }
-})) {
+AgentObject::AgentObject(StatusReport& theReport)
+    : report(theReport), changes(report.observe([this] {
+        if (!signalling.isActive()) {
+          signalling.start();
+        }
+      })) {
   signalling.setSingleShot(true);
   QObject::connect(&signalling, &QTimer::timeout, this, [this] { signalChanges(); });
   signalled = values(report.read(), true);

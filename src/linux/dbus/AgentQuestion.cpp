@@ -13,9 +13,9 @@ namespace {
 
 template <typename Value>
 QDBusReply<Value> callBus(const char* method, const QVariantList& arguments, std::chrono::milliseconds patience) {
-  auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                             QStringLiteral("/org/freedesktop/DBus"),
-                                             QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
+  auto call =
+      QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                     QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
   call.setArguments(arguments);
   return QDBusConnection::sessionBus().call(call, QDBus::Block, static_cast<int>(patience.count()));
 }
@@ -35,9 +35,9 @@ std::variant<AgentStatus, NoAgent> askAgent(std::chrono::milliseconds patience) 
   if (!isThere.value()) {
     return NoAgent{NoAgent::Reason::notRunning, {}};
   }
-  auto question = QDBusMessage::createMethodCall(service, QLatin1String(AgentInterface::kPath),
-                                                 QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                 QStringLiteral("GetAll"));
+  auto question =
+      QDBusMessage::createMethodCall(service, QLatin1String(AgentInterface::kPath),
+                                     QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"));
   question << QLatin1String(AgentInterface::kName);
   question.setAutoStartService(false);
   const QDBusReply<QVariantMap> reply = bus.call(question, QDBus::Block, static_cast<int>(patience.count()));

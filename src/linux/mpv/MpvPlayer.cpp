@@ -93,7 +93,10 @@ constexpr std::array kOptions{
 
 // The core's messages that are wanted: errors are always printed.
 const char* messageLevel() {
-  return mpvLog().isDebugEnabled() ? "debug" : mpvLog().isInfoEnabled() ? "info" : mpvLog().isWarningEnabled() ? "warn" : "error";
+  return mpvLog().isDebugEnabled()     ? "debug"
+         : mpvLog().isInfoEnabled()    ? "info"
+         : mpvLog().isWarningEnabled() ? "warn"
+                                       : "error";
 }
 
 void logMessage(const mpv_event_log_message& message) {
@@ -147,9 +150,12 @@ double cubicVolume(float amplitude) {
 }
 
 MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
-    : videoOutput(output), report(statusReport), core(makeCore()), sound(core.get()), wakeup([this] { drainEvents(); }), streamOpened([this] {
-        handOver();
-      }) {
+    : videoOutput(output),
+      report(statusReport),
+      core(makeCore()),
+      sound(core.get()),
+      wakeup([this] { drainEvents(); }),
+      streamOpened([this] { handOver(); }) {
   patience.setSingleShot(true);
   retry.setSingleShot(true);
   QObject::connect(&retry, &QTimer::timeout, &retry, [this] { load(); });

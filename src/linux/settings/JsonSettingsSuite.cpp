@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "app/PrivateFiles.h"
-#include "linux/qt/Log.h"
 #include "library/JSONCoding.h"
+#include "linux/qt/Log.h"
 
 namespace quilex {
 

@@ -67,8 +67,8 @@ std::vector<DisplayStatus> X11Monitors::describe() const {
 double X11Monitors::refreshRate(xcb_randr_output_t output) const {
   xcb_connection_t* const xcb = connection.xcb();
   const XcbPointer<xcb_randr_get_screen_resources_current_reply_t> resources(
-      xcb_randr_get_screen_resources_current_reply(
-          xcb, xcb_randr_get_screen_resources_current(xcb, connection.root()), nullptr));
+      xcb_randr_get_screen_resources_current_reply(xcb, xcb_randr_get_screen_resources_current(xcb, connection.root()),
+                                                   nullptr));
   const XcbPointer<xcb_randr_get_output_info_reply_t> info(xcb_randr_get_output_info_reply(
       xcb, xcb_randr_get_output_info(xcb, output, resources ? resources->config_timestamp : XCB_CURRENT_TIME),
       nullptr));

@@ -76,8 +76,7 @@ void X11WindowServer::checkOcclusion() {
 void X11WindowServer::handle(const xcb_generic_event_t& event) {
   const std::uint8_t type = eventType(event);
   const auto randr = monitors.firstEvent();
-  const bool isRandr =
-      randr && (type == *randr + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == *randr + XCB_RANDR_NOTIFY);
+  const bool isRandr = randr && (type == *randr + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == *randr + XCB_RANDR_NOTIFY);
   const bool isRootResize = type == XCB_CONFIGURE_NOTIFY &&
                             reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == connection.root();
   if ((isRandr || isRootResize) && !screensChanged) {
