@@ -25,7 +25,8 @@ int main(int argc, char** argv) {
   quilex::Renderer& pictures = *renderer;
   quilex::VideoOutput output(std::move(renderer));
   const auto server = desktop->makeWindowServer(output, pictures, runLoop);
-  quilex::MpvPlayer player(output);
+  quilex::StatusReport report;
+  quilex::MpvPlayer player(output, report);
   player.replaceCurrentItem(argv[1]);
 
   std::vector<std::unique_ptr<quilex::WallpaperWindow>> windows;

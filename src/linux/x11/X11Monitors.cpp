@@ -83,7 +83,7 @@ double X11Monitors::refreshRate(xcb_randr_output_t output) const {
     const double dots = double(mode.htotal) * mode.vtotal;
     if (controller && mode.id == controller->mode && dots > 0) {
       const bool isInterlaced = (mode.mode_flags & XCB_RANDR_MODE_FLAG_INTERLACE) != 0;
-      return std::round(1000 * mode.dot_clock / dots * (isInterlaced ? 2 : 1)) / 1000;
+      return std::round(1000.0 * mode.dot_clock / dots * (isInterlaced ? 2 : 1)) / 1000;
     }
   }
   return 0;
