@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "companion/Commands.h"
+#include "companion/Doctor.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 
@@ -69,6 +70,16 @@ void addSettingsCommands(CLI::App& app, CommandLine& line) {
 
   auto* status = app.add_subcommand("status", "Tells what the agent is doing");
   status->callback([&line] { line.command = quilex::statusCommand; });
+
+  auto* doctor =
+      app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
+  doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
+  doctor->footer("For bug reports. It has ~ in place of your home folder, and the name of a video file only if that cannot be played.");
+  doctor->callback([&line] {
+    line.command = [&line] {
+      return quilex::doctorCommand(line.asJSON ? quilex::ReportForm::json : quilex::ReportForm::text);
+    };
+  });
 }
 
 int run(int argc, char** argv) {

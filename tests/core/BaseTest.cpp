@@ -1,4 +1,5 @@
 #include "app/AppInfo.h"
+#include "app/MinuteCounter.h"
 #include "app/ObservableProperty.h"
 #include "support/Fakes.h"
 
@@ -61,6 +62,22 @@ TEST_F(ObservablePropertyTest, TokensOutliveAPropertyThatAHandlerDestroys) {
 }
 
 using Dictionary = std::map<std::string, std::optional<std::string>>;
+
+TEST(MinuteCounterTest, CountsTheLastSixtySecondsHoweverLongNobodyAsked) {
+  using Seconds = std::chrono::duration<double>;
+  const auto at = [](double seconds) {
+    return MinuteCounter::Time(std::chrono::duration_cast<MinuteCounter::Time::duration>(Seconds(seconds)));
+  };
+  MinuteCounter counter;
+  for (const double time : {1000.0, 1000.9, 1030.0}) {
+    counter.add(at(time), 2);
+  }
+  EXPECT_EQ(counter.lastMinute(at(1059.9)), 6);
+  EXPECT_EQ(counter.lastMinute(at(1060)), 2);
+  counter.add(at(1060));
+  EXPECT_EQ(counter.lastMinute(at(1090)), 1);
+  EXPECT_EQ(counter.lastMinute(at(5000)), 0);
+}
 
 TEST(AppInfoTest, VersionsNeedBothTextsOfTheBundle) {
   const std::string shortKey = "CFBundleShortVersionString", buildKey = "CFBundleVersion";

@@ -48,9 +48,15 @@ TEST_F(PlaybackTest, ThePlayModelChoosesWhatFollowsAnEndOrAFailure) {
   for (const std::int64_t model : {0, 1, 2, 7, -1}) {
     launch({{"PlayMode", model}, {kSign, "B"s}});
     status(PlayerItemStatus::readyToPlay);
+    EXPECT_EQ(report.read().videoSign + report.read().videoState, "Bready");
     end();
+    console.logged.clear();
     status(PlayerItemStatus::failed);
     const bool goesOn = model == 1 || model == 2;
+    // Why it failed, and what came next.
+    EXPECT_EQ(report.read().videoSign + report.read().videoState, goesOn ? "Aloading" : "Bfailed");
+    EXPECT_TRUE(console.logged.at(0).starts_with(goesOn ? "video C cannot" : "video B cannot"));
+    EXPECT_EQ(console.logged.back().starts_with("loads video A,"), goesOn);
     EXPECT_EQ(commands() + *suite.string(kSign), goesOn ? " play B C AA" : " play B seek seekB") << model;
   }
   preferences->playModel.set(1);
@@ -373,6 +379,8 @@ TEST_F(PlaybackTest, ThePlayerFollowsTheSettings) {
   EXPECT_EQ(orders(0), " front front");
   preferences->volume.set(0.25F);
   EXPECT_EQ(player->amplitude, 0.25F);
+  const AgentStatus told = report.read();
+  EXPECT_EQ(std::tuple(told.isOpen, told.isPlaying, told.volume, told.libraryVideos), std::tuple(true, true, 0.25, 1U));
 }
 
 TEST_F(PlaybackTest, TheWindowsFollowTheLayoutAndTheScreens) {

@@ -14,7 +14,8 @@
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  const auto desktop = quilex::Desktop::open();
+  std::string refusal;
+  const auto desktop = quilex::Desktop::open(refusal);
   if (!desktop || argc != 2) {
     return 1;
   }
@@ -24,7 +25,8 @@ int main(int argc, char** argv) {
   quilex::Renderer& pictures = *renderer;
   quilex::VideoOutput output(std::move(renderer));
   const auto server = desktop->makeWindowServer(output, pictures, runLoop);
-  quilex::MpvPlayer player(output);
+  quilex::StatusReport report;
+  quilex::MpvPlayer player(output, report);
   player.replaceCurrentItem(argv[1]);
 
   std::vector<std::unique_ptr<quilex::WallpaperWindow>> windows;
