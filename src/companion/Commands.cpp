@@ -12,6 +12,7 @@
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "library/FileURL.h"
+#include "linux/autostart/AutostartEntry.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "settings/SettingsKeys.h"
@@ -151,6 +152,19 @@ std::string meaningInForce(const SettingsSuite& suite, const char* key) {
     meanings.remove_prefix(end + 2);
   }
   return std::string(meanings.substr(0, meanings.find(';')));
+}
+
+// As the agent does it too, when it runs.
+Outcome setStartsAtLogin(bool starts) {
+  using State = AutostartEntry::Outcome::State;
+  const auto outcome = AutostartEntry::main().set(starts);
+  if (outcome.state == State::failed) {
+    return Failure{outcome.message};
+  }
+  if (outcome.state != State::done) {
+    printError(outcome.message);
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -330,7 +344,10 @@ Outcome setCommand(const std::string& key, const std::string& value) {
   if (auto refused = std::get<Setting>(found).set(settings.suite(), value)) {
     return refused;
   }
-  return settings.write();
+  if (auto failure = settings.write()) {
+    return failure;
+  }
+  return key == settings::kAutolaunch ? setStartsAtLogin(value == "true") : std::nullopt;
 }
 
 Outcome statusCommand() {
