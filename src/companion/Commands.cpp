@@ -28,14 +28,6 @@ Result<std::unique_ptr<VideoLibrary>> openLibrary() {
   return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
 }
 
-Result<Videos> readLibrary() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
-  }
-  return std::get<0>(opened)->videos();
-}
-
 void postLibraryChange() {
   DBusNotificationCenter().post("UpdateVideoList");
 }
@@ -139,19 +131,10 @@ std::string agentLine() {
   return "unknown: there is no D-Bus session bus";
 }
 
-// The part of a setting's meaning that goes with its value: the meanings of 0, 1, 2 are set apart by semicolons.
 std::string meaningInForce(const SettingsSuite& suite, const char* key) {
   const auto setting = std::get<Setting>(findSetting(key));
-  std::string_view meanings = setting.meaning;
-  std::string value = setting.value(suite);
-  for (std::string number = "0"; number != value; ++number[0]) {
-    const auto end = meanings.find("; ");
-    if (end == std::string_view::npos) {
-      return value;
-    }
-    meanings.remove_prefix(end + 2);
-  }
-  return std::string(meanings.substr(0, meanings.find(';')));
+  const std::string meaning = setting.meaningOf(suite.integer(key));
+  return meaning.empty() ? setting.value(suite) : meaning;
 }
 
 // As the agent does it too, when it runs.
@@ -168,6 +151,14 @@ Outcome setStartsAtLogin(bool starts) {
 }
 
 }  // namespace
+
+Result<Videos> readLibrary() {
+  auto opened = openLibrary();
+  if (auto* failure = std::get_if<Failure>(&opened)) {
+    return std::move(*failure);
+  }
+  return std::get<0>(opened)->videos();
+}
 
 std::string versionLine() {
   return "quilex " + AppInfo(LinuxBundle::main().environment()).displayVersion();
