@@ -12,6 +12,7 @@
 #include <variant>
 
 #include "app/AppDelegate.h"
+#include "linux/CommandLine.h"
 #include "linux/Composition.h"
 #include "linux/dbus/BusConnection.h"
 #include "linux/dbus/DBusNotificationCenter.h"
@@ -140,6 +141,10 @@ int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const auto read = quilex::readCommandLine(argc, argv);
+  if (const auto* ended = std::get_if<quilex::Ended>(&read)) {
+    return ended->status;
+  }
   quilex::EndDeadline& deadline = quilex::EndDeadline::shared();
   // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
   std::signal(SIGPIPE, SIG_IGN);
