@@ -42,7 +42,8 @@ class Help:
             elif not line:
                 entries = None
             elif entry:
-                entries.append([re.sub(r" (TEXT|REQUIRED)\b", "", entry[1]).replace(" ...", "..."), entry[2] or ""])
+                name = entry[1] if entries is self.lists["options"] else re.sub(r" (TEXT|REQUIRED)\b", "", entry[1])
+                entries.append([name.replace(" ...", "..."), entry[2] or ""])
             else:
                 entries[-1][1] = f"{entries[-1][1]} {line.strip()}".strip()
 
@@ -61,9 +62,9 @@ def verbatim(lines):
 
 
 def table(lines):
-    """Lines of three columns as terms with the values they take and what they mean; others as they stand."""
-    rows = [re.fullmatch(r" {2}(\S+) {2,}(\S.*?) {2,}(.*)", line) for line in lines]
-    return terms([(row[1], f"{row[2]}: {row[3]}") for row in rows]) if all(rows) else verbatim(lines)
+    """Lines of two or three columns as terms with the values they take, if given, and what they mean."""
+    rows = [re.fullmatch(r" {2}(\S+) {2,}(?:(\S.*?) {2,})?(\S.*)", line) for line in lines]
+    return terms([(row[1], f"{row[2]}: {row[3]}" if row[2] else row[3]) for row in rows]) if all(rows) else verbatim(lines)
 
 
 def make_page(program, brief, supplement):
@@ -72,22 +73,26 @@ def make_page(program, brief, supplement):
     overview = Help(ask(program, "--help"))
     page = [f'.TH {name.upper()} 1 "" "{name} {version}" "User Commands"', ".SH NAME", rf"{name} \- {brief}"]
     page += [".SH SYNOPSIS", f".B {roff(overview.usage)}", ".SH DESCRIPTION", roff(overview.about)]
-    page += verbatim(overview.rest) + [".SH OPTIONS", *terms(overview.lists["options"])]
-    # What several commands say alike at their end is said once.
-    shared = {}
-    if overview.lists["subcommands"]:
-        page.append(".SH COMMANDS")
+    # A list with a heading of its own becomes a section, once for all the commands that end with it.
+    sections = {}
+
+    def rest(text):
+        if text.rest and text.rest[0].endswith(":"):
+            sections[".SH " + text.rest[0].rstrip(":").upper()] = table(text.rest[1:])
+            return []
+        return [".PP", *map(roff, text.rest)] if text.rest else []
+
+    page += rest(overview) + [".SH OPTIONS", *terms(overview.lists["options"])]
+    page += [".SH COMMANDS"] if overview.lists["subcommands"] else []
     for command, _ in overview.lists["subcommands"]:
         text = Help(ask(program, command, "--help"))
         options = [entry for entry in text.lists["options"] if "--help" not in entry[0]]
-        page += [f".SS {roff(text.usage.replace(' [OPTIONS]', ' [OPTIONS]' if options else ''))}", roff(text.about)]
-        page += terms(text.lists["positionals"] + options)
-        if text.rest and text.rest[0].endswith(":"):
-            shared[text.rest[0].rstrip(":")] = text.rest[1:]
-        elif text.rest:
-            page += [".PP", *map(roff, text.rest)]
-    for heading, lines in shared.items():
-        page += [f".SH {heading.upper()}", *table(lines)]
+        page += [f".SS {roff(text.usage if options else text.usage.replace(' [OPTIONS]', ''))}", roff(text.about)]
+        page += terms(text.lists["positionals"] + options) + rest(text)
+    for heading, lines in sections.items():
+        page += [heading, *lines]
+        # The supplement may go on with the last one.
+        supplement = supplement.removeprefix(heading + "\n")
     return "\n".join(page) + "\n" + supplement
 
 
