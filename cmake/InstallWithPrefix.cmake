@@ -1,5 +1,5 @@
-# Run while installing: installs a file that names the folder of the programs. Takes `template`; `configured`, where the
-# finished file is made; `folder` and `programs`, both below the prefix.
+# Run while installing: installs a file that names the folder of the programs. Takes `template`, and `target` and
+# `programs`, both below the prefix.
 set(bin "${CMAKE_INSTALL_PREFIX}/${programs}")
 set(quote "")
 if(bin MATCHES "[\"`$%\\\\\n]")
@@ -7,5 +7,6 @@ if(bin MATCHES "[\"`$%\\\\\n]")
 elseif(NOT bin MATCHES "^[A-Za-z0-9/._+-]+$")
   set(quote "\"")
 endif()
-configure_file("${template}" "${configured}" @ONLY)
-file(INSTALL "${configured}" DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}")
+message(STATUS "Installing: $ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${target}")
+configure_file("${template}" "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${target}" @ONLY)
+list(APPEND CMAKE_INSTALL_MANIFEST_FILES "${CMAKE_INSTALL_PREFIX}/${target}")

@@ -70,7 +70,7 @@ std::string entryFor(const std::string& installed, const fs::path& agent) {
     }
     entry += line + "\n";
   }
-  return entry.append(kDigestKey).append(digest(entry)) + "\n";
+  return entry + std::string(kDigestKey) + digest(entry) + "\n";
 }
 
 Outcome failure(const fs::path& file, const char* what, const std::string& reason) {
