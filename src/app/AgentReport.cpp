@@ -5,7 +5,7 @@ namespace quilex {
 namespace {
 
 template <typename Value, typename Reported>
-Disposable follow(ObservableProperty<Value>& property, StatusReport& report, Reported AgentStatus::* member) {
+Disposable follow(ObservableProperty<Value>& property, StatusReport& report, Reported AgentStatus::*member) {
   const auto write = [&report, member](const Value& value) {
     report.update([&](AgentStatus& status) { status.*member = static_cast<Reported>(value); });
   };

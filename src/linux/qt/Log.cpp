@@ -63,7 +63,8 @@ void write(QtMsgType type, const QMessageLogContext& context, const QString& tex
   const QByteArray time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs).toLatin1();
   // Names of files and words of a server may hold anything.
   QString clean = text.trimmed();
-  std::ranges::replace_if(clean, [](QChar each) { return each.category() == QChar::Other_Control; }, QChar(' '));
+  std::ranges::replace_if(
+      clean, [](QChar each) { return each.category() == QChar::Other_Control; }, QChar(' '));
   const std::string priority = leadsToJournal ? "<" + std::to_string(level->priority) + ">" : "";
   const auto room = category.substr(kPrefix.size());
   std::fprintf(stderr, "%s%s %s %.*s: %s\n", priority.c_str(), time.constData(), level->name,
