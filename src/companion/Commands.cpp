@@ -110,33 +110,6 @@ Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& rem
   return settings.write();
 }
 
-std::string playingLine(const SettingsSuite& suite, const Videos& videos) {
-  const std::string sign = valueInForce(suite, settings::kCurrentVideoSign);
-  const auto video = std::ranges::find(videos, sign, &VideoDetail::sign);
-  if (video != videos.end()) {
-    return cleanText(video->title + " (" + sign + ")");
-  }
-  return sign.empty() ? "none chosen" : cleanText("not in the library (" + sign + ")");
-}
-
-std::string agentLine() {
-  switch (agentPresence()) {
-    case AgentPresence::running:
-      return "running";
-    case AgentPresence::absent:
-      return "not running";
-    case AgentPresence::noBus:
-      break;
-  }
-  return "unknown: there is no D-Bus session bus";
-}
-
-std::string meaningInForce(const SettingsSuite& suite, const char* key) {
-  const auto setting = std::get<Setting>(findSetting(key));
-  const std::string meaning = setting.meaningOf(suite.integer(key));
-  return meaning.empty() ? setting.value(suite) : meaning;
-}
-
 // As the agent does it too, when it runs.
 Outcome setStartsAtLogin(bool starts) {
   using State = AutostartEntry::Outcome::State;
@@ -339,36 +312,6 @@ Outcome setCommand(const std::string& key, const std::string& value) {
     return failure;
   }
   return key == settings::kAutolaunch ? setStartsAtLogin(value == "true") : std::nullopt;
-}
-
-Outcome statusCommand() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
-  }
-  auto read = std::get<0>(opened)->videos();
-  if (auto* failure = std::get_if<Failure>(&read)) {
-    return std::move(*failure);
-  }
-  auto openedSettings = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&openedSettings)) {
-    return std::move(*failure);
-  }
-  const auto& suite = std::get<0>(openedSettings)->suite();
-  const auto& videos = std::get<Videos>(read);
-  const auto isSet = [&](const char* key) { return valueInForce(suite, key) == "true"; };
-  printLine("agent:       " + agentLine());
-  printLine("video:       " + playingLine(suite, videos));
-  printLine(std::string("wallpaper:   ") + (isSet(settings::kIsOpenPlayer) ? "open" : "closed") + ", " +
-            (isSet(settings::kIsPlaying) ? "playing" : "paused"));
-  printLine("arrangement: " + meaningInForce(suite, settings::kMonitorArrange) + " (ScreenIndex " +
-            valueInForce(suite, settings::kScreenIndex) + ")");
-  printLine("mode:        " + meaningInForce(suite, settings::kPlayMode));
-  printLine("volume:      " + valueInForce(suite, settings::kVolume) +
-            (isSet(settings::kMute) ? ", muted" : ", not muted"));
-  printLine("library:     " + std::to_string(videos.size()) + (videos.size() == 1 ? " video, " : " videos, ") +
-            cleanText(std::get<0>(opened)->file().string()));
-  return std::nullopt;
 }
 
 }  // namespace quilex

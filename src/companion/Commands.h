@@ -27,6 +27,7 @@ Outcome removeCommand(const std::vector<std::string>& names);
 /// With no key, all settings.
 Outcome getCommand(const std::string& key);
 Outcome setCommand(const std::string& key, const std::string& value);
+/// What the agent says of itself; without one, what the settings and the library have it do.
 Outcome statusCommand();
 
 }  // namespace quilex

@@ -9,6 +9,7 @@
 
 #include "companion/Commands.h"
 #include "companion/Completion.h"
+#include "companion/Doctor.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 
@@ -68,6 +69,15 @@ void addSettingsCommands(CLI::App& app, CommandLine& line) {
 
   auto* status = app.add_subcommand("status", "Tells what the agent is doing");
   status->callback([&line] { line.command = quilex::statusCommand; });
+
+  auto* doctor = app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
+  doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
+  doctor->footer("For bug reports. It holds no names of videos, and ~ in place of your home folder.");
+  doctor->callback([&line] {
+    line.command = [&line] {
+      return quilex::doctorCommand(line.asJSON ? quilex::ReportForm::json : quilex::ReportForm::text);
+    };
+  });
 }
 
 int run(int argc, char** argv) {

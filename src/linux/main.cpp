@@ -7,6 +7,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 #include <variant>
@@ -79,11 +80,11 @@ void installMessageHandler() {
   qInstallMessageHandler(toolkitMessage);
 }
 
-int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
+int runAgent(std::unique_ptr<quilex::Desktop> desktop, const std::string& backendReason) {
   int status = EXIT_SUCCESS;
   serverName = desktop->serverName();
   installMessageHandler();
-  auto made = Composition::make(std::move(desktop), [&status] {
+  auto made = Composition::make(std::move(desktop), backendReason, [&status] {
     desktopLost();
     status = EXIT_FAILURE;
     QCoreApplication::quit();
@@ -121,7 +122,7 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   return status;
 }
 
-int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
+int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, const std::string& backendReason, bool busIsSilent) {
   switch (quilex::claimInstanceName()) {
     case quilex::InstanceState::first:
       break;
@@ -135,7 +136,7 @@ int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
                    busIsSilent ? "the D-Bus session bus does not answer" : "no D-Bus session bus");
       break;
   }
-  return runAgent(std::move(desktop));
+  return runAgent(std::move(desktop), backendReason);
 }
 
 }  // namespace
@@ -149,7 +150,8 @@ int main(int argc, char** argv) {
   // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
   std::signal(SIGPIPE, SIG_IGN);
   // The toolkit would end the process without a word of ours if there were no desktop.
-  auto desktop = quilex::Desktop::open();
+  std::string backendReason;
+  auto desktop = quilex::Desktop::open(backendReason);
   if (!desktop) {
     std::fputs(
         "quilexhelper: no desktop to play on: neither a Wayland compositor with a layer shell at WAYLAND_DISPLAY, nor "
@@ -181,7 +183,7 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = deadline.observe([] { QCoreApplication::quit(); });
 
-  const int status = claimAndRun(std::move(desktop), busIsSilent);
+  const int status = claimAndRun(std::move(desktop), backendReason, busIsSilent);
   // What the toolkit still does may hang too.
   deadline.begin(status);
   return status;

@@ -132,8 +132,10 @@ struct FakeSettingsSuite : SettingsSuite {
 struct FakeConsole : Console {
   std::vector<std::string> lines;
   std::vector<std::string> warnings;
+  std::vector<std::string> logged;
   void print(std::string_view line) override { lines.emplace_back(line); }
   void warn(std::string_view line) override { warnings.emplace_back(line); }
+  void log(LogLevel /*level*/, std::string_view line) override { logged.emplace_back(line); }
 };
 
 struct FakeNotificationCenter : DistributedNotificationCenter {
