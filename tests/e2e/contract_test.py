@@ -95,6 +95,12 @@ class Contract(InstalledJourney):
         entries = [pathlib.Path(each).stem for each in (self.prefix / "share/applications").iterdir()]
         self.assertEqual(sorted(entries), sorted([agent, names['the desktop entry that the menu\'s "Main Window" starts']]))
 
+    def test_what_people_are_said_to_see_is_what_the_programs_say(self):
+        pieces = [path.read_text() for path in (SOURCE / "src").rglob("*.cpp")]
+        said = re.sub(r'"\s*\n\s*"', "", "\n".join(pieces))
+        for phrase in re.findall(r'"([^"\n]+)"', (SOURCE / "docs/troubleshooting.md").read_text()):
+            self.assertIn(phrase, said)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
