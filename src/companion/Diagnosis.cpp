@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <ctime>
 
 #include "companion/Text.h"
@@ -86,7 +87,6 @@ void addAgent(const Facts& facts, const AgentStatus& agent, Json& report) {
                      {"playing", agent.isPlaying},
                      {"width", agent.videoWidth},
                      {"height", agent.videoHeight},
-                     {"frameRate", agent.videoFrameRate},
                      {"decoder", agent.decoder},
                      {"hardwareDecoder", agent.hardwareDecoder},
                      {"lastFailure", agent.lastFailure}};
@@ -142,8 +142,12 @@ std::string words(const Json& value) {
     const auto text = value.get<std::string>();
     return text.empty() ? "-" : text;
   }
+  if (value.is_number_float()) {
+    char digits[64];
+    return {digits, std::to_chars(digits, digits + sizeof digits, value.get<double>()).ptr};
+  }
   if (!value.is_structured()) {
-    return value.is_null() ? kUnknown : Json(value).dump();
+    return value.is_null() ? kUnknown : value.dump();
   }
   std::vector<std::string> parts;
   for (const auto& [key, each] : value.items()) {

@@ -43,8 +43,8 @@ Result<AgentStatus> statusOfFiles() {
   AgentStatus status;
   status.videoSign = value(settings::kCurrentVideoSign);
   const auto video = std::ranges::find(videos, status.videoSign, &VideoDetail::sign);
-  status.videoTitle = video != videos.end() ? video->title : "";
-  status.videoState = status.videoSign.empty() ? "none chosen" : video == videos.end() ? "not in the library" : "";
+  status.videoTitle = video != videos.end() ? video->title : "not in the library";
+  status.videoState = "ready";
   status.isOpen = value(settings::kIsOpenPlayer) == "true";
   status.isPlaying = value(settings::kIsPlaying) == "true";
   status.monitorArrange = static_cast<std::int32_t>(suite.integer(settings::kMonitorArrange));
@@ -75,12 +75,11 @@ std::string agentLine(const std::variant<AgentStatus, NoAgent>& answer) {
 
 // The current video, and how it is where that is worth a word.
 std::string videoLine(const AgentStatus& status) {
-  const std::string sign = status.videoSign.empty() ? "" : " (" + status.videoSign + ")";
-  const std::string& state = status.videoState;
-  if (state == "loading" || state == "failed") {
-    return status.videoTitle + sign + (state == "failed" ? ", cannot be played" : ", loading");
+  if (status.videoSign.empty()) {
+    return "none chosen";
   }
-  return (sign.empty() || status.videoTitle.empty() ? state : status.videoTitle) + sign;
+  const std::string& state = status.videoState;
+  return status.videoTitle + " (" + status.videoSign + ")" + (state == "ready" ? "" : ", " + state);
 }
 
 std::string meaningOf(const char* key, std::int32_t value) {

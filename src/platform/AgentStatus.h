@@ -68,8 +68,6 @@ struct AgentStatus {
   /// In pixels.
   std::int32_t videoWidth = 0;
   std::int32_t videoHeight = 0;
-  /// As the file says it.
-  double videoFrameRate = 0;
   /// Raw values of the settings.
   std::int32_t monitorArrange = 0;
   std::int32_t screenIndex = 0;

@@ -85,7 +85,7 @@ void VideoPlayerManager::rebuildPlaylist() {
   if (const auto& sign = services.preferences.playingVideoSign.get()) {
     list.moveTo(*sign);
   }
-  services.console.log(LogLevel::debug, "the playlist has " + std::to_string(list.size()) + " videos");
+  services.console.log(LogLevel::debug, "videos in the playlist: " + std::to_string(list.size()));
   services.report.update([&](AgentStatus& status) { status.libraryVideos = static_cast<std::uint32_t>(list.size()); });
   updateRepeating();
 }

@@ -153,7 +153,6 @@ const std::vector<AgentProperty>& agentProperties() {
       property<&Status::hardwareDecoder>("HardwareDecoder", signalled),
       property<&Status::videoWidth>("VideoWidth", signalled),
       property<&Status::videoHeight>("VideoHeight", signalled),
-      property<&Status::videoFrameRate>("VideoFrameRate", signalled),
       property<&Status::monitorArrange>("MonitorArrange", signalled),
       property<&Status::screenIndex>("ScreenIndex", signalled),
       property<&Status::playMode>("PlayMode", signalled),

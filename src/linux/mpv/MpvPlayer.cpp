@@ -25,9 +25,8 @@ constexpr std::uint64_t kDecoder = 4;
 constexpr std::uint64_t kHardwareDecoder = 5;
 constexpr std::uint64_t kWidth = 6;
 constexpr std::uint64_t kHeight = 7;
-constexpr std::uint64_t kFrameRate = 8;
-constexpr std::uint64_t kDroppedUndecoded = 9;
-constexpr std::uint64_t kDroppedUnshown = 10;
+constexpr std::uint64_t kDroppedUndecoded = 8;
+constexpr std::uint64_t kDroppedUnshown = 9;
 constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
 
 // The protocol under which the core finds the item's stream; the item's generation follows.
@@ -109,9 +108,12 @@ void logMessage(const mpv_event_log_message& message) {
 
 void reportVersions(mpv_handle* core, StatusReport& report) {
   for (const auto& [name, property] : {std::pair("mpv", "mpv-version"), std::pair("FFmpeg", "ffmpeg-version")}) {
-    if (char* const version = mpv_get_property_string(core, property)) {
+    if (char* const text = mpv_get_property_string(core, property)) {
+      // "mpv 0.35.1" or "0.35.1".
+      std::string version = text;
+      mpv_free(text);
+      version.erase(0, version.rfind(' ') + 1);
       report.update([&](AgentStatus& status) { status.libraries[name] = version; });
-      mpv_free(version);
     }
   }
 }
@@ -163,7 +165,6 @@ MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
   mpv_observe_property(core.get(), kHardwareDecoder, "hwdec-current", MPV_FORMAT_STRING);
   mpv_observe_property(core.get(), kWidth, "width", MPV_FORMAT_INT64);
   mpv_observe_property(core.get(), kHeight, "height", MPV_FORMAT_INT64);
-  mpv_observe_property(core.get(), kFrameRate, "container-fps", MPV_FORMAT_DOUBLE);
   mpv_observe_property(core.get(), kDroppedUndecoded, "decoder-frame-drop-count", MPV_FORMAT_INT64);
   mpv_observe_property(core.get(), kDroppedUnshown, "frame-drop-count", MPV_FORMAT_INT64);
   if (mpv_stream_cb_add_ro(core.get(), kProtocol, &offer, openOffered) < 0) {
@@ -414,9 +415,6 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
       break;
     case kHeight:
       write(&AgentStatus::videoHeight, static_cast<std::int32_t>(number()));
-      break;
-    case kFrameRate:
-      write(&AgentStatus::videoFrameRate, *static_cast<const double*>(change.data));
       break;
     case kDroppedUndecoded:
       framesDropped(droppedUndecoded, number());
