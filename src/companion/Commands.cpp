@@ -12,6 +12,7 @@
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "library/FileURL.h"
+#include "linux/autostart/AutostartEntry.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "settings/SettingsKeys.h"
@@ -25,14 +26,6 @@ using Videos = std::vector<VideoDetail>;
 Result<std::unique_ptr<VideoLibrary>> openLibrary() {
   const LinuxBundle bundle = LinuxBundle::main();
   return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
-}
-
-Result<Videos> readLibrary() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
-  }
-  return std::get<0>(opened)->videos();
 }
 
 void postLibraryChange() {
@@ -117,7 +110,28 @@ Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& rem
   return settings.write();
 }
 
+// As the agent does it too, when it runs.
+Outcome setStartsAtLogin(bool starts) {
+  using State = AutostartEntry::Outcome::State;
+  const auto outcome = AutostartEntry::main().set(starts);
+  if (outcome.state == State::failed) {
+    return Failure{outcome.message};
+  }
+  if (outcome.state != State::done) {
+    printError(outcome.message);
+  }
+  return std::nullopt;
+}
+
 }  // namespace
+
+Result<Videos> readLibrary() {
+  auto opened = openLibrary();
+  if (auto* failure = std::get_if<Failure>(&opened)) {
+    return std::move(*failure);
+  }
+  return std::get<0>(opened)->videos();
+}
 
 std::string versionLine() {
   return "quilex " + AppInfo(LinuxBundle::main().environment()).displayVersion();
@@ -294,7 +308,10 @@ Outcome setCommand(const std::string& key, const std::string& value) {
   if (auto refused = std::get<Setting>(found).set(settings.suite(), value)) {
     return refused;
   }
-  return settings.write();
+  if (auto failure = settings.write()) {
+    return failure;
+  }
+  return key == settings::kAutolaunch ? setStartsAtLogin(value == "true") : std::nullopt;
 }
 
 }  // namespace quilex

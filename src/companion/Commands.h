@@ -4,11 +4,15 @@
 #include <vector>
 
 #include "companion/Result.h"
+#include "library/VideoDetail.h"
 
 namespace quilex {
 
 /// How much of a list is asked for.
 enum class ListForm { table, json };
+
+/// The videos of the user's library, which is put there first if it is missing.
+Result<std::vector<VideoDetail>> readLibrary();
 
 /// The program's name and version.
 std::string versionLine();

@@ -82,18 +82,9 @@ std::string videoLine(const AgentStatus& status) {
   return status.videoTitle + " (" + status.videoSign + ")" + (state == "ready" ? "" : ", " + state);
 }
 
-// The part of a setting's meaning that goes with its value: the meanings of 0, 1, 2 are set apart by semicolons.
 std::string meaningOf(const char* key, std::int32_t value) {
-  const auto setting = std::get<Setting>(findSetting(key));
-  std::string_view meanings = setting.meaning;
-  for (std::int32_t number = 0; number != value; ++number) {
-    const auto end = meanings.find("; ");
-    if (end == std::string_view::npos) {
-      return std::to_string(value);
-    }
-    meanings.remove_prefix(end + 2);
-  }
-  return std::string(meanings.substr(0, meanings.find(';')));
+  const std::string meaning = std::get<Setting>(findSetting(key)).meaningOf(value);
+  return meaning.empty() ? std::to_string(value) : meaning;
 }
 
 // The shortest number that stands for the setting.

@@ -99,8 +99,8 @@ class Composition {
   ThreadedFileFinder fileFinder{*runLoop};
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
-  LinuxWorkspace session;
   QtBackgroundWork backgroundWork;
+  LinuxWorkspace session{backgroundWork};
   LocalWallClock wallClock;
   NotificationCenter processNotifications;
   Suites suites;

@@ -155,6 +155,9 @@ TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
   delegate.applicationDidChangeOcclusionState();
   EXPECT_EQ(commands(), " A play");
   delegate.applicationDidResignActive();
+  EXPECT_EQ(workspace.startsAtLogin, true) << "from the launch on";
+  preferences->autolaunch.set(false);
+  EXPECT_EQ(workspace.startsAtLogin, false);
   for (auto* setting : {&preferences->isPlaying, &preferences->isOpenPlayer}) {
     setting->set(false);
     commands();

@@ -258,6 +258,8 @@ struct FakeWorkspace : Workspace {
     }
     answer = std::move(done);
   }
+  std::optional<bool> startsAtLogin;
+  void setStartsAtLogin(bool starts) override { startsAtLogin = starts; }
   void terminate() override { log += " terminate"; }
   Disposable observeWake(Handler handler) override { return wakeObservers.add(std::move(handler)); }
   Disposable observeResignActive(Handler handler) override { return resignObservers.add(std::move(handler)); }
