@@ -16,7 +16,10 @@ import time
 from PIL import Image
 
 DEADLINE = 20  # seconds
-OUTER = 'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\n'
+# The windows lie side by side, a place for each monitor, on an output that all of them reach into: what another window
+# covers is not drawn. It is flat, because its pixels cost memory.
+PLACE = 4096
+OUTER = f'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\noutput * mode --custom {7 * PLACE}x16\n'
 INNER = "default_border none\nxwayland disable\n"
 INITIAL_NAME = "WL-1"
 
@@ -124,6 +127,8 @@ class SwayDesktop:
             name = self.names[index]
             self.configure(index, f"position {left} 0 scale 1 transform normal")
             self._wait(lambda: self._has_mode(name, left, size), f"{name} at {mode}")
+            # Its window keeps its middle when it is resized.
+            self._ask(self.outer_socket, f'[title="{name}$"] move absolute position {index * PLACE} 0')
             left += size[0]
 
     def _has_mode(self, name, left, size):
