@@ -12,6 +12,9 @@ void AppDelegate::applicationDidFinishLaunching() {
   plays = true;
   services.statusBarManager().buildStatusMenu();
   wake.emplace(services.workspace.observeWake([this] { didWakeNotification(); }));
+  auto& autolaunch = services.preferences().autolaunch;
+  login.emplace(autolaunch.observe([this](bool starts) { services.workspace.setStartsAtLogin(starts); }));
+  services.workspace.setStartsAtLogin(autolaunch.get());
   checkUpdates(Check::automatic);
 }
 

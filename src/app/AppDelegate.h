@@ -58,7 +58,7 @@ class AppDelegate {
   AppDelegate& operator=(const AppDelegate&) = delete;
 
   /// Builds the wallpaper windows and starts playback, then builds the status menu, then listens for the machine's
-  /// wake, and at last checks for updates.
+  /// wake, has the start at login follow its setting, and at last checks for updates.
   void applicationDidFinishLaunching();
   /// Tells the main application that the agent is gone; once, however often it is called.
   void applicationWillTerminate();
@@ -94,6 +94,7 @@ class AppDelegate {
   /// The last offer, whether or not it is still shown.
   std::unique_ptr<UpgradeWindowController> upgradeWC;
   std::optional<Disposable> wake;
+  std::optional<Disposable> login;
   std::deque<Outcome> outcomes;
   std::optional<Disposable> mainQueue;
   bool plays = false;

@@ -40,20 +40,20 @@ AppInfo::AppInfo(AppEnvironment environment)
   }
 }
 
-std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
-  std::filesystem::path result;
+std::filesystem::path AppInfo::location(SearchPathDirectory kind) const {
   if (facts.groupContainer) {
-    result = *facts.groupContainer;
-    if (const std::string name = nameInContainer(kind); !name.empty()) {
-      result /= name;
-    }
-  } else {
-    const auto candidates = facts.userDirectories(kind);
-    if (candidates.empty()) {
-      fatalError("the user has no directory of the kind asked for");
-    }
-    result = candidates.front() / stringFor(facts, "CFBundleIdentifier").value_or("Quilex");
+    const std::string name = nameInContainer(kind);
+    return name.empty() ? *facts.groupContainer : *facts.groupContainer / name;
   }
+  const auto candidates = facts.userDirectories(kind);
+  if (candidates.empty()) {
+    fatalError("the user has no directory of the kind asked for");
+  }
+  return candidates.front() / stringFor(facts, "CFBundleIdentifier").value_or("Quilex");
+}
+
+std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
+  std::filesystem::path result = location(kind);
   createPrivateFolder(result);
   return result;
 }

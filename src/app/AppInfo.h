@@ -40,7 +40,9 @@ class AppInfo {
   /// Short version with the build number in parentheses; "1.0.0" when either is missing.
   const std::string& displayVersion() const { return readableVersion; }
 
-  /// The directory for files of a kind, created if it is missing. A failure to create it is ignored: the caller's own
+  /// Where files of a kind go.
+  std::filesystem::path location(SearchPathDirectory kind) const;
+  /// The same, created if it is missing. A failure to create it is ignored: the caller's own
   /// file operations report it.
   std::filesystem::path directory(SearchPathDirectory kind) const;
 

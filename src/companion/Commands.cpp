@@ -12,6 +12,7 @@
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "library/FileURL.h"
+#include "linux/autostart/AutostartEntry.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "settings/SettingsKeys.h"
@@ -25,14 +26,6 @@ using Videos = std::vector<VideoDetail>;
 Result<std::unique_ptr<VideoLibrary>> openLibrary() {
   const LinuxBundle bundle = LinuxBundle::main();
   return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
-}
-
-Result<Videos> readLibrary() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
-  }
-  return std::get<0>(opened)->videos();
 }
 
 void postLibraryChange() {
@@ -117,43 +110,28 @@ Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& rem
   return settings.write();
 }
 
-std::string playingLine(const SettingsSuite& suite, const Videos& videos) {
-  const std::string sign = valueInForce(suite, settings::kCurrentVideoSign);
-  const auto video = std::ranges::find(videos, sign, &VideoDetail::sign);
-  if (video != videos.end()) {
-    return cleanText(video->title + " (" + sign + ")");
+// As the agent does it too, when it runs.
+Outcome setStartsAtLogin(bool starts) {
+  using State = AutostartEntry::Outcome::State;
+  const auto outcome = AutostartEntry::main().set(starts);
+  if (outcome.state == State::failed) {
+    return Failure{outcome.message};
   }
-  return sign.empty() ? "none chosen" : cleanText("not in the library (" + sign + ")");
-}
-
-std::string agentLine() {
-  switch (agentPresence()) {
-    case AgentPresence::running:
-      return "running";
-    case AgentPresence::absent:
-      return "not running";
-    case AgentPresence::noBus:
-      break;
+  if (outcome.state != State::done) {
+    printError(outcome.message);
   }
-  return "unknown: there is no D-Bus session bus";
-}
-
-// The part of a setting's meaning that goes with its value: the meanings of 0, 1, 2 are set apart by semicolons.
-std::string meaningInForce(const SettingsSuite& suite, const char* key) {
-  const auto setting = std::get<Setting>(findSetting(key));
-  std::string_view meanings = setting.meaning;
-  std::string value = setting.value(suite);
-  for (std::string number = "0"; number != value; ++number[0]) {
-    const auto end = meanings.find("; ");
-    if (end == std::string_view::npos) {
-      return value;
-    }
-    meanings.remove_prefix(end + 2);
-  }
-  return std::string(meanings.substr(0, meanings.find(';')));
+  return std::nullopt;
 }
 
 }  // namespace
+
+Result<Videos> readLibrary() {
+  auto opened = openLibrary();
+  if (auto* failure = std::get_if<Failure>(&opened)) {
+    return std::move(*failure);
+  }
+  return std::get<0>(opened)->videos();
+}
 
 std::string versionLine() {
   return "quilex " + AppInfo(LinuxBundle::main().environment()).displayVersion();
@@ -330,37 +308,10 @@ Outcome setCommand(const std::string& key, const std::string& value) {
   if (auto refused = std::get<Setting>(found).set(settings.suite(), value)) {
     return refused;
   }
-  return settings.write();
-}
-
-Outcome statusCommand() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
+  if (auto failure = settings.write()) {
+    return failure;
   }
-  auto read = std::get<0>(opened)->videos();
-  if (auto* failure = std::get_if<Failure>(&read)) {
-    return std::move(*failure);
-  }
-  auto openedSettings = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&openedSettings)) {
-    return std::move(*failure);
-  }
-  const auto& suite = std::get<0>(openedSettings)->suite();
-  const auto& videos = std::get<Videos>(read);
-  const auto isSet = [&](const char* key) { return valueInForce(suite, key) == "true"; };
-  printLine("agent:       " + agentLine());
-  printLine("video:       " + playingLine(suite, videos));
-  printLine(std::string("wallpaper:   ") + (isSet(settings::kIsOpenPlayer) ? "open" : "closed") + ", " +
-            (isSet(settings::kIsPlaying) ? "playing" : "paused"));
-  printLine("arrangement: " + meaningInForce(suite, settings::kMonitorArrange) + " (ScreenIndex " +
-            valueInForce(suite, settings::kScreenIndex) + ")");
-  printLine("mode:        " + meaningInForce(suite, settings::kPlayMode));
-  printLine("volume:      " + valueInForce(suite, settings::kVolume) +
-            (isSet(settings::kMute) ? ", muted" : ", not muted"));
-  printLine("library:     " + std::to_string(videos.size()) + (videos.size() == 1 ? " video, " : " videos, ") +
-            cleanText(std::get<0>(opened)->file().string()));
-  return std::nullopt;
+  return key == settings::kAutolaunch ? setStartsAtLogin(value == "true") : std::nullopt;
 }
 
 }  // namespace quilex

@@ -4,11 +4,15 @@
 #include <vector>
 
 #include "companion/Result.h"
+#include "library/VideoDetail.h"
 
 namespace quilex {
 
 /// How much of a list is asked for.
 enum class ListForm { table, json };
+
+/// The videos of the user's library, which is put there first if it is missing.
+Result<std::vector<VideoDetail>> readLibrary();
 
 /// The program's name and version.
 std::string versionLine();
@@ -23,6 +27,7 @@ Outcome removeCommand(const std::vector<std::string>& names);
 /// With no key, all settings.
 Outcome getCommand(const std::string& key);
 Outcome setCommand(const std::string& key, const std::string& value);
+/// What the agent says of itself; without one, what the settings and the library have it do.
 Outcome statusCommand();
 
 }  // namespace quilex

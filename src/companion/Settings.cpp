@@ -19,7 +19,7 @@ constexpr auto kLockPatience = 10s;
 
 Result<std::unique_ptr<Settings>> Settings::open() {
   auto settings = std::make_unique<Settings>();
-  auto opened = JsonSettingsSuite::open(configHome() / AppInfo::groupIdentifier / "settings.json", settings->runLoop);
+  auto opened = JsonSettingsSuite::open(settingsFile(), settings->runLoop);
   if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
     return Failure{std::move(error->message)};
   }

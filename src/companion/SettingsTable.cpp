@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <string_view>
 #include <system_error>
 
 #include "settings/SettingsKeys.h"
@@ -50,6 +51,18 @@ std::string Setting::value(const SettingsSuite& suite) const {
       break;
   }
   return suite.string(key).value_or("");
+}
+
+std::string Setting::meaningOf(std::int64_t number) const {
+  constexpr std::int64_t kFew = 10;
+  if (type != Type::integer || largest > kFew || number < 0 || number > largest) {
+    return "";
+  }
+  std::string_view meanings = meaning;
+  for (; number > 0; --number) {
+    meanings.remove_prefix(std::min(meanings.find("; "), meanings.size() - 2) + 2);
+  }
+  return std::string(meanings.substr(0, meanings.find(';')));
 }
 
 Outcome Setting::set(SettingsSuite& suite, const std::string& given) const {

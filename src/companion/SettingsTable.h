@@ -21,10 +21,13 @@ struct Setting {
   std::int64_t largest;
   /// The values that are allowed, as a noun phrase.
   const char* expected;
+  /// What the setting is for; of an integer with few values the meanings of 0, 1, 2, set apart by semicolons.
   const char* meaning;
 
   /// The value in force, as `set` would be given it.
   std::string value(const SettingsSuite& suite) const;
+  /// What that integer means; empty where it has no meaning of its own.
+  std::string meaningOf(std::int64_t number) const;
   /// Sets the value given as text, read by no locale's rules. Refuses what is not exactly a value allowed.
   Outcome set(SettingsSuite& suite, const std::string& given) const;
 };

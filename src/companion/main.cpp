@@ -4,9 +4,12 @@
 #include <cstdlib>
 #include <exception>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companion/Commands.h"
+#include "companion/Completion.h"
+#include "companion/Doctor.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 
@@ -28,31 +31,28 @@ struct CommandLine {
 };
 
 void addLibraryCommands(CLI::App& app, CommandLine& line) {
-  auto* import = app.add_subcommand("import", "Adds video files to the library, where they stay in their place");
-  import->add_option("FILE", line.names, "Video files; those that cannot be played are refused")->required();
-  import->footer(
+  auto* importing = app.add_subcommand("import", "Adds video files to the library, where they stay in their place");
+  importing->add_option("FILE", line.names, "Video files; those that cannot be played are refused")->required();
+  importing->footer(
       "A video is known by its contents: importing it again adds nothing. After -- a name may begin with -.");
-  import->callback([&line] { line.command = [&line] { return quilex::importCommand(line.names);
-};
-}  // namespace
-);
+  importing->callback([&line] { line.command = [&line] { return quilex::importCommand(line.names); }; });
 
-auto* list = app.add_subcommand("list", "Shows the videos of the library, the current one with a *");
-list->add_flag("--json", line.asJSON, "The whole records, as a JSON array");
-list->callback([&line] {
-  line.command = [&line] {
-    return quilex::listCommand(line.asJSON ? quilex::ListForm::json : quilex::ListForm::table);
-  };
-});
+  auto* list = app.add_subcommand("list", "Shows the videos of the library, the current one with a *");
+  list->add_flag("--json", line.asJSON, "The whole records, as a JSON array");
+  list->callback([&line] {
+    line.command = [&line] {
+      return quilex::listCommand(line.asJSON ? quilex::ListForm::json : quilex::ListForm::table);
+    };
+  });
 
-auto* play = app.add_subcommand("play", "Shows a video of the library as the wallpaper");
-play->add_option("SIGN", line.key, "Its sign, or the first 4 or more characters of it")->required();
-play->callback([&line] { line.command = [&line] { return quilex::playCommand(line.key); }; });
+  auto* play = app.add_subcommand("play", "Shows a video of the library as the wallpaper");
+  play->add_option("SIGN", line.key, "Its sign, or the first 4 or more characters of it")->required();
+  play->callback([&line] { line.command = [&line] { return quilex::playCommand(line.key); }; });
 
-auto* remove = app.add_subcommand("remove", "Takes videos out of the library; their files stay");
-remove->add_option("SIGN", line.names, "Their signs, or the first 4 or more characters of them")->required();
-remove->footer("If one of the signs is unknown, nothing is removed.");
-remove->callback([&line] { line.command = [&line] { return quilex::removeCommand(line.names); }; });
+  auto* remove = app.add_subcommand("remove", "Takes videos out of the library; their files stay");
+  remove->add_option("SIGN", line.names, "Their signs, or the first 4 or more characters of them")->required();
+  remove->footer("If one of the signs is unknown, nothing is removed.");
+  remove->callback([&line] { line.command = [&line] { return quilex::removeCommand(line.names); }; });
 }
 
 void addSettingsCommands(CLI::App& app, CommandLine& line) {
@@ -69,6 +69,15 @@ void addSettingsCommands(CLI::App& app, CommandLine& line) {
 
   auto* status = app.add_subcommand("status", "Tells what the agent is doing");
   status->callback([&line] { line.command = quilex::statusCommand; });
+
+  auto* doctor = app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
+  doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
+  doctor->footer("For bug reports. It holds no names of videos, and ~ in place of your home folder.");
+  doctor->callback([&line] {
+    line.command = [&line] {
+      return quilex::doctorCommand(line.asJSON ? quilex::ReportForm::json : quilex::ReportForm::text);
+    };
+  });
 }
 
 int run(int argc, char** argv) {
@@ -78,6 +87,11 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   addLibraryCommands(app, line);
   addSettingsCommands(app, line);
+  // Not a command for people, so that no help shows it.
+  if (argc > 1 && std::string_view(argv[1]) == "complete") {
+    quilex::printCompletions(app, {argv + 2, argv + argc});
+    return EXIT_SUCCESS;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& asked) {

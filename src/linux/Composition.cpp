@@ -1,15 +1,22 @@
 #include "linux/Composition.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <openssl/crypto.h>
+
 #include <QCoreApplication>
 #include <QLocale>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 #include <string_view>
 #include <utility>
 
+#include "app/AgentReport.h"
 #include "app/FatalError.h"
+#include "library/LibraryFile.h"
 #include "linux/mpv/MpvPlayer.h"
 #include "linux/qt/InterfaceFiles.h"
 #include "linux/qt/QtHTTPSession.h"
@@ -28,37 +35,46 @@ constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
-std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(Desktop& desktop) {
+// `reason` comes to say why it is that one.
+std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(Desktop& desktop, std::string& reason) {
   const char* variable = std::getenv("QUILEX_RENDERER");
   const std::string_view forced = variable != nullptr ? variable : "";
+  if (!forced.empty()) {
+    reason = "QUILEX_RENDERER";
+  }
   if (forced == "cpu") {
     return desktop.makeCpuRenderer();
   }
   if (forced == "gpu") {
-    if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any)) {
+    std::string refusal;
+    if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any, refusal)) {
       return renderer;
     }
-    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3"};
+    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal};
   }
   if (!forced.empty()) {
     return Composition::Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + std::string(forced) + "\""};
   }
-  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly)) {
+  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly, reason)) {
     return renderer;
   }
   return desktop.makeCpuRenderer();
 }
 
+std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
+  const auto entry = environment.informationDictionary.find("QuilexServiceURL");
+  return entry != environment.informationDictionary.end() ? entry->second : std::nullopt;
+}
+
 /// Empty, so that every request fails, when the bundle names no address that may be asked.
 std::string serviceURL(const AppEnvironment& environment) {
-  const auto entry = environment.informationDictionary.find("QuilexServiceURL");
-  const bool isText = entry != environment.informationDictionary.end() && entry->second;
-  const auto origin = isText ? serviceOrigin(*entry->second) : std::nullopt;
+  const auto entry = serviceEntry(environment);
+  const auto origin = entry ? serviceOrigin(*entry) : std::nullopt;
   if (!origin) {
     std::fprintf(stderr,
                  "quilexhelper: no guide, no updates: \"QuilexServiceURL\" in Info.json must be https://HOST, or http "
                  "for a loopback host%s\n",
-                 isText ? (", not \"" + *entry->second + "\"").c_str() : "");
+                 entry ? (", not \"" + *entry + "\"").c_str() : "");
   }
   return origin.value_or("");
 }
@@ -71,36 +87,69 @@ UniformRandom systemRandom() {
 }  // namespace
 
 std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<Desktop> desktop,
+                                                                                   std::string backendReason,
                                                                                    std::function<void()> desktopLost) {
-  auto loop = std::make_unique<QtRunLoop>();
-  Suites suites;
-  for (const auto& [suite, file] : {std::pair(&suites.shared, fs::path(AppInfo::groupIdentifier) / "settings.json"),
-                                    std::pair(&suites.standardDefaults, fs::path(settings::kStandardDefaultsFile))}) {
-    auto opened = JsonSettingsSuite::open(configHome() / file, *loop);
+  Start start{std::move(desktop), std::move(backendReason), {}, std::make_unique<QtRunLoop>(), {}, {}};
+  for (const auto& [suite, file] : {std::pair(&start.suites.shared, settingsFile()),
+                                    std::pair(&start.suites.standardDefaults,
+                                              configHome() / settings::kStandardDefaultsFile)}) {
+    auto opened = JsonSettingsSuite::open(file, *start.loop);
     if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
       return Failure{error->message};
     }
     *suite = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
   }
-  auto renderer = chooseRenderer(*desktop);
+  auto renderer = chooseRenderer(*start.desktop, start.rendererReason);
   if (const auto* failure = std::get_if<Failure>(&renderer)) {
     return *failure;
   }
-  desktop->start(std::move(desktopLost));
-  return std::unique_ptr<Composition>(new Composition(std::move(desktop), std::move(suites), std::move(loop),
-                                                      std::get<std::unique_ptr<Renderer>>(std::move(renderer))));
+  start.renderer = std::get<std::unique_ptr<Renderer>>(std::move(renderer));
+  start.desktop->start(std::move(desktopLost));
+  return std::unique_ptr<Composition>(new Composition(std::move(start)));
 }
 
-Composition::Composition(std::unique_ptr<Desktop> openedDesktop, Suites openedSuites, std::unique_ptr<QtRunLoop> loop,
-                         std::unique_ptr<Renderer> chosen)
-    : runLoop(std::move(loop)),
-      suites(std::move(openedSuites)),
-      desktop(std::move(openedDesktop)),
-      renderer(*chosen),
-      output(std::move(chosen)),
+Composition::Composition(Start start)
+    : runLoop(std::move(start.loop)),
+      suites(std::move(start.suites)),
+      desktop(std::move(start.desktop)),
+      renderer(*start.renderer),
+      output(std::move(start.renderer)),
       windows(desktop->makeWindowServer(output, renderer, *runLoop)) {
   current = this;
   installTranslations(QLocale::system().uiLanguages(), bundle.path() / "translations");
+  reportStart(start);
+}
+
+void Composition::reportStart(const Start& start) {
+  const auto variable = [](const char* name) {
+    const char* const value = std::getenv(name);
+    return std::string(value != nullptr ? value : "");
+  };
+  report.update([&](AgentStatus& status) {
+    status.version = appInfo().displayVersion();
+    status.processId = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
+    status.libraries = {{"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
+    status.desktop = variable("XDG_CURRENT_DESKTOP");
+    status.sessionType = variable("XDG_SESSION_TYPE");
+    status.backend = desktop->kind();
+    status.backendReason = start.backendReason;
+    status.gpu = renderer.device();
+    status.renderer = status.gpu.empty() ? "cpu" : "gpu";
+    status.rendererReason = start.rendererReason;
+    status.settingsFile = settingsFile();
+    status.libraryFile = libraryFile(appInfo().urls().applicationSupport());
+    status.serviceAddress = serviceEntry(bundle.environment()).value_or("");
+  });
+  report.setCount([this](AgentStatus& status) {
+    status.framesShown = output.framesShown();
+    status.framesDropped = output.framesDropped();
+  });
+  reportDisplays();
+  reporting.push_back(windows->observeScreens([this] { reportDisplays(); }));
+}
+
+void Composition::reportDisplays() {
+  report.update([&](AgentStatus& status) { status.displays = desktop->displays(); });
 }
 
 Composition::~Composition() {
@@ -132,6 +181,7 @@ const AppInfo& Composition::appInfo() {
 Preferences& Composition::preferences() {
   if (!settings) {
     settings = std::make_unique<Preferences>(*suites.shared, *runLoop);
+    std::ranges::move(reportSettings(*settings, report), std::back_inserter(reporting));
   }
   return *settings;
 }
@@ -148,7 +198,7 @@ VideoPlayerManager& Composition::videoPlayerManager() {
   if (!manager) {
     manager = std::make_unique<VideoPlayerManager>(VideoPlayerManager::Services{
         preferences(), *suites.standardDefaults, library(), fileFinder, *windows, notifications, *runLoop, console,
-        [this] { return std::make_unique<MpvPlayer>(output); }, systemRandom()});
+        [this] { return std::make_unique<MpvPlayer>(output, report); }, systemRandom(), report});
   }
   return *manager;
 }
@@ -156,7 +206,7 @@ VideoPlayerManager& Composition::videoPlayerManager() {
 StatusBarManager& Composition::statusBarManager() {
   if (!statusBar) {
     const auto makeStatusItem = [this] {
-      return std::make_unique<QtStatusItem>(bundle, *runLoop, desktop->embeddingTray());
+      return std::make_unique<QtStatusItem>(bundle, *runLoop, desktop->embeddingTray(), report);
     };
     statusBar = std::make_unique<StatusBarManager>(
         StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
@@ -168,7 +218,7 @@ StatusBarManager& Composition::statusBarManager() {
 WebModel& Composition::webModel() {
   if (!web) {
     const auto makeSession = [this](const HTTPSessionConfiguration& configuration) {
-      return std::make_unique<QtHTTPSession>(configuration, backgroundWork);
+      return std::make_unique<QtHTTPSession>(configuration, backgroundWork, report);
     };
     web = std::make_unique<WebModel>(WebModel::Services{
         *suites.shared, *suites.standardDefaults, *runLoop, backgroundWork, wallClock, processNotifications,

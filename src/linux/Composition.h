@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "app/AppInfo.h"
 #include "library/LocalVideoDBManager.h"
@@ -12,6 +13,7 @@
 #include "linux/LinuxWorkspace.h"
 #include "linux/StandardConsole.h"
 #include "linux/bundle/LinuxBundle.h"
+#include "linux/dbus/AgentObject.h"
 #include "linux/dbus/DBusNotificationCenter.h"
 #include "linux/files/ThreadedFileFinder.h"
 #include "linux/qt/LocalWallClock.h"
@@ -22,6 +24,7 @@
 #include "platform/InterfaceWindow.h"
 #include "platform/Localization.h"
 #include "platform/NotificationCenter.h"
+#include "platform/StatusReport.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
 #include "settings/Preferences.h"
@@ -38,8 +41,10 @@ class Composition {
     std::string message;
   };
 
-  /// Opens the settings and chooses the renderer. `desktopLost` is called once if the desktop goes away.
+  /// Opens the settings and chooses the renderer. `backendReason` says why another kind of desktop was not taken.
+  /// `desktopLost` is called once if the desktop goes away.
   static std::variant<std::unique_ptr<Composition>, Failure> make(std::unique_ptr<Desktop> desktop,
+                                                                  std::string backendReason,
                                                                   std::function<void()> desktopLost);
   ~Composition();
   Composition(const Composition&) = delete;
@@ -73,17 +78,29 @@ class Composition {
     std::unique_ptr<JsonSettingsSuite> standardDefaults;
   };
 
-  Composition(std::unique_ptr<Desktop> openedDesktop, Suites openedSuites, std::unique_ptr<QtRunLoop> loop,
-              std::unique_ptr<Renderer> chosen);
+  struct Start {
+    std::unique_ptr<Desktop> desktop;
+    /// Why the desktop that comes first was not taken.
+    std::string backendReason;
+    Suites suites;
+    std::unique_ptr<QtRunLoop> loop;
+    std::unique_ptr<Renderer> renderer;
+    std::string rendererReason;
+  };
+
+  explicit Composition(Start start);
+  void reportStart(const Start& start);
+  void reportDisplays();
 
   // In the order of dependence: what comes later uses what comes before.
   std::unique_ptr<QtRunLoop> runLoop;
   StandardConsole console;
+  StatusReport report;
   ThreadedFileFinder fileFinder{*runLoop};
   LinuxBundle bundle = LinuxBundle::main();
   DBusNotificationCenter notifications;
-  LinuxWorkspace session;
   QtBackgroundWork backgroundWork;
+  LinuxWorkspace session{backgroundWork};
   LocalWallClock wallClock;
   NotificationCenter processNotifications;
   Suites suites;
@@ -97,6 +114,8 @@ class Composition {
   std::unique_ptr<VideoPlayerManager> manager;
   std::unique_ptr<StatusBarManager> statusBar;
   std::unique_ptr<WebModel> web;
+  std::vector<Disposable> reporting;
+  AgentObject object{report};
 };
 
 }  // namespace quilex

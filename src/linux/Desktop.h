@@ -2,10 +2,13 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "linux/qt/QtStatusItem.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/render/VideoOutput.h"
+#include "platform/AgentStatus.h"
 #include "platform/RunLoop.h"
 #include "platform/WindowServer.h"
 
@@ -20,8 +23,12 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
 
   /// The desktop of this session: a Wayland compositor with a layer shell, else an X server, be it that of a Wayland
-  /// compositor; empty when there is neither. Blocks until the server has answered.
-  static std::unique_ptr<Desktop> open();
+  /// compositor; empty when there is neither. Blocks until the server has answered. `refusal` says why the kind of
+  /// desktop that comes first was not taken, if so.
+  static std::unique_ptr<Desktop> open(std::string& refusal);
+
+  /// "wayland" or "x11".
+  virtual const char* kind() const = 0;
 
   /// The name of the toolkit's plugin for the window system.
   virtual const char* toolkitPlugin() const = 0;
@@ -29,16 +36,18 @@ class Desktop {
   virtual const char* serverName() const = 0;
   /// Starts to follow the server; `lost` is called once when it goes away.
   virtual void start(std::function<void()> lost) = 0;
-  /// Empty when the display has no EGL with OpenGL ES 3, or not of the kind that is allowed.
-  virtual std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed) = 0;
+  /// The monitors that are on. On X11 the server is asked, which blocks until it has answered.
+  virtual std::vector<DisplayStatus> displays() const = 0;
+  /// Empty when the display has no EGL with OpenGL ES 3, or not of the kind that is allowed; then `refusal` says why.
+  virtual std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) = 0;
   virtual std::unique_ptr<Renderer> makeCpuRenderer() = 0;
   /// Everything given must outlive the window server, and so must the desktop.
   virtual std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) = 0;
   virtual EmbeddingTray embeddingTray() = 0;
 };
 
-/// Each empty when its window system is not there.
-std::unique_ptr<Desktop> openWaylandDesktop();
+/// Each empty when its window system is not there; `refusal` says what it is that is not.
+std::unique_ptr<Desktop> openWaylandDesktop(std::string& refusal);
 std::unique_ptr<Desktop> openX11Desktop();
 
 }  // namespace quilex

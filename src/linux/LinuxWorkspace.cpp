@@ -6,14 +6,26 @@
 #include <QString>
 #include <QStringList>
 #include <QUrl>
-#include <memory>
+#include <atomic>
+#include <cstdio>
+#include <mutex>
 #include <thread>
 #include <utility>
 
+#include "linux/autostart/AutostartEntry.h"
 #include "linux/dbus/SleepMonitor.h"
 #include "linux/gio/DesktopEntry.h"
 
 namespace quilex {
+
+/// What was asked for last, for work that may be late.
+struct LinuxWorkspace::LoginWish {
+  std::mutex writing;
+  std::atomic<bool> startsAtLogin = false;
+};
+
+LinuxWorkspace::LinuxWorkspace(BackgroundWork& background)
+    : backgroundWork(background), loginWish(std::make_shared<LoginWish>()) {}
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
   // It reads files and asks the session bus, each of which may hang.
@@ -40,6 +52,20 @@ void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTy
   QObject::connect(panel, &QDialog::finished, panel,
                    [answer = std::move(done)](int result) { answer(result == QDialog::Accepted); });
   panel->open();
+}
+
+void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
+  loginWish->startsAtLogin = startsAtLogin;
+  const auto work = [wish = loginWish](const std::stop_token& /*stop*/) {
+    using State = AutostartEntry::Outcome::State;
+    const std::lock_guard guard(wish->writing);
+    const bool starts = wish->startsAtLogin;
+    const auto outcome = AutostartEntry::main().set(starts);
+    if (outcome.state == State::failed || (outcome.state == State::edited && !starts)) {
+      std::fprintf(stderr, "quilexhelper: %s\n", outcome.message.c_str());
+    }
+  };
+  loginWork.emplace(backgroundWork.run(work, [] {}));
 }
 
 void LinuxWorkspace::terminate() {

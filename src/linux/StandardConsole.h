@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "linux/qt/Log.h"
 #include "platform/Console.h"
 
 namespace quilex {
@@ -15,6 +16,20 @@ class StandardConsole : public Console {
   }
   void warn(std::string_view line) override {
     std::fprintf(stderr, "quilexhelper: %.*s\n", static_cast<int>(line.size()), line.data());
+  }
+  void log(LogLevel level, std::string_view line) override {
+    const auto size = static_cast<int>(line.size());
+    switch (level) {
+      case LogLevel::warning:
+        qCWarning(playbackLog, "%.*s", size, line.data());
+        break;
+      case LogLevel::info:
+        qCInfo(playbackLog, "%.*s", size, line.data());
+        break;
+      case LogLevel::debug:
+        qCDebug(playbackLog, "%.*s", size, line.data());
+        break;
+    }
   }
 };
 

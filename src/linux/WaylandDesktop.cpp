@@ -19,12 +19,22 @@ class WaylandDesktop : public Desktop {
  public:
   explicit WaylandDesktop(std::unique_ptr<WaylandConnection> opened) : wayland(std::move(opened)) {}
 
+  const char* kind() const override { return "wayland"; }
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
+  std::vector<DisplayStatus> displays() const override {
+    std::vector<DisplayStatus> found;
+    for (const auto& output : wayland->outputs()) {
+      if (output->isKnown()) {
+        found.push_back({output->name(), output->frame(), output->horizontalScale(), output->refreshRate()});
+      }
+    }
+    return found;
+  }
   void start(std::function<void()> lost) override { wayland->start(std::move(lost)); }
-  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed) override {
+  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) override {
     return GpuRenderer::make(EGL_PLATFORM_WAYLAND_KHR, wayland->display(), std::nullopt,
-                             {MPV_RENDER_PARAM_WL_DISPLAY, wayland->display()}, allowed,
+                             {MPV_RENDER_PARAM_WL_DISPLAY, wayland->display()}, allowed, refusal,
                              std::make_unique<WaylandEglWindows>(targets));
   }
   std::unique_ptr<Renderer> makeCpuRenderer() override {
@@ -43,8 +53,8 @@ class WaylandDesktop : public Desktop {
 
 }  // namespace
 
-std::unique_ptr<Desktop> openWaylandDesktop() {
-  auto wayland = WaylandConnection::open();
+std::unique_ptr<Desktop> openWaylandDesktop(std::string& refusal) {
+  auto wayland = WaylandConnection::open(refusal);
   return wayland ? std::make_unique<WaylandDesktop>(std::move(wayland)) : nullptr;
 }
 

@@ -7,11 +7,13 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 #include <variant>
 
 #include "app/AppDelegate.h"
+#include "linux/CommandLine.h"
 #include "linux/Composition.h"
 #include "linux/dbus/BusConnection.h"
 #include "linux/dbus/DBusNotificationCenter.h"
@@ -78,11 +80,11 @@ void installMessageHandler() {
   qInstallMessageHandler(toolkitMessage);
 }
 
-int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
+int runAgent(std::unique_ptr<quilex::Desktop> desktop, const std::string& backendReason) {
   int status = EXIT_SUCCESS;
   serverName = desktop->serverName();
   installMessageHandler();
-  auto made = Composition::make(std::move(desktop), [&status] {
+  auto made = Composition::make(std::move(desktop), backendReason, [&status] {
     desktopLost();
     status = EXIT_FAILURE;
     QCoreApplication::quit();
@@ -120,7 +122,7 @@ int runAgent(std::unique_ptr<quilex::Desktop> desktop) {
   return status;
 }
 
-int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
+int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, const std::string& backendReason, bool busIsSilent) {
   switch (quilex::claimInstanceName()) {
     case quilex::InstanceState::first:
       break;
@@ -134,17 +136,22 @@ int claimAndRun(std::unique_ptr<quilex::Desktop> desktop, bool busIsSilent) {
                    busIsSilent ? "the D-Bus session bus does not answer" : "no D-Bus session bus");
       break;
   }
-  return runAgent(std::move(desktop));
+  return runAgent(std::move(desktop), backendReason);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const auto read = quilex::readCommandLine(argc, argv);
+  if (const auto* ended = std::get_if<quilex::Ended>(&read)) {
+    return ended->status;
+  }
   quilex::EndDeadline& deadline = quilex::EndDeadline::shared();
   // Standard output may be a pipe whose reader has gone; the wallpaper plays on.
   std::signal(SIGPIPE, SIG_IGN);
   // The toolkit would end the process without a word of ours if there were no desktop.
-  auto desktop = quilex::Desktop::open();
+  std::string backendReason;
+  auto desktop = quilex::Desktop::open(backendReason);
   if (!desktop) {
     std::fputs(
         "quilexhelper: no desktop to play on: neither a Wayland compositor with a layer shell at WAYLAND_DISPLAY, nor "
@@ -176,7 +183,7 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   const auto termination = deadline.observe([] { QCoreApplication::quit(); });
 
-  const int status = claimAndRun(std::move(desktop), busIsSilent);
+  const int status = claimAndRun(std::move(desktop), backendReason, busIsSilent);
   // What the toolkit still does may hang too.
   deadline.begin(status);
   return status;

@@ -4,6 +4,8 @@
 
 namespace quilex {
 
+enum class LogLevel { warning, info, debug };
+
 /// Where the agent speaks to whoever started it. Main thread.
 class Console {
  public:
@@ -12,6 +14,8 @@ class Console {
   virtual void print(std::string_view line) = 0;
   /// Writes one line for a person to standard error.
   virtual void warn(std::string_view line) = 0;
+  /// Writes a line of the room "playback" to the log, for whoever looks for a fault; that is off unless asked for.
+  virtual void log(LogLevel level, std::string_view line) = 0;
 };
 
 }  // namespace quilex

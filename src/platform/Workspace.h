@@ -22,6 +22,9 @@ class Workspace {
   /// panel does not hold anything else up.
   virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes,
                              std::function<void(bool chosen)> done) = 0;
+  /// Has the agent started whenever the user logs in, or not any more. The last call counts. Ignored where it cannot be
+  /// done.
+  virtual void setStartsAtLogin(bool startsAtLogin) = 0;
   /// Ends the agent, from the run loop.
   virtual void terminate() = 0;
 

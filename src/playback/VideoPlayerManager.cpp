@@ -55,6 +55,7 @@ VideoPlayer& VideoPlayerManager::player() {
     sharedPlayer->setVolume(services.preferences.volume.get());
     sharedPlayer->setMuted(services.preferences.mute.get());
     itemEndObservation = sharedPlayer->observeItemEnd([this] {
+      services.console.log(LogLevel::debug, "video " + itemSign + " has ended");
       failedSigns.clear();
       playerItemDidReachEnd();
     });
@@ -84,6 +85,7 @@ void VideoPlayerManager::searchDone(const std::optional<std::filesystem::path>& 
   if (file) {
     load(*file);
   } else if (list.size() > 0) {
+    services.console.log(LogLevel::info, "no video of the playlist can be loaded now");
     // Also when every video of the playlist has failed in turn: a library of broken files does not keep the processor
     // busy.
     loadPlayableNodeLater();
@@ -100,10 +102,16 @@ void VideoPlayerManager::searchDone(const std::optional<std::filesystem::path>& 
 
 void VideoPlayerManager::load(const std::filesystem::path& file) {
   itemSign = list.current()->val.sign;
+  services.console.log(LogLevel::info, "loads video " + itemSign + ", " + file.string());
+  services.report.update([&](AgentStatus& status) {
+    status.videoSign = itemSign;
+    status.videoTitle = list.current()->val.title;
+  });
   // What has just been shown may be loaded again without a word of the player, and does no harm.
   if (!itemIsReady || file != itemFile) {
     mark.set(itemSign);
     itemIsReady = false;
+    setVideoState("loading");
   }
   itemFile = file;
   statusObservation.reset();
@@ -176,10 +184,16 @@ void VideoPlayerManager::itemStatusChanged(PlayerItemStatus status) {
   }
   mark.clear();
   itemIsReady = status == PlayerItemStatus::readyToPlay;
+  setVideoState(itemIsReady ? "ready" : "failed");
   if (!itemIsReady) {
+    services.console.log(LogLevel::warning, "video " + itemSign + " cannot be played; the next one is looked for");
     failedSigns.insert(itemSign);
     playerItemDidReachEnd();
   }
+}
+
+void VideoPlayerManager::setVideoState(const char* state) {
+  services.report.update([&](AgentStatus& status) { status.videoState = state; });
 }
 
 // A video that is followed by itself need not be loaded again. The end of one whose library is empty is of interest.

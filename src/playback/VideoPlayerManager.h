@@ -18,6 +18,7 @@
 #include "platform/RandomSource.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
+#include "platform/StatusReport.h"
 #include "platform/VideoPlayer.h"
 #include "platform/WindowServer.h"
 #include "playback/LoadingMark.h"
@@ -47,6 +48,7 @@ class VideoPlayerManager {
     Console& console;
     VideoPlayerFactory makePlayer;
     UniformRandom random;
+    StatusReport& report;
   };
 
   /// Reads the settings and registers the observations; builds no window and plays nothing yet.
@@ -135,6 +137,7 @@ class VideoPlayerManager {
   void searchDone(const std::optional<std::filesystem::path>& file);
   void load(const std::filesystem::path& file);
   void itemStatusChanged(PlayerItemStatus status);
+  void setVideoState(const char* state);
   void updateRepeating();
 
   /// The growing pauses between attempts to read a library that does not answer.

@@ -69,6 +69,7 @@ void VideoPlayerManager::rebuildPlaylist() {
   listWasRead = services.library.answered();
   if (!listWasRead) {
     // What was known of the library holds until it can be read again.
+    services.console.log(LogLevel::warning, "the library cannot be read; what was known of it holds");
     reread = services.runLoop.after(rereadDelay.next(), [this] { updateVideoList(); });
     return;
   }
@@ -84,6 +85,8 @@ void VideoPlayerManager::rebuildPlaylist() {
   if (const auto& sign = services.preferences.playingVideoSign.get()) {
     list.moveTo(*sign);
   }
+  services.console.log(LogLevel::debug, "the playlist has " + std::to_string(list.size()) + " videos");
+  services.report.update([&](AgentStatus& status) { status.libraryVideos = static_cast<std::uint32_t>(list.size()); });
   updateRepeating();
 }
 
@@ -114,6 +117,7 @@ void VideoPlayerManager::followSign(const std::optional<std::string>& sign) {
   if (list.current() != nullptr && list.current()->val.sign == *sign) {
     return;
   }
+  services.console.log(LogLevel::info, "the settings name video " + *sign);
   mark.allow(*sign);
   followDelay.reset();
   testAvailability(*sign);
@@ -166,6 +170,7 @@ void VideoPlayerManager::playFollowed(const std::string& sign) {
 
 // The player keeps playing what it plays.
 void VideoPlayerManager::deleteUnavailable(const std::string& sign) {
+  services.console.log(LogLevel::warning, "video " + sign + " has no file; it is deleted from the library");
   const bool wasThere = services.library.video(sign).has_value();
   services.library.deleteVideo(sign);
   if (wasThere && services.library.allVideos().empty() && services.library.answered()) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "library/JSONCoding.h"
+#include "settings/SettingsKeys.h"
 
 namespace quilex {
 
@@ -17,8 +18,6 @@ constexpr auto kLongestRequest = 5min;
 /// In bytes. A guide carries its pictures; the other answers are a few texts, some of which come to stand in a window.
 constexpr std::size_t kMaximumGuideReply = std::size_t{64} << 20U;
 constexpr std::size_t kMaximumReply = std::size_t{1} << 20U;
-constexpr const char* kUserIDKey = "uuid";
-constexpr const char* kCounterKey = "ct";
 
 /// A random UUID (RFC 4122, version 4) in its standard form, in capitals.
 std::string makeUUID(const UniformRandom& random) {
@@ -46,7 +45,7 @@ std::chrono::milliseconds makeJitter(const UniformRandom& random) {
 
 WebModel::WebModel(Services clientServices)
     : services(std::move(clientServices)),
-      ct(services.standardDefaults.integer(kCounterKey)),
+      ct(services.standardDefaults.integer(settings::kCounter)),
       instURL(services.baseURL + "/inst.html"),
       jitter(makeJitter(services.random)) {
   guideTimer = services.runLoop.after(kGuideDelay, [this] { refreshGudieInfo(); });
@@ -55,11 +54,11 @@ WebModel::WebModel(Services clientServices)
 
 const std::string& WebModel::userID() {
   if (!identifier) {
-    identifier = services.suite.string(kUserIDKey);
+    identifier = services.suite.string(settings::kUserID);
   }
   if (!identifier) {
     identifier = makeUUID(services.random);
-    services.suite.setString(kUserIDKey, *identifier);
+    services.suite.setString(settings::kUserID, *identifier);
     services.suite.synchronize();
   }
   return *identifier;

@@ -17,6 +17,8 @@ inline constexpr const char* kIsPlaying = "isPlaying";
 inline constexpr const char* kAutolaunch = "autolaunch";
 /// Whether the library was emptied on purpose, after which no current video is missing.
 inline constexpr const char* kLibraryWasEmptied = "LibraryWasEmptied";
+/// The installation's user identifier for the web service.
+inline constexpr const char* kUserID = "uuid";
 
 inline constexpr float kDefaultVolume = 0.5F;
 inline constexpr bool kDefaultIsOpenPlayer = true;
@@ -25,6 +27,8 @@ inline constexpr bool kDefaultAutolaunch = true;
 
 /// Where the agent's own defaults stand in the user's folder for configuration, and their keys.
 inline constexpr const char* kStandardDefaultsFile = "com.dravo.quilex.QuilexHelper/defaults.json";
+/// The counter that heartbeats carry.
+inline constexpr const char* kCounter = "ct";
 /// The sign of the video that is being loaded; absent while none is.
 inline constexpr const char* kLoadingVideo = "LoadingVideo";
 /// The key that is true for a video that brought the agent down while it was being loaded, until a person chooses it.

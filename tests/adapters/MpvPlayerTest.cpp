@@ -67,7 +67,8 @@ struct MpvPlayerTest : AdapterTest {
   Canvas& canvas = *made;
   VideoOutput output{std::move(made)};
   VideoSurface surface{output, 1, {64, 36}, {}, [] {}};
-  MpvPlayer player{output};
+  StatusReport report;
+  MpvPlayer player{output, report};
   Disposable status = player.observeStatus([this](PlayerItemStatus each) { statuses.push_back(each); });
   Disposable end = player.observeItemEnd([this] { (++ends, atEnd()); });
 };

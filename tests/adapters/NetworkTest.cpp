@@ -52,9 +52,10 @@ struct ServiceTest : AdapterTest {
   QProcess service;
   QStringList addresses;
   void open(std::chrono::milliseconds timeout = 30s, std::chrono::milliseconds longest = 60s) {
-    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, longest}, work);
+    session = std::make_unique<QtHTTPSession>(HTTPSessionConfiguration{"agent", timeout, longest}, work, report);
   }
   QtBackgroundWork work;
+  StatusReport report;
   std::unique_ptr<QtHTTPSession> session;
 };
 

@@ -14,7 +14,8 @@
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  const auto desktop = quilex::Desktop::open();
+  std::string refusal;
+  const auto desktop = quilex::Desktop::open(refusal);
   if (!desktop || argc != 2) {
     return 1;
   }

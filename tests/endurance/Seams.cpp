@@ -127,7 +127,8 @@ struct Trial {
   Counts counts;
   VideoOutput output;
   VideoSurface surface{output, 1, kSize, {}, [] {}};
-  MpvPlayer player{output};
+  StatusReport report;
+  MpvPlayer player{output, report};
 };
 
 }  // namespace

@@ -38,7 +38,7 @@ struct AgentTest : testing::Test {
     library.emplace(folder.path, std::nullopt, console);
     manager.emplace(VideoPlayerManager::Services{*preferences, defaults, *library, finder, windowServer, center,
                                                  runLoop, console, [this] { return make(player); },
-                                                 [this](std::size_t bound) { return random(bound); }});
+                                                 [this](std::size_t bound) { return random(bound); }, report});
     statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
                                                  [this] { return make(statusItem); }, localize, "1.0.0 (1)",
                                                  [this] { delegate.checkUpdates(AppDelegate::Check::manual); }});
@@ -80,6 +80,7 @@ struct AgentTest : testing::Test {
   FakeSettingsSuite defaults;
   FakeFileFinder finder{runLoop};
   FakeConsole console;
+  StatusReport report;
   FakeNotificationCenter center;
   FakeWindowServer windowServer;
   std::function<std::size_t(std::size_t)> random = [](std::size_t) { return 0U; };

@@ -132,8 +132,10 @@ struct FakeSettingsSuite : SettingsSuite {
 struct FakeConsole : Console {
   std::vector<std::string> lines;
   std::vector<std::string> warnings;
+  std::vector<std::string> logged;
   void print(std::string_view line) override { lines.emplace_back(line); }
   void warn(std::string_view line) override { warnings.emplace_back(line); }
+  void log(LogLevel /*level*/, std::string_view line) override { logged.emplace_back(line); }
 };
 
 struct FakeNotificationCenter : DistributedNotificationCenter {
@@ -256,6 +258,8 @@ struct FakeWorkspace : Workspace {
     }
     answer = std::move(done);
   }
+  std::optional<bool> startsAtLogin;
+  void setStartsAtLogin(bool starts) override { startsAtLogin = starts; }
   void terminate() override { log += " terminate"; }
   Disposable observeWake(Handler handler) override { return wakeObservers.add(std::move(handler)); }
   Disposable observeResignActive(Handler handler) override { return resignObservers.add(std::move(handler)); }

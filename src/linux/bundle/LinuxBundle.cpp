@@ -45,6 +45,10 @@ fs::path dataHome() {
   return xdgDirectory("XDG_DATA_HOME", ".local/share");
 }
 
+fs::path settingsFile() {
+  return configHome() / AppInfo::groupIdentifier / "settings.json";
+}
+
 LinuxBundle::LinuxBundle(fs::path root) : folder(std::move(root)) {}
 
 LinuxBundle LinuxBundle::main() {

@@ -31,4 +31,7 @@ class LinuxBundle {
 std::filesystem::path configHome();
 std::filesystem::path dataHome();
 
+/// Where the settings shared with the main application are.
+std::filesystem::path settingsFile();
+
 }  // namespace quilex

@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <utility>
 
+#include "linux/dbus/AgentInterface.h"
 #include "linux/dbus/NotificationSignal.h"
 #include "linux/dbus/SignalReceiver.h"
 
@@ -17,7 +18,7 @@ constexpr int kDeliveryTimeoutMilliseconds = 500;
 const QString kPath = QLatin1String(NotificationSignal::kPath);
 const QString kInterface = QLatin1String(NotificationSignal::kInterface);
 const QString kSignal = QLatin1String(NotificationSignal::kMember);
-const QString kAgentName = QStringLiteral("com.dravo.quilex.QuilexHelper");
+const QString kAgentName = QLatin1String(AgentInterface::kService);
 
 }  // namespace
 

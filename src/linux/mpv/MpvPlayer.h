@@ -17,6 +17,7 @@
 #include "linux/mpv/SoundOutput.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/VideoOutput.h"
+#include "platform/StatusReport.h"
 #include "platform/VideoPlayer.h"
 
 namespace quilex {
@@ -27,8 +28,8 @@ namespace quilex {
 /// The core never opens a file: it is given a stream of ours, whatever its item is.
 class MpvPlayer : public VideoPlayer {
  public:
-  /// `output` must outlive the player.
-  explicit MpvPlayer(VideoOutput& output);
+  /// The player writes into `report` how it decodes and what it cannot play. Both must outlive it.
+  MpvPlayer(VideoOutput& output, StatusReport& report);
   ~MpvPlayer() override;
 
   void play() override;
@@ -59,6 +60,7 @@ class MpvPlayer : public VideoPlayer {
   void drainEvents();
   void handle(const mpv_event& event);
   void handleChange(std::uint64_t property, const mpv_event_property& change);
+  void framesDropped(std::int64_t& before, std::int64_t now);
   void complain(const mpv_event_log_message& message);
   void handleEnd(const mpv_event_end_file& end);
   void failed();
@@ -69,6 +71,7 @@ class MpvPlayer : public VideoPlayer {
   void setFlag(const char* property, bool value);
 
   VideoOutput& videoOutput;
+  StatusReport& report;
   Offer offer;
   MpvHandle core;
   SoundOutput sound;
@@ -100,6 +103,9 @@ class MpvPlayer : public VideoPlayer {
   bool restarted = false;
   PlayerItemStatus status = PlayerItemStatus::unknown;
   bool ended = false;
+  /// Frames that the core has dropped of its current file: before decoding, and before showing.
+  std::int64_t droppedUndecoded = 0;
+  std::int64_t droppedUnshown = 0;
   ObserverList<PlayerItemStatus> statusObservers;
   ObserverList<> endObservers;
 };

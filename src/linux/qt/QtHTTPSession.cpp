@@ -3,6 +3,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QHostAddress>
 #include <QLocale>
@@ -18,6 +19,7 @@
 #include <string_view>
 #include <utility>
 
+#include "linux/qt/Log.h"
 #include "linux/qt/ProxyLookup.h"
 
 namespace quilex {
@@ -120,6 +122,8 @@ struct QtHTTPSession::Exchange {
   std::optional<Disposable> work;
   std::unique_ptr<QNetworkReply, LaterDeleter> answer;
   std::string received;
+  /// The session ends before the request does.
+  bool isGivenUp = false;
 
   /// False when there is more than there may be.
   bool receive() {
@@ -136,12 +140,14 @@ struct QtHTTPSession::Exchange {
   }
 };
 
-QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work)
-    : configuration(std::move(theConfiguration)), backgroundWork(work) {}
+QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work,
+                             StatusReport& statusReport)
+    : configuration(std::move(theConfiguration)), backgroundWork(work), report(statusReport) {}
 
 QtHTTPSession::~QtHTTPSession() {
   while (!exchanges.empty()) {
     exchanges.front().reply = [](const auto&) {};
+    exchanges.front().isGivenUp = true;
     finish(exchanges.front(), {});
   }
 }
@@ -202,6 +208,9 @@ void QtHTTPSession::read(Exchange& exchange) {
 
 void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) {
   const auto reply = std::move(exchange.reply);
+  if (!exchange.isGivenUp) {
+    describe(exchange, text);
+  }
   if (!text && exchange.request.url().scheme() == "http") {
     unfinishedPort = static_cast<quint16>(exchange.request.url().port(80));
   }
@@ -211,6 +220,25 @@ void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) 
     shutDownLoopback(*std::exchange(unfinishedPort, {}));
   }
   reply(std::move(text));
+}
+
+void QtHTTPSession::describe(const Exchange& exchange, const std::optional<std::string>& text) {
+  const QNetworkReply* const answer = exchange.answer.get();
+  std::string outcome = "no answer in time";
+  if (text) {
+    outcome = "HTTP " + answer->attribute(QNetworkRequest::HttpStatusCodeAttribute).toString().toStdString() + ", " +
+              std::to_string(text->size()) + " bytes";
+  } else if (answer != nullptr && answer->error() != QNetworkReply::NoError) {
+    outcome = answer->errorString().toStdString();
+  } else if (answer != nullptr) {
+    outcome = "an answer that is too large, too slow or no text";
+  }
+  qCInfo(serviceLog, "%s: %s", exchange.posted.url.c_str(), outcome.c_str());
+  report.update([&](AgentStatus& status) {
+    status.serviceAnswer = outcome;
+    status.serviceAnswered = text.has_value();
+    status.serviceAnswerTime = QDateTime::currentSecsSinceEpoch();
+  });
 }
 
 }  // namespace quilex

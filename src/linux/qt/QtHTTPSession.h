@@ -7,6 +7,7 @@
 
 #include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
+#include "platform/StatusReport.h"
 
 namespace quilex {
 
@@ -15,7 +16,8 @@ namespace quilex {
 /// follows redirections nor keeps cookies.
 class QtHTTPSession : public HTTPSession {
  public:
-  QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work);
+  /// What becomes of each request is written into `report`.
+  QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work, StatusReport& statusReport);
   ~QtHTTPSession() override;
 
   void post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) override;
@@ -27,9 +29,11 @@ class QtHTTPSession : public HTTPSession {
   void send(Exchange& exchange, const QNetworkProxy& proxy);
   void read(Exchange& exchange);
   void finish(Exchange& exchange, std::optional<std::string> text);
+  void describe(const Exchange& exchange, const std::optional<std::string>& text);
 
   HTTPSessionConfiguration configuration;
   BackgroundWork& backgroundWork;
+  StatusReport& report;
   QNetworkAccessManager manager;
   Exchanges exchanges;
   /// The port that a request over plain http went to and was given up at; its connection is still to be ended.

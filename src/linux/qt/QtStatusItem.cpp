@@ -10,6 +10,8 @@
 #include <chrono>
 #include <utility>
 
+#include "linux/qt/Log.h"
+
 namespace quilex {
 
 namespace {
@@ -22,10 +24,12 @@ constexpr std::chrono::seconds kPreferNewer{2};
 
 }  // namespace
 
-QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray)
+QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray,
+                           StatusReport& statusReport)
     : images(bundle),
       runLoop(loop),
       olderTray(std::move(embeddingTray)),
+      report(statusReport),
       watchers(kWatcher, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration),
       hostComes([this](bool) { lookForHost(); }) {
   QObject::connect(&watchers, &QDBusServiceWatcher::serviceRegistered, &watchers, [this] { lookForHost(); });
@@ -72,8 +76,9 @@ void QtStatusItem::lookForHost() {
     answer->deleteLater();
     const QDBusPendingReply<QDBusVariant> reply = *answer;
     if (reply.isValid() && reply.value().variant().toBool()) {
-      appear();
+      appear("notifier");
     } else {
+      qCInfo(trayLog, "no panel shows status notifier items now");
       lookForOlderTray();
     }
   });
@@ -83,17 +88,19 @@ void QtStatusItem::lookForOlderTray() {
   if (!tray && !patience && olderTray.isPresent && olderTray.isPresent()) {
     patience.emplace(runLoop.after(kPreferNewer, [this] {
       if (olderTray.isPresent()) {
-        appear();
+        appear("embedded");
       }
       patience.reset();
     }));
   }
 }
 
-void QtStatusItem::appear() {
+void QtStatusItem::appear(const char* host) {
   if (tray) {
     return;
   }
+  qCInfo(trayLog, "the status item is made for a host of the kind %s", host);
+  report.update([host](AgentStatus& status) { status.statusItem = host; });
   tray = std::make_unique<QSystemTrayIcon>(icon);
   tray->setToolTip(QStringLiteral("QuilexHelper"));
   tray->setContextMenu(&menu.widget());

@@ -14,6 +14,7 @@
 #include "linux/qt/QtMenu.h"
 #include "platform/RunLoop.h"
 #include "platform/StatusItem.h"
+#include "platform/StatusReport.h"
 
 namespace quilex {
 
@@ -29,8 +30,9 @@ struct EmbeddingTray {
 class QtStatusItem : public StatusItem {
  public:
   /// `embeddingTray` has no functions on desktops without such trays. The bundle and the run loop must outlive the
-  /// item. Needs a QApplication.
-  QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray);
+  /// item. Which kind of host it was made for is written into `report`, which must outlive it as well. Needs a
+  /// QApplication.
+  QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray, StatusReport& report);
 
   void setTemplateImage(const std::string& name) override;
   void setMenu(std::shared_ptr<Menu> menu) override;
@@ -38,11 +40,12 @@ class QtStatusItem : public StatusItem {
  private:
   void lookForHost();
   void lookForOlderTray();
-  void appear();
+  void appear(const char* host);
 
   const LinuxBundle& images;
   RunLoop& runLoop;
   EmbeddingTray olderTray;
+  StatusReport& report;
   QtMenu menu;
   QIcon icon;
   QDBusServiceWatcher watchers;

@@ -6,11 +6,13 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/FatalError.h"
+#include "linux/qt/Log.h"
 
 namespace quilex {
 
@@ -53,9 +55,23 @@ bool onlySoftwareDevices() {
   });
 }
 
-bool isSoftware(std::string_view rasteriser) {
-  return contains(rasteriser.data(), "llvmpipe") || contains(rasteriser.data(), "softpipe") ||
-         contains(rasteriser.data(), "SWR");
+// A rasteriser that does not say what it is counts as one of software.
+bool isSoftware(const std::string& rasteriser) {
+  return rasteriser.empty() || contains(rasteriser.c_str(), "llvmpipe") || contains(rasteriser.c_str(), "softpipe") ||
+         contains(rasteriser.c_str(), "SWR");
+}
+
+std::string glText(GLenum name) {
+  const auto* text = reinterpret_cast<const char*>(glGetString(name));
+  return text != nullptr ? text : "";
+}
+
+// What EGL says of its last failure, to be put behind a sentence; nothing where there was none.
+std::string lastError() {
+  const EGLint error = eglGetError();
+  std::ostringstream text;
+  text << " (EGL error 0x" << std::hex << error << ")";
+  return error == EGL_SUCCESS ? "" : text.str();
 }
 
 }  // namespace
@@ -115,17 +131,27 @@ class GpuPicture : public Picture {
 
 std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay,
                                                std::optional<EGLint> nativeVisual, mpv_render_param displayParameter,
-                                               Rasteriser allowed, std::unique_ptr<EglWindows> windows) {
-  if (allowed == Rasteriser::hardwareOnly && onlySoftwareDevices()) {
+                                               Rasteriser allowed, std::string& refusal,
+                                               std::unique_ptr<EglWindows> windows) {
+  const auto refuse = [&refusal](std::string why) {
+    refusal = std::move(why);
+    qCInfo(renderLog, "EGL is not used: %s", refusal.c_str());
     return nullptr;
+  };
+  if (allowed == Rasteriser::hardwareOnly && onlySoftwareDevices()) {
+    return refuse("EGL knows only software devices");
   }
   const EGLDisplay display = eglGetPlatformDisplay(platform, nativeDisplay, nullptr);
   if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
-    return nullptr;
+    return refuse("EGL cannot be started on this display" + lastError());
   }
   std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display, std::move(windows)));
   renderer->nativeDisplayParameter = displayParameter;
-  return renderer->setUp(nativeVisual, allowed) ? std::move(renderer) : nullptr;
+  if (auto failure = renderer->setUp(nativeVisual, allowed)) {
+    return refuse(*std::move(failure));
+  }
+  qCInfo(renderLog, "draws with %s", renderer->driver.c_str());
+  return renderer;
 }
 
 bool GpuRenderer::suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const {
@@ -161,16 +187,24 @@ bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
   return true;
 }
 
-bool GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
-  if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context") ||
-      eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE || !chooseConfig(nativeVisual)) {
-    return false;
+std::optional<std::string> GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
+  if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context")) {
+    return "EGL lacks contexts without surfaces (EGL_KHR_surfaceless_context)";
+  }
+  if (eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE) {
+    return "EGL lacks OpenGL ES";
+  }
+  if (!chooseConfig(nativeVisual)) {
+    return "EGL has no configuration of OpenGL ES 3 for the windows' colours";
   }
   if (!use(makeGlContext())) {
-    return false;
+    return "EGL cannot make a context of OpenGL ES 3" + lastError();
   }
-  const auto* rasteriser = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
-  return allowed == Rasteriser::any || (rasteriser != nullptr && !isSoftware(rasteriser));
+  driver = glText(GL_VENDOR) + " " + glText(GL_RENDERER) + ", " + glText(GL_VERSION);
+  if (allowed == Rasteriser::hardwareOnly && isSoftware(glText(GL_RENDERER))) {
+    return "EGL has only a software rasteriser, " + glText(GL_RENDERER);
+  }
+  return std::nullopt;
 }
 
 // A driver tells of resets only in a context that asks for it; it may end the process otherwise.

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "linux/render/Renderer.h"
@@ -37,14 +38,16 @@ class GpuRenderer : public Renderer {
   /// `platform` and `nativeDisplay` as eglGetPlatformDisplay takes them; the windows' visual is `nativeVisual`, or any
   /// of 24 bits without transparency where windows have none of their own.
   /// `displayParameter` is handed to libmpv for hardware decoding and may be of type MPV_RENDER_PARAM_INVALID. Empty
-  /// when there is no EGL for that display and visual, or only a software rasteriser and `allowed` asks for hardware.
+  /// when there is no EGL for that display and visual, or only a software rasteriser and `allowed` asks for hardware;
+  /// then `refusal` says why.
   static std::unique_ptr<GpuRenderer> make(EGLenum platform, void* nativeDisplay, std::optional<EGLint> nativeVisual,
-                                           mpv_render_param displayParameter, Rasteriser allowed,
+                                           mpv_render_param displayParameter, Rasteriser allowed, std::string& refusal,
                                            std::unique_ptr<EglWindows> windows = std::make_unique<EglWindows>());
   ~GpuRenderer() override;
 
   MpvRenderContext makeContext(mpv_handle* core) override;
   bool turnsPictures() const override { return true; }
+  std::string device() const override { return driver; }
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
   bool isLost() const override { return lost; }
@@ -55,7 +58,8 @@ class GpuRenderer : public Renderer {
 
   GpuRenderer(EGLDisplay initialised, std::unique_ptr<EglWindows> nativeWindows)
       : display(initialised), windows(std::move(nativeWindows)) {}
-  bool setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
+  /// Why that was not possible; nothing when it was.
+  std::optional<std::string> setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
   bool chooseConfig(std::optional<EGLint> nativeVisual);
   bool suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const;
   EGLContext makeGlContext() const;
@@ -70,6 +74,7 @@ class GpuRenderer : public Renderer {
 
   EGLDisplay display;
   std::unique_ptr<EglWindows> windows;
+  std::string driver;
   EGLConfig config = nullptr;
   EGLContext context = EGL_NO_CONTEXT;
   bool lost = false;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace quilex {
 
@@ -57,6 +58,8 @@ class Renderer {
   /// Whether that context turns pictures as the core's option "video-rotate" says. libmpv's software renderer does not:
   /// it stops the process where the turned picture has another shape.
   virtual bool turnsPictures() const { return false; }
+  /// What draws, as its driver says it; empty where that is the CPU.
+  virtual std::string device() const { return {}; }
   virtual std::unique_ptr<Picture> makePicture(PixelSize size) = 0;
   /// The window is about to be destroyed.
   virtual void forget(NativeWindow window) = 0;

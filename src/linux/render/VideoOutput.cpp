@@ -5,6 +5,8 @@
 #include <chrono>
 #include <utility>
 
+#include "linux/qt/Log.h"
+
 namespace quilex {
 
 namespace {
@@ -57,10 +59,12 @@ void VideoOutput::frameArrived() {
   const bool first = !std::exchange(hasFrame, true);
   ++frameNumber;
   bool taken = false;
+  bool wanted = false;
   for (VideoSurface* surface : surfaces) {
     if (!surface->visible) {
       continue;
     }
+    wanted = true;
     Drawn& drawn = drawnAt(surface->size);
     if (drawn.frame != frameNumber && drawn.picture->draw(context.get())) {
       drawn.frame = frameNumber;
@@ -71,8 +75,13 @@ void VideoOutput::frameArrived() {
       drawn.picture->show(surface->window, surface->shown);
     }
   }
-  if (!taken) {
+  if (taken) {
+    shown.add(MinuteCounter::Time::clock::now());
+  } else {
     dropFrame();
+    if (wanted) {
+      framesDropped(1);
+    }
   }
   if (first) {
     const auto waiting = surfaces;
@@ -86,6 +95,7 @@ void VideoOutput::frameArrived() {
 
 void VideoOutput::checkLost() {
   if (renderer->isLost() && !restoration) {
+    qCWarning(renderLog, "the driver has lost all that was drawn");
     // Not in the midst of drawing.
     restoration = runLoop.after(std::chrono::milliseconds(0), [this] { restore(); });
   }
@@ -98,6 +108,7 @@ void VideoOutput::restore() {
     pictures.clear();
     detach();
   });
+  qCInfo(renderLog, restored ? "drawing works again" : "drawing does not work yet");
   if (!restored) {
     restoration = runLoop.after(kRestoreRetry, [this] { restore(); });
   } else if (wasAttached) {

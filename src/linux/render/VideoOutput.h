@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/MinuteCounter.h"
 #include "linux/qt/QtRunLoop.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/Renderer.h"
@@ -31,6 +32,12 @@ class VideoOutput {
   bool turnsPictures() const { return renderer->turnsPictures(); }
   /// The core has no current frame any more; what was drawn of it stays.
   void frameLost() { hasFrame = false; }
+  /// The core has dropped frames that came too late.
+  void framesDropped(std::uint32_t count) { dropped.add(MinuteCounter::Time::clock::now(), count); }
+
+  /// In the last minute: frames that at least one window showed, and frames that some window should have shown.
+  std::uint32_t framesShown() { return shown.lastMinute(MinuteCounter::Time::clock::now()); }
+  std::uint32_t framesDropped() { return dropped.lastMinute(MinuteCounter::Time::clock::now()); }
 
  private:
   friend class VideoSurface;
@@ -62,6 +69,8 @@ class VideoOutput {
   std::optional<Disposable> restoration;
   bool hasFrame = false;
   std::uint64_t frameNumber = 0;
+  MinuteCounter shown;
+  MinuteCounter dropped;
 };
 
 /// One window's share of the picture. Main thread.

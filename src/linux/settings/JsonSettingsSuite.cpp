@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "app/PrivateFiles.h"
+#include "linux/qt/Log.h"
 #include "library/JSONCoding.h"
 
 namespace quilex {
@@ -68,6 +69,7 @@ std::optional<SettingsFile::Problem> JsonSettingsSuite::readFile() const {
   ++reads;
   SettingsFile::Contents contents = file.read();
   seen = contents.signature;
+  qCDebug(settingsLog, "reads %s", file.path.c_str());
   if (auto* object = std::get_if<Json>(&contents.object)) {
     values = std::move(*object);
     // What another process has stored since is newer than a change that still waits.
@@ -93,6 +95,7 @@ void JsonSettingsSuite::refresh() const {
 void JsonSettingsSuite::complain(const std::string& problem, const char* consequence) const {
   if (problem != lastComplaint) {
     lastComplaint = problem;
+    qCWarning(settingsLog, "%s", sentence(problem).c_str());
     std::fprintf(stderr, "%s; %s\n", sentence(problem).c_str(), consequence);
   }
 }

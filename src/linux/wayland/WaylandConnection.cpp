@@ -29,13 +29,18 @@ const wl_registry_listener WaylandConnection::registryListener = {
                         std::uint32_t name) { static_cast<WaylandConnection*>(data)->removed(name); },
 };
 
-std::unique_ptr<WaylandConnection> WaylandConnection::open() {
+std::unique_ptr<WaylandConnection> WaylandConnection::open(std::string& refusal) {
   wl_display* const display = wl_display_connect(nullptr);
   if (display == nullptr) {
+    refusal = "there is no compositor at WAYLAND_DISPLAY";
     return nullptr;
   }
   std::unique_ptr<WaylandConnection> connection(new WaylandConnection(display));
-  return connection->setUp() ? std::move(connection) : nullptr;
+  if (auto failure = connection->setUp()) {
+    refusal = *std::move(failure);
+    return nullptr;
+  }
+  return connection;
 }
 
 WaylandConnection::WaylandConnection(wl_display* connected)
@@ -45,17 +50,23 @@ WaylandConnection::WaylandConnection(wl_display* connected)
 
 WaylandConnection::~WaylandConnection() = default;
 
-bool WaylandConnection::setUp() {
+std::optional<std::string> WaylandConnection::setUp() {
   // Once for the globals, and once for what the outputs say of themselves.
   for (int i = 0; i < 2; ++i) {
     if (wl_display_roundtrip(display()) < 0) {
-      return false;
+      return "the compositor ends the connection";
     }
   }
   constexpr std::uint32_t kBufferDamage = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
-  return globals.compositor && wl_compositor_get_version(compositor()) >= kBufferDamage && globals.sharedMemory &&
-         globals.viewporter && globals.layerShell &&
-         zwlr_layer_shell_v1_get_version(layerShell()) >= ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION;
+  if (!globals.layerShell ||
+      zwlr_layer_shell_v1_get_version(layerShell()) < ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION) {
+    return "the compositor has no layer shell (wlr-layer-shell, version 2)";
+  }
+  if (!globals.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals.sharedMemory ||
+      !globals.viewporter) {
+    return "the compositor lacks wl_compositor 4, wl_shm or wp_viewporter";
+  }
+  return std::nullopt;
 }
 
 void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uint32_t version) {

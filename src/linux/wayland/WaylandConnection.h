@@ -3,6 +3,8 @@
 #include <QSocketNotifier>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "app/ObserverList.h"
@@ -17,8 +19,9 @@ namespace quilex {
 class WaylandConnection {
  public:
   /// Connects to $WAYLAND_DISPLAY; empty when there is no compositor, or it has no layer shell (wlr-layer-shell
-  /// version 2) or lacks something else that a wallpaper needs. Needs a QCoreApplication for events to arrive.
-  static std::unique_ptr<WaylandConnection> open();
+  /// version 2) or lacks something else that a wallpaper needs; then `refusal` says what. Needs a QCoreApplication for
+  /// events to arrive.
+  static std::unique_ptr<WaylandConnection> open(std::string& refusal);
   ~WaylandConnection();
   WaylandConnection(const WaylandConnection&) = delete;
   WaylandConnection& operator=(const WaylandConnection&) = delete;
@@ -56,7 +59,8 @@ class WaylandConnection {
   static const wl_registry_listener registryListener;
 
   explicit WaylandConnection(wl_display* connected);
-  bool setUp();
+  /// What keeps it from being used; nothing when all is there.
+  std::optional<std::string> setUp();
   void bind(std::uint32_t name, const char* interface, std::uint32_t version);
   void removed(std::uint32_t name);
   void drainEvents();

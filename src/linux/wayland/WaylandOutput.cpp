@@ -14,9 +14,11 @@ const wl_output_listener WaylandOutput::outputListener = {
           next.transform = transform;
         },
     .mode =
-        [](void* data, wl_output*, std::uint32_t flags, std::int32_t width, std::int32_t height, std::int32_t) {
+        [](void* data, wl_output*, std::uint32_t flags, std::int32_t width, std::int32_t height,
+           std::int32_t milliHertz) {
           if ((flags & WL_OUTPUT_MODE_CURRENT) != 0) {
             listener<WaylandOutput>(data).pending.mode = {width, height};
+            listener<WaylandOutput>(data).pending.refreshRate = milliHertz / 1000.0;
           }
         },
     .done =

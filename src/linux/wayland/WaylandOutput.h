@@ -33,12 +33,15 @@ class WaylandOutput {
   /// Pixels of the display for one unit of the global space, in each direction.
   double horizontalScale() const { return static_cast<double>(upright().width) / frame().width; }
   double verticalScale() const { return static_cast<double>(upright().height) / frame().height; }
+  /// Hz; 0 when it is not known.
+  double refreshRate() const { return current.refreshRate; }
 
  private:
   struct Description {
     std::string name;
     PixelRect logical;
     PixelSize mode;
+    double refreshRate = 0;
     std::int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
     std::int32_t scale = 1;
     int x = 0;

@@ -7,6 +7,7 @@
 #include "linux/render/VideoOutput.h"
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11DesktopWindow.h"
+#include "linux/x11/X11Monitors.h"
 #include "platform/RunLoop.h"
 #include "platform/WindowServer.h"
 
@@ -38,8 +39,7 @@ class X11WindowServer : public WindowServer {
   VideoOutput& output;
   Renderer& renderer;
   RunLoop& runLoop;
-  bool hasMonitors = false;
-  std::uint8_t firstRandrEvent = 0;
+  X11Monitors monitors;
   DesktopWindows<X11DesktopWindow> windows;
   ObserverList<> screenObservers;
   ObserverList<> spaceObservers;

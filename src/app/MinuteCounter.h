@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+
+namespace quilex {
+
+/// Counts what happens, and says how often it did in the last minute, to the second. Nothing runs between two calls.
+class MinuteCounter {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  /// Times never decrease from one call to the next.
+  void add(Time now, std::uint32_t count = 1) {
+    turnTo(now);
+    counts[index()] += count;
+  }
+  std::uint32_t lastMinute(Time now) {
+    turnTo(now);
+    return std::accumulate(counts.begin(), counts.end(), std::uint32_t{0});
+  }
+
+ private:
+  // Forgets the seconds that are a minute old.
+  void turnTo(Time now) {
+    const auto next = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
+    if (next - second >= static_cast<std::int64_t>(counts.size())) {
+      counts.fill(0);
+      second = next;
+    }
+    while (second < next) {
+      ++second;
+      counts[index()] = 0;
+    }
+  }
+  std::size_t index() const { return static_cast<std::size_t>(second) % counts.size(); }
+
+  std::array<std::uint32_t, 60> counts{};
+  std::int64_t second = 0;
+};
+
+}  // namespace quilex

@@ -1,0 +1,122 @@
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+#include "app/AppInfo.h"
+#include "companion/Commands.h"
+#include "companion/Settings.h"
+#include "companion/SettingsTable.h"
+#include "companion/Text.h"
+#include "companion/VideoLibrary.h"
+#include "linux/bundle/LinuxBundle.h"
+#include "linux/dbus/AgentQuestion.h"
+#include "linux/dbus/BusConnection.h"
+#include "settings/SettingsKeys.h"
+
+namespace quilex {
+
+namespace {
+
+// Longer than an agent or a bus takes that is only busy.
+constexpr std::chrono::milliseconds kAnswerPatience{1000};
+
+// What the agent would say of itself, as far as the files hold it.
+Result<AgentStatus> statusOfFiles() {
+  const LinuxBundle bundle = LinuxBundle::main();
+  auto library =
+      VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
+  if (auto* failure = std::get_if<Failure>(&library)) {
+    return std::move(*failure);
+  }
+  auto read = std::get<0>(library)->videos();
+  if (auto* failure = std::get_if<Failure>(&read)) {
+    return std::move(*failure);
+  }
+  auto opened = Settings::open();
+  if (auto* failure = std::get_if<Failure>(&opened)) {
+    return std::move(*failure);
+  }
+  const auto& videos = std::get<std::vector<VideoDetail>>(read);
+  const SettingsSuite& suite = std::get<0>(opened)->suite();
+  const auto value = [&](const char* key) { return valueInForce(suite, key); };
+  AgentStatus status;
+  status.videoSign = value(settings::kCurrentVideoSign);
+  const auto video = std::ranges::find(videos, status.videoSign, &VideoDetail::sign);
+  status.videoTitle = video != videos.end() ? video->title : "";
+  status.videoState = status.videoSign.empty() ? "none chosen" : video == videos.end() ? "not in the library" : "";
+  status.isOpen = value(settings::kIsOpenPlayer) == "true";
+  status.isPlaying = value(settings::kIsPlaying) == "true";
+  status.monitorArrange = static_cast<std::int32_t>(suite.integer(settings::kMonitorArrange));
+  status.screenIndex = static_cast<std::int32_t>(suite.integer(settings::kScreenIndex));
+  status.playMode = static_cast<std::int32_t>(suite.integer(settings::kPlayMode));
+  status.volume = suite.contains(settings::kVolume) ? suite.real(settings::kVolume) : settings::kDefaultVolume;
+  status.isMuted = suite.boolean(settings::kMute);
+  status.libraryVideos = static_cast<std::uint32_t>(videos.size());
+  status.libraryFile = std::get<0>(library)->file();
+  return status;
+}
+
+std::string agentLine(const std::variant<AgentStatus, NoAgent>& answer) {
+  const auto* const none = std::get_if<NoAgent>(&answer);
+  if (none == nullptr) {
+    return "running";
+  }
+  switch (none->reason) {
+    case NoAgent::Reason::notRunning:
+      return "not running";
+    case NoAgent::Reason::noAnswer:
+      return "running, but it does not answer";
+    case NoAgent::Reason::noBus:
+      break;
+  }
+  return "unknown: there is no D-Bus session bus";
+}
+
+// The current video, and how it is where that is worth a word.
+std::string videoLine(const AgentStatus& status) {
+  const std::string sign = status.videoSign.empty() ? "" : " (" + status.videoSign + ")";
+  const std::string& state = status.videoState;
+  if (state == "loading" || state == "failed") {
+    return status.videoTitle + sign + (state == "failed" ? ", cannot be played" : ", loading");
+  }
+  return (sign.empty() || status.videoTitle.empty() ? state : status.videoTitle) + sign;
+}
+
+std::string meaningOf(const char* key, std::int32_t value) {
+  const std::string meaning = std::get<Setting>(findSetting(key)).meaningOf(value);
+  return meaning.empty() ? std::to_string(value) : meaning;
+}
+
+// The shortest number that stands for the setting.
+std::string volumeText(double volume) {
+  char digits[64];
+  return {digits, std::to_chars(digits, digits + sizeof digits, static_cast<float>(volume)).ptr};
+}
+
+}  // namespace
+
+Outcome statusCommand() {
+  const Disposable silentBuses = hideSilentBuses(kAnswerPatience, [](BusKind) {});
+  const auto answer = askAgent(kAnswerPatience);
+  const auto* const told = std::get_if<AgentStatus>(&answer);
+  auto known = told != nullptr ? Result<AgentStatus>(*told) : statusOfFiles();
+  if (auto* failure = std::get_if<Failure>(&known)) {
+    return std::move(*failure);
+  }
+  const auto& status = std::get<AgentStatus>(known);
+  const std::uint32_t videos = status.libraryVideos;
+  printLine("agent:       " + agentLine(answer));
+  printLine("video:       " + cleanText(videoLine(status)));
+  printLine(std::string("wallpaper:   ") + (status.isOpen ? "open" : "closed") + ", " +
+            (status.isPlaying ? "playing" : "paused"));
+  printLine("arrangement: " + meaningOf(settings::kMonitorArrange, status.monitorArrange) + " (ScreenIndex " +
+            std::to_string(status.screenIndex) + ")");
+  printLine("mode:        " + meaningOf(settings::kPlayMode, status.playMode));
+  printLine("volume:      " + volumeText(status.volume) + (status.isMuted ? ", muted" : ", not muted"));
+  printLine("library:     " + std::to_string(videos) + (videos == 1 ? " video, " : " videos, ") +
+            cleanText(status.libraryFile));
+  return std::nullopt;
+}
+
+}  // namespace quilex
