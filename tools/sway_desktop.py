@@ -25,8 +25,6 @@ INITIAL_NAME = "WL-1"
 
 
 class SwayDesktop:
-    background = (63, 63, 63)  # what sway shows where nobody draws
-
     def __init__(self, monitors=("1920x1080",)):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="virtual-desktop-"))
         # The output of each monitor, or None; and what it was told to be.
@@ -49,6 +47,8 @@ class SwayDesktop:
         try:
             self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
             self.set_monitors(monitors)
+            # What sway shows where nobody draws, which is not the same in all versions.
+            self.background = self.screenshot().getpixel((0, 0))
         except (RuntimeError, subprocess.CalledProcessError):
             self.close()
             raise
