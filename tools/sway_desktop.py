@@ -16,14 +16,15 @@ import time
 from PIL import Image
 
 DEADLINE = 20  # seconds
-OUTER = 'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\n'
+# The windows lie side by side, a place for each monitor, on an output that all of them reach into: what another window
+# covers is not drawn. It is flat, because its pixels cost memory.
+PLACE = 4096
+OUTER = f'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\noutput * mode --custom {7 * PLACE}x16\n'
 INNER = "default_border none\nxwayland disable\n"
 INITIAL_NAME = "WL-1"
 
 
 class SwayDesktop:
-    background = (63, 63, 63)  # what sway shows where nobody draws
-
     def __init__(self, monitors=("1920x1080",)):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="virtual-desktop-"))
         # The output of each monitor, or None; and what it was told to be.
@@ -46,6 +47,8 @@ class SwayDesktop:
         try:
             self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
             self.set_monitors(monitors)
+            # What sway shows where nobody draws, which is not the same in all versions.
+            self.background = self.screenshot().getpixel((0, 0))
         except (RuntimeError, subprocess.CalledProcessError):
             self.close()
             raise
@@ -124,6 +127,8 @@ class SwayDesktop:
             name = self.names[index]
             self.configure(index, f"position {left} 0 scale 1 transform normal")
             self._wait(lambda: self._has_mode(name, left, size), f"{name} at {mode}")
+            # Its window keeps its middle when it is resized.
+            self._ask(self.outer_socket, f'[title="{name}$"] move absolute position {index * PLACE} 0')
             left += size[0]
 
     def _has_mode(self, name, left, size):

@@ -61,16 +61,23 @@ QtMessageHandler printMessage = nullptr;
 const std::thread::id mainThread = std::this_thread::get_id();
 
 // Of a compositor that is gone the toolkit tells nobody but the user, from a thread of its own or from this one, and
-// ends the process without its exit handlers. In its own thread it is held up until this one has told.
+// ends the process without its exit handlers, with a status of its own. In its own thread it is held up until this one
+// has told.
 void toolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   constexpr std::chrono::seconds kLongestWait{5};
-  if (!text.startsWith(QStringLiteral("The Wayland connection"))) {
+  const bool isMainThread = std::this_thread::get_id() == mainThread;
+  if (text.startsWith(QStringLiteral("The Wayland connection"))) {
+    if (isMainThread) {
+      desktopLost();
+    } else {
+      quilex::EndDeadline::shared().begin(EXIT_FAILURE);
+      lossIsTold.wait_for(kLongestWait);
+    }
+    std::_Exit(EXIT_FAILURE);
+  }
+  // What the toolkit cannot do any more without its desktop is no news.
+  if (!isMainThread || serverName != nullptr || qstrcmp(context.category, "default") != 0) {
     printMessage(type, context, text);
-  } else if (std::this_thread::get_id() == mainThread) {
-    desktopLost();
-  } else {
-    quilex::EndDeadline::shared().begin(EXIT_FAILURE);
-    lossIsTold.wait_for(kLongestWait);
   }
 }
 

@@ -86,8 +86,8 @@ TEST_F(MediaTest, PassesFollowEachOtherFrameByFrameAndSampleBySample) {
     const QByteArray once = frames(file);
     EXPECT_EQ(frames(looped), once + once + once) << name;
     const auto sound = samples(looped);
-    // Some versions of the player leave out a packet where the first pass begins.
-    ASSERT_NEAR(static_cast<double>(sound.size()), 3 * count, 1024) << name;
+    // Some versions of the player leave out a packet where the first pass begins; FLAC has the largest.
+    ASSERT_NEAR(static_cast<double>(sound.size()), 3 * count, name == "h.mkv" ? 4608 : 1024) << name;
     int largest = 0;
     for (std::size_t at = sound.size() - static_cast<std::size_t>(count); at < sound.size(); ++at) {
       largest = std::max(largest, std::abs(sound[at] - sound[at - static_cast<std::size_t>(count)]));

@@ -19,7 +19,7 @@ import urllib.parse
 
 from PIL import Image, ImageChops, ImageStat
 
-from session import Session, UserSession, make_clip, wait_for
+from session import Session, UserSession, make_clip, turn_clip, wait_for
 
 BUILD = sys.argv.pop(1)
 
@@ -94,9 +94,7 @@ class Companion(CompanionTest):
         heard = self.session.hear()
         loops = len(self.videos())
         self.assertGreaterEqual(loops, 3)
-        turned = self.clips / "turned.mp4"
-        turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
+        turned = turn_clip(self.small, self.clips / "turned.mp4", 90)
         self.quilex("import", self.small, turned)
         wait_for(lambda: '"UpdateVideoList"' in heard.read_text(), "the notification")
         video, upright = self.videos()[loops:]
@@ -111,7 +109,7 @@ class Companion(CompanionTest):
         self.check_privacy()
         cover, turned_cover = (Image.open(self.covers / (each["sign"] + ".jpg")) for each in (video, upright))
         self.assertEqual(turned_cover.size, (72, 128))
-        difference = ImageChops.difference(cover.transpose(Image.Transpose.ROTATE_90), turned_cover)
+        difference = ImageChops.difference(cover.transpose(Image.Transpose.ROTATE_270), turned_cover)
         self.assertLess(max(ImageStat.Stat(difference).mean), 16)
         # On a terminal it tells how far it is, and leaves no trace of that.
         terminal, errors = pty.openpty()

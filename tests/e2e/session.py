@@ -3,11 +3,13 @@
 import contextlib
 import itertools
 import json
+import math
 import os
 import pathlib
 import shutil
 import signal
 import sqlite3
+import struct
 import subprocess
 import sys
 import tempfile
@@ -43,6 +45,18 @@ def make_clip(path, graph, seconds=10):
     command += ["-c:v", "libx264", "-preset", "ultrafast", "-crf", "12", "-pix_fmt", "yuv420p", str(path)]
     subprocess.run(command, check=True, timeout=120)
     return str(path)
+
+
+def turn_clip(path, target, degrees):
+    """The MP4 at path, its first track now for a display that turns it clockwise by so many degrees."""
+    # The first four numbers of the matrix in the track's header (ISO 14496-12, 8.3.2).
+    data = bytearray(pathlib.Path(path).read_bytes())
+    matrix, angle = data.index(b"tkhd") + 44, math.radians(degrees)
+    numbers = (math.cos(angle), math.sin(angle), -math.sin(angle), math.cos(angle))
+    for offset, number in zip((0, 4, 12, 16), numbers):
+        struct.pack_into(">i", data, matrix + offset, round(number * 65536))
+    target.write_bytes(data)
+    return target
 
 
 class Probe(subprocess.Popen):

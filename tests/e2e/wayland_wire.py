@@ -1,6 +1,7 @@
 """Wayland's wire format: a mouse, and a relay that closes layer surfaces by a word of its own."""
 
 import contextlib
+import functools
 import os
 import socket
 import struct
@@ -66,7 +67,10 @@ class Relay:
                 client, _ = self.listener.accept()
                 server = socket.socket(socket.AF_UNIX)
                 server.connect(self.server)
-                for ends in ((client, server, self.note_requests), (server, client, self.add_events)):
+                # The toolkit has a connection of its own, without such surfaces.
+                opened = []
+                looks = functools.partial(self.note_requests, opened), functools.partial(self.add_events, opened)
+                for ends in ((client, server, looks[0]), (server, client, looks[1])):
                     threading.Thread(target=self.carry, args=ends, daemon=True).start()
 
     def carry(self, source, sink, look):
@@ -80,12 +84,13 @@ class Relay:
                     os.close(each)
             sink.shutdown(socket.SHUT_WR)
 
-    def note_requests(self, data):
+    def note_requests(self, opened, data):
         # Of the agent's layer surfaces; before the name stand five words, the first of them the new number.
         start = -1
         while (start := data.find(b"quilexhelper\0", start + 1)) >= 20:
-            self.opened += struct.unpack_from("=I", data, start - 20)
+            opened += struct.unpack_from("=I", data, start - 20)
+            self.opened.append(opened[-1])
         return b""
 
-    def add_events(self, _):
-        return message(self.closing.pop(), CLOSED) if self.closing else b""
+    def add_events(self, opened, _):
+        return message(self.closing.pop(), CLOSED) if opened and self.closing else b""

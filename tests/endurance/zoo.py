@@ -6,7 +6,6 @@
 import contextlib
 import ctypes
 import errno
-import math
 import os
 import random
 import socket
@@ -16,6 +15,8 @@ import sys
 import time
 
 from endurance import QUADRANTS
+
+from session import turn_clip
 
 H264 = "-c:v libx264 -preset ultrafast -pix_fmt yuv420p"
 # By suffix; the options of ffmpeg for what has it.
@@ -103,14 +104,7 @@ def turned(kept):
     for degrees, filters in TURNS.items():
         stored, path = kept / f"stored {degrees}.mp4", kept / f"turned {degrees}.mp4"
         encode(stored, H264, "640x360", frames=60, filters=QUADRANTS.split(",", 1)[1] + "," + filters)
-        # The first four numbers of the matrix in the track's header (ISO 14496-12, 8.3.2), which turns clockwise.
-        data = bytearray(stored.read_bytes())
-        matrix, angle = data.index(b"tkhd") + 44, math.radians(degrees)
-        numbers = (math.cos(angle), math.sin(angle), -math.sin(angle), math.cos(angle))
-        for offset, number in zip((0, 4, 12, 16), numbers):
-            struct.pack_into(">i", data, matrix + offset, round(number * 65536))
-        path.write_bytes(data)
-        yield path
+        yield turn_clip(stored, path, degrees)
 
 
 def sound(kept):
@@ -119,7 +113,7 @@ def sound(kept):
         yield encode(kept / name, options)
     for rate in RATES:
         yield encode(kept / f"rate {rate.replace('/', ' of ')}.mp4", H264, rate=rate, frames=2 if rate == "1" else 9)
-    yield encode(kept / "variable rate.mkv", H264 + " -vsync vfr", filters="setpts=N*N/(300*TB)")
+    yield encode(kept / "variable rate.mkv", H264 + " -fps_mode vfr", filters="setpts=N*N/(300*TB)")
     for frames in (1, 300):
         yield encode(kept / f"frames {frames}.mp4", H264, rate="240", frames=frames)
 

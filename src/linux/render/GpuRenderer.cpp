@@ -18,6 +18,16 @@ namespace quilex {
 
 namespace {
 
+// What cores before 0.37 do by default. Later ones scale in several passes, which takes a multiple of the time and
+// gives a black picture with some drivers of OpenGL ES.
+constexpr std::array<std::pair<const char*, const char*>, 7> kScaling{{{"scale", "bilinear"},
+                                                                       {"dscale", "bilinear"},
+                                                                       {"cscale", "bilinear"},
+                                                                       {"correct-downscaling", "no"},
+                                                                       {"linear-downscaling", "no"},
+                                                                       {"sigmoid-upscaling", "no"},
+                                                                       {"dither-depth", "no"}}};
+
 bool contains(const char* list, std::string_view word) {
   return list != nullptr && std::string_view(list).find(word) != std::string_view::npos;
 }
@@ -274,6 +284,9 @@ GpuRenderer::~GpuRenderer() {
 
 MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
   mpv_set_option_string(core, "hwdec", "auto-safe");
+  for (const auto& [name, value] : kScaling) {
+    mpv_set_option_string(core, name, value);
+  }
   makeCurrent(current);
   mpv_opengl_init_params functions{};
   functions.get_proc_address = [](void*, const char* name) { return reinterpret_cast<void*>(eglGetProcAddress(name)); };

@@ -22,26 +22,29 @@ const wl_seat_listener WaylandPointer::seatListener = {
     .name = [](void*, wl_seat*, const char*) {},
 };
 
-// Only what comes of a seat of version 5 is ever sent.
-const wl_pointer_listener WaylandPointer::pointerListener = {
-    .enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t,
-                wl_fixed_t) { listener<WaylandPointer>(data).enter(serial, surface); },
-    .leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) { listener<WaylandPointer>(data).over = nullptr; },
-    .motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
-    .button =
-        [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
-          if (listener<WaylandPointer>(data).over != nullptr) {
-            listener<WaylandPointer>(data).handler(listener<WaylandPointer>(data).over, button,
-                                                   state == WL_POINTER_BUTTON_STATE_PRESSED);
-          }
-        },
-    .axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
-    .frame = [](void*, wl_pointer*) {},
-    .axis_source = [](void*, wl_pointer*, std::uint32_t) {},
-    .axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {},
-    .axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {},
-    .axis_value120 = nullptr,
-};
+// Only what comes of a seat of version 5 is ever sent; newer protocols have more members, which stay null.
+const wl_pointer_listener WaylandPointer::pointerListener = [] {
+  wl_pointer_listener events{};
+  events.enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t, wl_fixed_t) {
+    listener<WaylandPointer>(data).enter(serial, surface);
+  };
+  events.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
+    listener<WaylandPointer>(data).over = nullptr;
+  };
+  events.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
+  events.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
+    if (listener<WaylandPointer>(data).over != nullptr) {
+      listener<WaylandPointer>(data).handler(listener<WaylandPointer>(data).over, button,
+                                             state == WL_POINTER_BUTTON_STATE_PRESSED);
+    }
+  };
+  events.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
+  events.frame = [](void*, wl_pointer*) {};
+  events.axis_source = [](void*, wl_pointer*, std::uint32_t) {};
+  events.axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {};
+  events.axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {};
+  return events;
+}();
 
 WaylandPointer::WaylandPointer(WaylandConnection& theConnection, Handler pressed)
     : connection(theConnection), handler(std::move(pressed)), seat(theConnection.bindSeat()) {
