@@ -344,7 +344,6 @@ class CompanionWithAgent(CompanionTest):
                 self.assertIsNone(session.agent.poll(), what)
             self.quilex("remove", signs["green"])
         self.assertIn("agent:       running", self.quilex("status"))
-        self.assertEqual(session.end_agent(), 0)
 
 
 if __name__ == "__main__":

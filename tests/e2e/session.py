@@ -170,9 +170,10 @@ class Session(UserSession):
                 wait_for(lambda: self.manager_obeys(shows_desktop), "the window manager")
 
     def close(self):
-        self.end_agent()
+        status = self.end_agent()
         super().close()
         self.desktop.close()
+        assert not status, f"the agent ended with {status}"
 
     # The agent
 

@@ -56,18 +56,13 @@ class Relay:
         self.listener.listen()
         threading.Thread(target=self.accept, daemon=True).start()
 
-    def close(self):
-        self.listener.shutdown(socket.SHUT_RDWR)
-        self.listener.close()
-
     def accept(self):
-        with contextlib.suppress(OSError):  # when the listener is closed
-            while True:
-                client, _ = self.listener.accept()
-                server = socket.socket(socket.AF_UNIX)
-                server.connect(self.server)
-                for ends in ((client, server, self.note_requests), (server, client, self.add_events)):
-                    threading.Thread(target=self.carry, args=ends, daemon=True).start()
+        while True:
+            client, _ = self.listener.accept()
+            server = socket.socket(socket.AF_UNIX)
+            server.connect(self.server)
+            for ends in ((client, server, self.note_requests), (server, client, self.add_events)):
+                threading.Thread(target=self.carry, args=ends, daemon=True).start()
 
     def carry(self, source, sink, look):
         """Hands on what comes, and what `look` answers to it."""
