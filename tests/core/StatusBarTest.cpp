@@ -153,14 +153,6 @@ TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
   delegate.applicationDidChangeOcclusionState();
   EXPECT_EQ(commands(), " A play");
   delegate.applicationDidResignActive();
-  for (auto* setting : {&preferences->isPlaying, &preferences->isOpenPlayer}) {
-    setting->set(false);
-    commands();
-    workspace.wakeObservers.notify();
-    delegate.applicationDidChangeOcclusionState();
-    EXPECT_EQ(commands(), "");
-    setting->set(true);
-  }
   delegate.applicationWillTerminate();
   delegate.applicationWillTerminate();
   EXPECT_EQ(center.posted, " delivered com.dravo.quilex.mac.ter");
