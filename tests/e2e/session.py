@@ -142,8 +142,9 @@ class UserSession:
     def hear(self):
         """Answers the file in which what is posted on the bus comes to stand."""
         heard = self.folder / "heard"
+        form = "path=/com/dravo/quilex/Notifications,interface=com.dravo.quilex.Notifications,member=Posted"
         with open(heard, "ab") as file:
-            self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
+            self.start("dbus-monitor", "--session", form, stdout=file)
         wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
         return heard
 
