@@ -315,10 +315,8 @@ class CompanionWithAgent(CompanionTest):
         reached = {closed: lambda: not session.windows(), opened: session.windows}
         reached[bare] = lambda: "CurrentVideoSign" not in session.settings()
         opens, closes, pauses = "set IsOpenPlayer true", "set IsOpenPlayer false", "set isPlaying false"
-        steps = [("import red", RED), ("remove red", closed), (opens, bare), ("restart", bare), ("import red", RED)]
-        steps += [(closes, closed), ("remove red", closed), (opens, bare), ("import red", RED), ("import green", RED)]
-        steps += [("play green", GREEN), ("play red", RED)]
-        steps += [(pauses, opened), ("remove red", GREEN), (pauses, GREEN), ("remove green", closed)]
+        steps = [("import red", RED), ("import green", RED), ("play green", GREEN), ("play red", RED), (pauses, opened)]
+        steps += [("remove red", GREEN), (pauses, GREEN), ("remove green", closed), (opens, bare), ("restart", bare)]
         steps += [("import red green", RED), (closes, closed), ("remove red", closed), ("restart", closed)]
         steps += [(opens, GREEN), (closes, closed), ("remove green", closed), ("restart", closed), (opens, bare)]
         steps += [("import green red", GREEN), ("remove green red", closed), ("import green", GREEN)]

@@ -111,15 +111,6 @@ class ServicesHang(EndingJourney):
             self.end()
         self.end_is_heard()
 
-    def test_the_library_is_locked(self):
-        self.play()
-        with self.session.library() as holder:
-            holder.execute("begin exclusive")
-            for _ in range(20):
-                self.session.post("UpdateVideoList")
-            self.end()
-        self.end_is_heard()
-
     def test_the_network_hangs(self):
         service = Service(self.session)
         for mode in ("silent", "endless head"):
