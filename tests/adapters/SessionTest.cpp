@@ -187,6 +187,9 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatHoldsNoSettings) {
   mkfifo(file.c_str(), S_IRWXU);
   EXPECT_THAT(openError(), HasSubstr("not a regular file"));
   std::filesystem::remove(file);
+  std::filesystem::create_symlink(file, file);
+  EXPECT_THAT(openError(), HasSubstr("cannot be read"));
+  std::filesystem::remove(file);
 
   write(file, R"({"a": 1})");
   const auto suite = open();
