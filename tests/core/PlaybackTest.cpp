@@ -172,62 +172,18 @@ TEST_F(PlaybackTest, AnEmptyLibraryContradictsASignButAnUnreadableOneDoesNot) {
   EXPECT_DEATH(end(), "sign of the playing video");
 }
 
-// What a person can do about the wallpaper, by the menu and by the settings.
-struct PersonTest : AgentTest {
-  void choose(std::size_t place) { statusItem->menu->itemArray().at(place)->choose(); }
-  bool isTitled(std::size_t place, const std::string& title) {
-    return statusItem->menu->itemArray().at(place)->title().starts_with(title);
-  }
-  void write(const char* key, bool value) { (suite.values[key] = value, runLoop.advance(1s)); }
+TEST_F(PlaybackTest, ALibraryMayBeEmptiedAtAnyTime) {
   // As the companion does it; an agent that does not react in time is not waited for.
-  void removeAll(bool reacts) {
+  const auto removeAll = [&](std::chrono::seconds reaction) {
     suite.values["LibraryWasEmptied"] = true;
     suite.values["IsOpenPlayer"] = false;
-    runLoop.advance(reacts ? 1s : 0s);
+    runLoop.advance(reaction);
     sql("delete from LocalVideos");
     libraryChanged();
-  }
-  void changeScreens() {
-    windowServer.currentScreens[0].frame.height += 1;
-    delegate.applicationDidChangeScreenParameters();
-  }
-  static constexpr std::size_t kOpenItem = 4, kPlayItem = 5, kHideItem = 6;
-};
-
-TEST_F(PersonTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
-  add({"A", "B"});
-  launch({{"isPlaying", false}});
-  const std::function<void()> deeds[] = {[&] { choose(kOpenItem); },
-                                         [&] { choose(kPlayItem); },
-                                         [&] { choose(kHideItem); },
-                                         [&] { write("IsOpenPlayer", true); },
-                                         [&] { write("IsOpenPlayer", false); },
-                                         [&] { write("isPlaying", true); },
-                                         [&] { write("isPlaying", false); },
-                                         [&] { suite.values[kSign] = suite.string(kSign) == "A" ? "B"s : "A"s; },
-                                         [&] { changeScreens(); },
-                                         [&] { delegate.applicationDidChangeOcclusionState(); },
-                                         [&] { windowServer.spaceObservers.notify(); },
-                                         [&] { workspace.wakeObservers.notify(); }};
-  constexpr std::size_t kDeeds = std::size(deeds);
-  for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds; ++sequence) {
-    for (std::size_t rest = sequence, step = 0; step < 3; ++step, rest /= kDeeds) {
-      deeds[rest % kDeeds]();
-      runLoop.advance(1s);
-      const bool open = suite.boolean("IsOpenPlayer"), playing = suite.boolean("isPlaying");
-      const std::string order = !open ? " out" : manager->isHideDesktopIcon ? " front" : " back";
-      ASSERT_EQ(player->plays, open && playing) << sequence << "/" << step;
-      ASSERT_TRUE(windowServer.orders.back().ends_with(order)) << sequence << "/" << step;
-      ASSERT_TRUE(isTitled(kOpenItem, open ? "Close" : "Open") && isTitled(kPlayItem, playing ? "Pause" : "Play"));
-      ASSERT_EQ(player->item, suite.string(kSign)) << sequence << "/" << step;
-    }
-  }
-}
-
-TEST_F(PersonTest, ALibraryMayBeEmptiedAtAnyTime) {
-  const std::function<void()> deeds[] = {[&] { removeAll(true); },
-                                         [&] { removeAll(false); },
-                                         [&] { choose(kOpenItem); },
+  };
+  const std::function<void()> deeds[] = {[&] { removeAll(1s); },
+                                         [&] { removeAll(0s); },
+                                         [&] { statusItem->menu->itemArray().at(4)->choose(); },
                                          [&] { write("IsOpenPlayer", true); },
                                          [&] { preferences->playModel.set(2); },
                                          [&] { end(); },
