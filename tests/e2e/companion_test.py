@@ -181,7 +181,15 @@ class Companion(CompanionTest):
         self.quilex("import", self.red, self.green)
         red, green = (video["sign"] for video in self.videos()[-2:])
         self.session.write_settings(IsOpenPlayer=False)
-        self.quilex("play", red[:6])
+        defaults = self.session.settings_file.parents[1] / "com.dravo.quilex.QuilexHelper/defaults.json"
+        defaults.parent.mkdir(exist_ok=True)
+        defaults.write_text("{")
+        self.assertIn("defaults.json is not a JSON object", self.quilex("play", red, status=1))
+        # What the agent passes over is played again once it is chosen.
+        for refusal in ({f"RefusedVideo/{red}": True}, {"LoadingVideo": red}):
+            defaults.write_text(json.dumps({"another": 1, **refusal}))
+            self.quilex("play", red[:6])
+            self.assertEqual(json.loads(defaults.read_text()), {"another": 1})
         chosen = {"CurrentVideoSign": red, "IsOpenPlayer": True, "isPlaying": True}
         self.assertLessEqual(chosen.items(), self.session.settings().items())
         self.assertRegex(self.quilex("list"), rf"\n\* {red}  0:10 +640x360 +red\n")
