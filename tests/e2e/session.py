@@ -72,21 +72,21 @@ class UserSession:
             "XDG_CACHE_HOME": str(self.folder / "cache"),
             "XDG_RUNTIME_DIR": str(self.folder),
         }
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus("bus")
 
     def start(self, *command, **options):
         self.programs.append(subprocess.Popen(command, env=self.environment, **options))
         return self.programs[-1]
 
-    def start_bus(self):
-        """Answers the address of a new bus."""
-        command = ["dbus-daemon", "--session", "--nofork", "--print-address"]
+    def start_bus(self, name):
+        """Answers the address of a new bus, whose socket has that name in the user's runtime directory."""
+        command = ["dbus-daemon", "--session", "--nofork", "--print-address", f"--address=unix:path={self.folder}/{name}"]
         bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
 
     def start_login_manager(self):
         """Starts a system bus with a mocked login manager; answers what lets that go to sleep and wake up."""
-        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus()
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus("system")
         name, path = "org.freedesktop.login1", "/org/freedesktop/login1"
         mock = ["/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name + ".Manager"]
         self.start(*mock, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
