@@ -94,12 +94,13 @@ class Companion(CompanionTest):
         heard = self.session.hear()
         loops = len(self.videos())
         self.assertGreaterEqual(loops, 3)
-        turned = self.clips / "turned.mp4"
-        turn = ["-metadata:s:v", "rotate=90", "-c", "copy", str(turned)]
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *turn], check=True, timeout=60)
-        self.quilex("import", self.small, turned)
+        turned, counted = self.clips / "turned.mp4", self.clips / "counted.mkv"
+        for file, options in ((turned, ["-metadata:s:v", "rotate=90"]), (counted, [])):
+            command = ["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *options, "-c", "copy", str(file)]
+            subprocess.run(command, check=True, timeout=60)
+        self.quilex("import", self.small, turned, counted)
         wait_for(lambda: '"UpdateVideoList"' in heard.read_text(), "the notification")
-        video, upright = self.videos()[loops:]
+        video, upright, third = self.videos()[loops:]
         # Nothing was chosen before, so it is shown.
         shown = {"alreadyImportVideo": True, "CurrentVideoSign": video["sign"], "IsOpenPlayer": True, "isPlaying": True}
         self.assertEqual(self.session.settings(), shown)
@@ -107,7 +108,8 @@ class Companion(CompanionTest):
         facts |= {"width": 128, "height": 72, "frame": 10, "rate": 10, "audio": 1, "url": self.small.as_uri()}
         self.assertLessEqual(facts.items(), video.items())
         self.assertEqual((upright["width"], upright["height"], upright["ratio"]), (72, 128, "9:16"))
-        self.check_covers(2)
+        self.assertEqual((third["frame"], third["rate"]), (10, 10))
+        self.check_covers(3)
         self.check_privacy()
         cover, turned_cover = (Image.open(self.covers / (each["sign"] + ".jpg")) for each in (video, upright))
         self.assertEqual(turned_cover.size, (72, 128))
