@@ -94,8 +94,8 @@ class Companion(CompanionTest):
         heard = self.session.hear()
         loops = len(self.videos())
         self.assertGreaterEqual(loops, 3)
-        turned, counted = self.clips / "turned.mp4", self.clips / "counted.mkv"
-        for file, options in ((turned, ["-metadata:s:v", "rotate=90"]), (counted, [])):
+        turned, counted = self.clips / "turned.mp4", self.clips / "counted.h264"
+        for file, options in ((turned, ["-metadata:s:v", "rotate=90"]), (counted, ["-an"])):
             command = ["ffmpeg", "-v", "error", "-y", "-i", str(self.small), *options, "-c", "copy", str(file)]
             subprocess.run(command, check=True, timeout=60)
         self.quilex("import", self.small, turned, counted)
@@ -187,11 +187,14 @@ class Companion(CompanionTest):
         defaults.parent.mkdir(exist_ok=True)
         defaults.write_text("{")
         self.assertIn("defaults.json is not a JSON object", self.quilex("play", red, status=1))
-        # What the agent passes over is played again once it is chosen.
+        # What the agent passes over is played again once it is chosen, and the agent hears of that.
+        heard = self.session.hear()
         for refusal in ({f"RefusedVideo/{red}": True}, {"LoadingVideo": red}):
             defaults.write_text(json.dumps({"another": 1, **refusal}))
             self.quilex("play", red[:6])
             self.assertEqual(json.loads(defaults.read_text()), {"another": 1})
+        told = lambda times: wait_for(lambda: heard.read_text().count('"UpdateVideoList"') == times, "the notification")
+        told(2)
         chosen = {"CurrentVideoSign": red, "IsOpenPlayer": True, "isPlaying": True}
         self.assertLessEqual(chosen.items(), self.session.settings().items())
         self.assertRegex(self.quilex("list"), rf"\n\* {red}  0:10 +640x360 +red\n")
@@ -206,9 +209,8 @@ class Companion(CompanionTest):
         # All or nothing; the wallpaper goes on with the next that can be played, and closes after the last.
         self.quilex("remove", green, "unknown", status=1)
         self.assertEqual(len(self.videos()), len(loops) + 4)
-        heard = self.session.hear()
         self.quilex("remove", green, red, red)
-        wait_for(lambda: '"UpdateVideoList"' in heard.read_text(), "the notification")
+        told(3)
         self.assertEqual(self.session.settings()["CurrentVideoSign"], loops[0])
         self.check_covers(0)
         self.assertTrue(pathlib.Path(self.red).exists())
