@@ -327,10 +327,12 @@ TEST_F(PlaybackTest, TheWindowsFollowTheLayoutAndTheScreens) {
   windowServer.currentScreens[0].frame.height = 1200;
   delegate.applicationDidChangeScreenParameters();
   EXPECT_EQ(windowServer.made.at(2)->view->frame, (Rect{0, 0, 1920, 1200}));
+  preferences->monitorArrange.set(0);
+  EXPECT_EQ(windowServer.made.at(5)->view->frame, (Rect{-1920, 0, 3840, 1200}));
   preferences->screenIndex.set(1);
-  EXPECT_EQ(windowServer.made.at(4)->screen.name, "right") << "choosing a screen shows on it alone";
+  EXPECT_EQ(windowServer.made.at(6)->screen.name, "right") << "choosing a screen shows on it alone";
   delegate.applicationDidChangeScreenParameters();
-  EXPECT_EQ(windowServer.made.size(), 6U) << "one of several screens is laid out anew at any change";
+  EXPECT_EQ(windowServer.made.size(), 8U) << "one of several screens is laid out anew at any change";
   preferences->monitorArrange.set(1);
   preferences->monitorArrange.set(5);
   EXPECT_TRUE(manager->valueForKey("screenType") == 2 && manager->valueForKey("screenIndex") == 1);

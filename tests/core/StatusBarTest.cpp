@@ -82,8 +82,10 @@ TEST_F(StatusBarTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
   launch({{"isPlaying", false}});
   const auto choose = [&](std::size_t place) { statusItem->menu->itemArray().at(place)->choose(); };
   const auto changeScreens = [&] {
+    const auto before = windowServer.made.size();
     windowServer.currentScreens[0].frame.height += 1;
     delegate.applicationDidChangeScreenParameters();
+    EXPECT_EQ(windowServer.made.size() > before, preferences->isOpenPlayer.get());
   };
   const std::function<void()> deeds[] = {[&] { choose(4); },  // Close
                                          [&] { choose(5); },  // Pause
@@ -170,6 +172,8 @@ TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
     orders(0);
     workspace.wakeObservers.notify();
     EXPECT_EQ(commands() + orders(0), " play" + order);
+    windowServer.spaceObservers.notify();
+    EXPECT_EQ(orders(0), order);
   }
   EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
   delegate.applicationDidChangeOcclusionState();
