@@ -37,6 +37,7 @@ TEST_F(PlaybackTest, LaunchPlaysInAWindowOnEachScreen) {
   EXPECT_EQ(player->amplitude, 0.25F);
   preferences->isOpenPlayer.set(false);
   preferences->isOpenPlayer.set(true);
+  EXPECT_TRUE(windowServer.orders.at(0).ends_with(" out back")) << "at once";
   EXPECT_EQ(commands(), " pause C play");
   auto& window = *windowServer.made.at(1);
   EXPECT_EQ(window.view->frame, (Rect{-1920, 0, 3840, 1080}));
