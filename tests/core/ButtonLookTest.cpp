@@ -51,7 +51,7 @@ TEST_F(ButtonLookTest, ColoursAndImagesFollowThePointerAndADisabledButtonKeepsIt
   look.mouseExited();
   EXPECT_TRUE(shows(kInk, hover)) << "no other image to go back to";
   look.normalImage = normal;
-  for (const bool isInside : {true, false}) {
+  for (const bool isInside : {false, true}) {
     look.isEnabled = true;
     isInside ? look.mouseEntered() : look.mouseExited();
     look.isEnabled = false;
