@@ -114,27 +114,12 @@ TEST_F(MediaTest, OnlyRegularFilesOfVideoFormatsWithinTheLimitsAreOpened) {
     EXPECT_EQ(refusal(name), "is not a regular file");
   }
   const auto gif = [&](int width, int height) {
-    const char bytes[] = {'G',
-                          'I',
-                          'F',
-                          '8',
-                          '9',
-                          'a',
-                          static_cast<char>(width),
-                          static_cast<char>(width >> 8),
-                          static_cast<char>(height),
-                          static_cast<char>(height >> 8),
-                          '\x80',
-                          0,
-                          0,
-                          0,
-                          0,
-                          0,
-                          1,
-                          1,
-                          1};
-    write(folder + "large.gif",
-          std::string(bytes, sizeof bytes) + std::string("\x2c\0\0\0\0\1\0\1\0\0\2\2\x44\1\0\x3b", 16));
+    std::string bytes = "GIF89a";
+    for (const int side : {width, height}) {
+      bytes += {static_cast<char>(side), static_cast<char>(side >> 8)};
+    }
+    bytes.append("\x80\0\0\0\0\0\1\1\1\x2c\0\0\0\0\1\0\1\0\0\2\2\x44\1\0\x3b", 25);
+    write(folder + "large.gif", bytes);
     return refusal(folder + "large.gif");
   };
   EXPECT_EQ(gif(16384, 4096), "");

@@ -75,6 +75,7 @@ struct MpvPlayerTest : AdapterTest {
 
 TEST_F(MpvPlayerTest, EachRunRaisesTheEndOnceAndSeekingToZeroStartsAnother) {
   const char* picture = "color=red:s=64x36:d=0.2[a];color=blue:s=64x36:d=0.2[b];[a][b]concat";
+  testing::internal::CaptureStderr();
   // The last one has no timestamps.
   for (const std::string& file : {clip("a;b,%5%c:#\n.mp4", picture), clip("raw.m4v", picture)}) {
     ends = 0;
@@ -95,6 +96,7 @@ TEST_F(MpvPlayerTest, EachRunRaisesTheEndOnceAndSeekingToZeroStartsAnother) {
     ASSERT_TRUE(waitFor([&] { return ends == 4; })) << file;
     EXPECT_EQ(canvas.colours.back(), 'b');
   }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the player takes what it is given";
 }
 
 TEST_F(MpvPlayerTest, APictureThatIsTurnedStandsUpright) {

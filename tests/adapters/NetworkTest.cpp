@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <QBuffer>
 #include <QProcess>
 #include <QSslConfiguration>
@@ -13,9 +11,7 @@
 #include "linux/qt/QtHTTPSession.h"
 #include "linux/qt/QtImage.h"
 #include "linux/qt/ServiceURL.h"
-#include "service/Base64.h"
 #include "service/Envelope.h"
-#include "service/GuideModel.h"
 #include "support/AdapterTest.h"
 
 using namespace quilex;
@@ -207,22 +203,6 @@ TEST(ImageTest, PicturesAreDecodedAndOtherBytesAreNot) {
     EXPECT_FALSE(decodeQtImage(text, 6, {}).image) << text;
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-TEST(GuidePicturesTest, AGuideOfHugePicturesKeepsWhatFitsAndItsMemorySmall) {
-  const std::string text = base64Encode(fileOf(5600, 5600, QImage::Format_Grayscale8, "PNG"));
-  const auto readGuide = [&] {
-    // The sanitizers map more than that for themselves.
-    const rlimit limit{std::size_t{1} << 30U, std::size_t{1} << 30U};
-    if (std::string_view(QUILEX_SANITIZERS).empty()) {
-      setrlimit(RLIMIT_AS, &limit);
-    }
-    GuideResponse reply;
-    reply.data.leftPanel.assign(12, text);
-    reply.data.leftPanelUrl.assign(12, "a");
-    std::exit(static_cast<int>(GuideModel(std::move(reply), decodeQtImage).leftPanel.size()));
-  };
-  EXPECT_EXIT(readGuide(), testing::ExitedWithCode(2), "^$");
 }
 
 TEST(BackgroundWorkTest, WorkRunsBesideOthersAndIsDroppedWithItsToken) {

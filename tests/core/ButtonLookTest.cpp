@@ -29,45 +29,39 @@ TEST_F(ButtonLookTest, AFreshButtonHasTheSystemsColoursAndNoLayerUntilItAwakes) 
   EXPECT_EQ(bordered.layer(), (ButtonLook::Layer{kRed, 9, true, 0.5, {170, 170, 170}}));
 }
 
-TEST_F(ButtonLookTest, ColoursFollowThePointer) {
-  look.awakeFromNib();
-  look.mouseEntered();
-  EXPECT_EQ(background(), kPaper) << "no colours of its own";
-  look.pressedColor = kRed;
-  look.mouseDown();
-  look.mouseDownEnded();
-  look.hoverColor = kBlue;
-  EXPECT_EQ(background(), kRed) << "there was nothing to go back to, and a colour is only stored";
-  look.mouseEntered();
-  look.mouseDown();
-  look.mouseDownEnded();
-  look.setSystemColors({kInk, kPaper});
-  EXPECT_EQ(background(), kBlue);
-  look.setTitleColor(kGreen);
-  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kInk), kGreen));
-}
-
-TEST_F(ButtonLookTest, ImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
+TEST_F(ButtonLookTest, ColoursAndImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
   const auto hover = std::make_shared<const Image>(), normal = std::make_shared<const Image>();
   const auto shows = [&](const Color& color, const ButtonLook::Picture& image) {
     return background() == color && look.image() == image;
   };
   look.awakeFromNib();
+  look.mouseEntered();
+  EXPECT_TRUE(shows(kPaper, nullptr)) << "nothing of its own";
+  look.pressedColor = kRed;
+  look.mouseDown();
+  look.mouseDownEnded();
   look.hoverColor = kBlue;
   look.hoverImage = hover;
+  EXPECT_TRUE(shows(kRed, nullptr)) << "there was nothing to go back to, and what is set is only stored";
   look.mouseEntered();
+  look.mouseDown();
+  look.mouseDownEnded();
+  look.setSystemColors({kInk, kPaper});
+  EXPECT_TRUE(shows(kBlue, hover));
   look.mouseExited();
-  EXPECT_TRUE(shows(kPaper, hover)) << "no other image to go back to";
+  EXPECT_TRUE(shows(kInk, hover)) << "no other image to go back to";
   look.normalImage = normal;
-  for (const auto& [color, image] : {std::pair(kPaper, normal), {kBlue, hover}}) {
+  for (const bool isInside : {false, true}) {
     look.isEnabled = true;
-    color == kPaper ? look.mouseExited() : look.mouseEntered();
+    isInside ? look.mouseEntered() : look.mouseExited();
     look.isEnabled = false;
-    color == kPaper ? look.mouseEntered() : look.mouseExited();
+    isInside ? look.mouseExited() : look.mouseEntered();
     look.mouseDown();
     look.mouseDownEnded();
-    EXPECT_TRUE(shows(color, image));
+    EXPECT_TRUE(isInside ? shows(kBlue, hover) : shows(kInk, normal));
   }
+  look.setTitleColor(kGreen);
+  EXPECT_EQ(std::pair(background(), look.titleColor()), std::pair(std::optional(kInk), kGreen));
 }
 
 }  // namespace quilex

@@ -33,6 +33,14 @@ TEST_F(PlaybackTest, LaunchPlaysInAWindowOnEachScreen) {
   launch({{"isPlaying", false}, {"Volume", 0.5F}, {"Mute", true}});
   EXPECT_EQ(commands(), " play play C") << "past the videos without a file; playing is set, which plays again";
   EXPECT_EQ(std::tuple(player->amplitude, player->muted, suite.string(kSign)), std::tuple(0.5F, true, "C"));
+  const AgentStatus told = report.read();
+  EXPECT_EQ(std::tuple(told.isOpen, told.isPlaying, told.volume, told.libraryVideos), std::tuple(true, true, 0.5, 3U));
+  preferences->volume.set(0.25F);
+  EXPECT_EQ(player->amplitude, 0.25F);
+  preferences->isOpenPlayer.set(false);
+  preferences->isOpenPlayer.set(true);
+  EXPECT_TRUE(windowServer.orders.at(0).ends_with(" out back")) << "at once";
+  EXPECT_EQ(commands(), " pause C play");
   auto& window = *windowServer.made.at(1);
   EXPECT_EQ(window.view->frame, (Rect{-1920, 0, 3840, 1080}));
   EXPECT_TRUE(window.view->player == player && window.orders.ends_with(" back"));
@@ -181,52 +189,18 @@ TEST_F(PlaybackTest, AnEmptyLibraryContradictsASignButAnUnreadableOneDoesNot) {
   EXPECT_DEATH(end(), "sign of the playing video");
 }
 
-// What a person can do about the wallpaper, by the menu and by the settings.
-struct PersonTest : AgentTest {
-  void choose(std::size_t place) { statusItem->menu->itemArray().at(place)->choose(); }
-  bool isTitled(std::size_t place, const std::string& title) {
-    return statusItem->menu->itemArray().at(place)->title().starts_with(title);
-  }
-  void write(const char* key, bool value) { (suite.values[key] = value, runLoop.advance(1s)); }
+TEST_F(PlaybackTest, ALibraryMayBeEmptiedAtAnyTime) {
   // As the companion does it; an agent that does not react in time is not waited for.
-  void removeAll(bool reacts) {
+  const auto removeAll = [&](std::chrono::seconds reaction) {
     suite.values["LibraryWasEmptied"] = true;
     suite.values["IsOpenPlayer"] = false;
-    runLoop.advance(reacts ? 1s : 0s);
+    runLoop.advance(reaction);
     sql("delete from LocalVideos");
     libraryChanged();
-  }
-  static constexpr std::size_t kOpenItem = 4, kPlayItem = 5;
-};
-
-TEST_F(PersonTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
-  add({"A", "B"});
-  launch({{"isPlaying", false}});
-  const std::function<void()> deeds[] = {[&] { choose(kOpenItem); },
-                                         [&] { choose(kPlayItem); },
-                                         [&] { write("IsOpenPlayer", true); },
-                                         [&] { write("IsOpenPlayer", false); },
-                                         [&] { write("isPlaying", true); },
-                                         [&] { write("isPlaying", false); },
-                                         [&] { suite.values[kSign] = suite.string(kSign) == "A" ? "B"s : "A"s; }};
-  constexpr std::size_t kDeeds = std::size(deeds);
-  for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds * kDeeds; ++sequence) {
-    for (std::size_t rest = sequence, step = 0; step < 4; ++step, rest /= kDeeds) {
-      deeds[rest % kDeeds]();
-      runLoop.advance(1s);
-      const bool open = suite.boolean("IsOpenPlayer"), playing = suite.boolean("isPlaying");
-      ASSERT_EQ(player->plays, open && playing) << sequence << "/" << step;
-      ASSERT_EQ(!windowServer.orders[0].ends_with(" out"), open) << sequence << "/" << step;
-      ASSERT_TRUE(isTitled(kOpenItem, open ? "Close" : "Open") && isTitled(kPlayItem, playing ? "Pause" : "Play"));
-      ASSERT_EQ(player->item, suite.string(kSign)) << sequence << "/" << step;
-    }
-  }
-}
-
-TEST_F(PersonTest, ALibraryMayBeEmptiedAtAnyTime) {
-  const std::function<void()> deeds[] = {[&] { removeAll(true); },
-                                         [&] { removeAll(false); },
-                                         [&] { choose(kOpenItem); },
+  };
+  const std::function<void()> deeds[] = {[&] { removeAll(1s); },
+                                         [&] { removeAll(0s); },
+                                         [&] { statusItem->menu->itemArray().at(4)->choose(); },
                                          [&] { write("IsOpenPlayer", true); },
                                          [&] { preferences->playModel.set(2); },
                                          [&] { end(); },
@@ -361,28 +335,6 @@ TEST_F(PlaybackTest, ThePlayerRepeatsAVideoThatIsFollowedByItself) {
   EXPECT_FALSE(repeatsAfter("delete from LocalVideos")) << "the end is of interest";
 }
 
-TEST_F(PlaybackTest, ThePlayerFollowsTheSettings) {
-  add({"A"});
-  launch({});
-  preferences->isPlaying.set(false);
-  windowServer.spaceObservers.notify();
-  EXPECT_EQ(orders(0), " back back back") << "the paused picture stays";
-  preferences->isOpenPlayer.set(false);
-  EXPECT_EQ(commands(), " play A pause pause");
-  windowServer.currentScreens.pop_back();
-  delegate.applicationDidChangeScreenParameters();
-  manager->setHideDesktopIcon(true);
-  windowServer.spaceObservers.notify();
-  EXPECT_EQ(orders(0), " out") << "closed, neither screens, nor icons, nor workspaces matter";
-  preferences->isOpenPlayer.set(true);
-  EXPECT_EQ(commands(), " A play");
-  EXPECT_EQ(orders(0), " front front");
-  preferences->volume.set(0.25F);
-  EXPECT_EQ(player->amplitude, 0.25F);
-  const AgentStatus told = report.read();
-  EXPECT_EQ(std::tuple(told.isOpen, told.isPlaying, told.volume, told.libraryVideos), std::tuple(true, true, 0.25, 1U));
-}
-
 TEST_F(PlaybackTest, TheWindowsFollowTheLayoutAndTheScreens) {
   add({"A"});
   launch({{"MonitorArrange", 5L}});
@@ -391,7 +343,6 @@ TEST_F(PlaybackTest, TheWindowsFollowTheLayoutAndTheScreens) {
   EXPECT_EQ(windowServer.made.size(), 2U) << "the same screens";
   windowServer.currentScreens[0].frame.height = 1200;
   delegate.applicationDidChangeScreenParameters();
-  EXPECT_TRUE(windowServer.orders.at(0).ends_with(" out gone"));
   EXPECT_EQ(windowServer.made.at(2)->view->frame, (Rect{0, 0, 1920, 1200}));
   preferences->monitorArrange.set(0);
   EXPECT_EQ(windowServer.made.at(5)->view->frame, (Rect{-1920, 0, 3840, 1200}));

@@ -76,19 +76,43 @@ TEST_F(StatusBarTest, TheMenuFollowsTheSettings) {
     preferences->monitorArrange.set(raw);
     EXPECT_EQ(shape(screenMenu()), marks) << raw;
   }
-  preferences->isPlaying.set(false);
-  EXPECT_THAT(shape(), HasSubstr("Close Video Wallpaper, Play, Hide Desktop Icon, Mute*"));
-  item("Hide Desktop Icon").choose();
-  EXPECT_THAT(shape(), HasSubstr("Hide Desktop Icon*, "));
-  preferences->isOpenPlayer.set(false);
-  EXPECT_THAT(shape(), HasSubstr("Open Video Wallpaper, Play!, Hide Desktop Icon!, Mute*"));
-  const std::size_t window = windowServer.orders.size() - 1;
-  item("Hide Desktop Icon").choose();
-  EXPECT_FALSE(manager->isHideDesktopIcon) << "a disabled item does nothing";
-  preferences->isOpenPlayer.set(true);
-  orders(window);
-  item("Hide Desktop Icon").choose();
-  EXPECT_EQ(orders(window), " front") << "not hidden any more since the wallpaper was closed";
+}
+
+TEST_F(StatusBarTest, PictureMenuAndSettingsAgreeAfterAnySequence) {
+  launch({{"isPlaying", false}});
+  const auto choose = [&](std::size_t place) { statusItem->menu->itemArray().at(place)->choose(); };
+  const auto changeScreens = [&] {
+    const auto before = windowServer.made.size();
+    windowServer.currentScreens[0].frame.height += 1;
+    delegate.applicationDidChangeScreenParameters();
+    EXPECT_EQ(windowServer.made.size() > before, preferences->isOpenPlayer.get());
+  };
+  const std::function<void()> deeds[] = {[&] { choose(4); },  // Close
+                                         [&] { choose(5); },  // Pause
+                                         [&] { choose(6); },  // Hide Desktop Icon
+                                         [&] { write("IsOpenPlayer", true); },
+                                         [&] { write("IsOpenPlayer", false); },
+                                         [&] { write("isPlaying", true); },
+                                         [&] { write("isPlaying", false); },
+                                         [&] { preferences->playingVideoSign.set(player->item == "A" ? "B" : "A"); },
+                                         [&] { changeScreens(); },
+                                         [&] { delegate.applicationDidChangeOcclusionState(); },
+                                         [&] { windowServer.spaceObservers.notify(); },
+                                         [&] { workspace.wakeObservers.notify(); }};
+  constexpr std::size_t kDeeds = std::size(deeds);
+  for (std::size_t sequence = 0; sequence < kDeeds * kDeeds * kDeeds; ++sequence) {
+    for (std::size_t rest = sequence, step = 0; step < 3; ++step, rest /= kDeeds) {
+      deeds[rest % kDeeds]();
+      runLoop.advance(1s);
+      const bool open = suite.boolean("IsOpenPlayer"), playing = suite.boolean("isPlaying");
+      const bool hides = manager->isHideDesktopIcon;
+      const std::string play = playing ? "Pause" : "Play", mark = hides ? "*" : "";
+      ASSERT_THAT(shape(), HasSubstr(open ? "Close Video Wallpaper, " + play + ", Hide Desktop Icon" + mark + ", Mute"
+                                          : "Open Video Wallpaper, " + play + "!, Hide Desktop Icon!, Mute"));
+      ASSERT_TRUE(windowServer.orders.back().ends_with(!open ? " out" : hides ? " front" : " back")) << sequence;
+      ASSERT_EQ(std::pair(player->plays, player->item), std::pair(open && playing, *suite.string("CurrentVideoSign")));
+    }
+  }
 }
 
 TEST_F(StatusBarTest, EachItemDoesWhatItSays) {
@@ -150,6 +174,8 @@ TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
     orders(0);
     workspace.wakeObservers.notify();
     EXPECT_EQ(commands() + orders(0), " play" + order);
+    windowServer.spaceObservers.notify();
+    EXPECT_EQ(orders(0), order);
   }
   EXPECT_TRUE(suite.writes.ends_with(" CurrentVideoSign=A")) << "what plays";
   delegate.applicationDidChangeOcclusionState();
@@ -158,14 +184,6 @@ TEST_F(StatusBarTest, TheDelegateAnswersTheSystem) {
   EXPECT_EQ(workspace.startsAtLogin, true) << "from the launch on";
   preferences->autolaunch.set(false);
   EXPECT_EQ(workspace.startsAtLogin, false);
-  for (auto* setting : {&preferences->isPlaying, &preferences->isOpenPlayer}) {
-    setting->set(false);
-    commands();
-    workspace.wakeObservers.notify();
-    delegate.applicationDidChangeOcclusionState();
-    EXPECT_EQ(commands(), "");
-    setting->set(true);
-  }
   delegate.applicationWillTerminate();
   delegate.applicationWillTerminate();
   EXPECT_EQ(center.posted, " delivered com.dravo.quilex.mac.ter");

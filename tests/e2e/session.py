@@ -86,21 +86,21 @@ class UserSession:
             "XDG_CACHE_HOME": str(self.folder / "cache"),
             "XDG_RUNTIME_DIR": str(self.folder),
         }
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus("bus")
 
     def start(self, *command, **options):
         self.programs.append(subprocess.Popen(command, env=self.environment, **options))
         return self.programs[-1]
 
-    def start_bus(self):
-        """Answers the address of a new bus."""
-        command = ["dbus-daemon", "--session", "--nofork", "--print-address"]
+    def start_bus(self, name):
+        """Answers the address of a new bus, whose socket has that name in the user's runtime directory."""
+        command = ["dbus-daemon", "--session", "--nofork", "--print-address", f"--address=unix:path={self.folder}/{name}"]
         bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
 
     def start_login_manager(self):
         """Starts a system bus with a mocked login manager; answers what lets that go to sleep and wake up."""
-        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus()
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus("system")
         name, path = "org.freedesktop.login1", "/org/freedesktop/login1"
         mock = ["/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name + ".Manager"]
         self.start(*mock, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -156,8 +156,9 @@ class UserSession:
     def hear(self):
         """Answers the file in which what is posted on the bus comes to stand."""
         heard = self.folder / "heard"
+        form = "path=/com/dravo/quilex/Notifications,interface=com.dravo.quilex.Notifications,member=Posted"
         with open(heard, "ab") as file:
-            self.start("dbus-monitor", "--session", "member=Posted", stdout=file)
+            self.start("dbus-monitor", "--session", form, stdout=file)
         wait_for(lambda: "NameAcquired" in heard.read_text(), "the monitor of the bus")
         return heard
 
@@ -184,9 +185,10 @@ class Session(UserSession):
                 wait_for(lambda: self.manager_obeys(shows_desktop), "the window manager")
 
     def close(self):
-        self.end_agent()
+        status = self.end_agent()
         super().close()
         self.desktop.close()
+        assert not status, f"the agent ended with {status}"
 
     # The agent
 

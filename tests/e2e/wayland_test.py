@@ -1,6 +1,5 @@
 """Journeys of the wallpaper on a Wayland desktop: the one of every desktop, and what outputs do here."""
 
-import contextlib
 import os
 import pathlib
 import signal
@@ -72,7 +71,6 @@ class WaylandOutputs(Journey):
             session.agent.send_signal(signal.SIGCONT)
             columns = {(x, 200): WHITE if x % 2 else BLACK for x in range(600, 612)}
             session.wait_for_pixels(columns, "each pixel of the video in a mode that fills the same place", 0)
-        self.assertEqual(session.end_agent(), 0)
 
     def test_outputs_switched_off_and_plugged_in_and_out(self):
         rows = ("moving", self.moving), ("green", self.green)
@@ -105,7 +103,6 @@ class WaylandOutputs(Journey):
         session.desktop.set_monitors(self.monitors)
         session.write_settings(IsOpenPlayer=True)
         self.moves(0, 1)
-        self.assertEqual(session.end_agent(), 0)
 
     def test_the_video_starts_again_when_all_is_covered_and_seen_again(self):
         place = pathlib.Path(self.clips.name) / "replaced.mp4"
@@ -123,30 +120,28 @@ class WaylandOutputs(Journey):
         os.rename(colours[2], place)
         session.desktop.set_lit(1, True)
         session.wait_for_pixels({(400, 300): BLUE}, "what is at the video's place at last", 1)
-        self.assertEqual(session.end_agent(), 0)
 
     def test_a_surface_that_the_compositor_closes(self):
         session = self.begin(("moving", self.moving), MonitorArrange=1)
-        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
-            session.start_agent(WAYLAND_DISPLAY=relay.address)
-            self.moves(0, 1)
-            relay.closing.append(relay.opened[0])
-            wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
-            wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
-            self.moves(0, 1)
-            self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
+        relay = Relay(session.folder, session.desktop.name)
+        session.start_agent(WAYLAND_DISPLAY=relay.address)
+        self.moves(0, 1)
+        relay.closing.append(relay.opened[0])
+        wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
+        wait_for(lambda: len(session.windows()) == 2, "a picture on both outputs")
+        self.moves(0, 1)
+        self.assertEqual((session.end_agent(), len(relay.opened)), (0, 3))
 
     def test_a_surface_that_is_closed_before_egl_can_use_it(self):
         session = self.begin(("moving", "file://" + self.moving), MonitorArrange=1)
-        with contextlib.closing(Relay(session.folder, session.desktop.name)) as relay:
-            fault = session.start_agent_on_gpu("surface", WAYLAND_DISPLAY=relay.address)
-            wait_for(lambda: len(relay.opened) == 2 and session.errors().count("no surface") > 2, "the failures")
-            relay.closing.append(relay.opened[0])
-            session.desktop.configure(1, "scale 2")  # an event that the relay can add its own to
-            wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
-            fault.unlink()
-            self.moves(0, 1)
-            self.assertEqual(session.end_agent(), 0)
+        relay = Relay(session.folder, session.desktop.name)
+        fault = session.start_agent_on_gpu("surface", WAYLAND_DISPLAY=relay.address)
+        wait_for(lambda: len(relay.opened) == 2 and session.errors().count("no surface") > 2, "the failures")
+        relay.closing.append(relay.opened[0])
+        session.desktop.configure(1, "scale 2")  # an event that the relay can add its own to
+        wait_for(lambda: len(relay.opened) == 3, "another surface in its place")
+        fault.unlink()
+        self.moves(0, 1)
 
     def test_the_compositor_goes_away(self):
         session = self.begin(("green", self.green))
@@ -155,6 +150,7 @@ class WaylandOutputs(Journey):
         session.wait_for_pixels({(640, 360): GREEN}, "the wallpaper", 0)
         session.desktop.server.send_signal(signal.SIGKILL)
         self.assertEqual(session.agent.wait(timeout=20), 1)
+        session.agent = None
         self.assertEqual(session.errors(), "quilexhelper: the Wayland compositor is gone\n")
         wait_for(lambda: "com.dravo.quilex.mac.ter" in heard.read_text(), "the notification")
 
@@ -170,7 +166,6 @@ class WaylandOutputs(Journey):
             mouse.click(1600, 300, 2080, 720, button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
         self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
-        self.assertEqual(session.end_agent(), 0)
 
 
 if __name__ == "__main__":

@@ -57,21 +57,16 @@ class Relay:
         self.listener.listen()
         threading.Thread(target=self.accept, daemon=True).start()
 
-    def close(self):
-        self.listener.shutdown(socket.SHUT_RDWR)
-        self.listener.close()
-
     def accept(self):
-        with contextlib.suppress(OSError):  # when the listener is closed
-            while True:
-                client, _ = self.listener.accept()
-                server = socket.socket(socket.AF_UNIX)
-                server.connect(self.server)
-                # The toolkit has a connection of its own, without such surfaces.
-                opened = []
-                looks = functools.partial(self.note_requests, opened), functools.partial(self.add_events, opened)
-                for ends in ((client, server, looks[0]), (server, client, looks[1])):
-                    threading.Thread(target=self.carry, args=ends, daemon=True).start()
+        while True:
+            client, _ = self.listener.accept()
+            server = socket.socket(socket.AF_UNIX)
+            server.connect(self.server)
+            # The toolkit has a connection of its own, without such surfaces.
+            opened = []
+            looks = functools.partial(self.note_requests, opened), functools.partial(self.add_events, opened)
+            for ends in ((client, server, looks[0]), (server, client, looks[1])):
+                threading.Thread(target=self.carry, args=ends, daemon=True).start()
 
     def carry(self, source, sink, look):
         """Hands on what comes, and what `look` answers to it."""

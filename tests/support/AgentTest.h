@@ -61,6 +61,11 @@ struct AgentTest : testing::Test {
     settle();
     return std::exchange(player->commands, "");
   }
+  /// As another program does it.
+  void write(const char* key, bool value) {
+    suite.values[key] = value;
+    runLoop.advance(std::chrono::seconds(1));
+  }
   std::string orders(std::size_t window) { return std::exchange(windowServer.orders.at(window), ""); }
   void libraryChanged() {
     center.names["UpdateVideoList"].notify();

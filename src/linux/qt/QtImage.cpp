@@ -69,7 +69,7 @@ QImage decodeOther(std::string_view bytes, std::size_t maximumPixels, const std:
   }
   QImage image = reader.read();
   // Of some formats the header does not say all.
-  if (image.isNull() || source.isCut() || !fits(image.width(), image.height(), maximumPixels)) {
+  if (source.isCut() || !fits(image.width(), image.height(), maximumPixels)) {
     return {};
   }
   if (image.depth() > 32) {
