@@ -3,6 +3,8 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -18,6 +20,31 @@
 
 namespace quilex {
 
+namespace {
+
+/// Starts a program of the user's, if the service manager runs the agent: as a child of the agent it would belong to
+/// the agent's unit, with its limit of memory. Answers whether it did.
+bool startInScope(const QStringList& command) {
+  if (qEnvironmentVariable("SYSTEMD_EXEC_PID") != QString::number(QCoreApplication::applicationPid()) ||
+      QStandardPaths::findExecutable(command.front()).isEmpty()) {
+    return false;
+  }
+  const QStringList scope{QStringLiteral("--user"), QStringLiteral("--scope"), QStringLiteral("--quiet"),
+                          QStringLiteral("--")};
+  return QProcess::startDetached(QStringLiteral("systemd-run"), scope + command);
+}
+
+void launch(const std::string& id) {
+  const auto file = desktopEntryFile(id);
+  const QStringList command{QStringLiteral("gio"), QStringLiteral("launch"),
+                            QString::fromLocal8Bit(file.value_or("").c_str())};
+  if (!file || !startInScope(command)) {
+    launchDesktopEntry(id);
+  }
+}
+
+}  // namespace
+
 /// What was asked for last, for work that may be late.
 struct LinuxWorkspace::LoginWish {
   std::mutex writing;
@@ -29,12 +56,13 @@ LinuxWorkspace::LinuxWorkspace(BackgroundWork& background)
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
   // It reads files and asks the session bus, each of which may hang.
-  std::thread([bundleIdentifier] { launchDesktopEntry(bundleIdentifier); }).detach();
+  std::thread([bundleIdentifier] { launch(bundleIdentifier); }).detach();
 }
 
 void LinuxWorkspace::openURL(const std::string& url) {
   const QUrl address(QString::fromStdString(url), QUrl::StrictMode);
-  if (address.isValid() && !address.isRelative()) {
+  const QString encoded = QString::fromLatin1(address.toEncoded());
+  if (address.isValid() && !address.isRelative() && !startInScope({QStringLiteral("xdg-open"), encoded})) {
     QDesktopServices::openUrl(address);
   }
 }

@@ -10,9 +10,10 @@ import tempfile
 import unittest
 
 import dbus.bus
+from menu_test import Panel
 from wallpaper_test import BUILD, Journey
 
-from session import SOURCE, wait_for
+from session import wait_for
 
 AGENT = "com.dravo.quilex.QuilexHelper"
 LANGUAGES = {"de", "es", "fr", "ja", "pt_BR", "zh_CN"}
@@ -137,6 +138,24 @@ class StartAtLogin(InstalledJourney):
         for wanted in ("true", "false"):
             self.assertEqual(self.call(self.quilex, "set", "autolaunch", wanted), "")
             self.assertEqual(self.entry.exists(), wanted == "true")
+
+    def test_what_the_unit_opens_is_outside_it(self):
+        session = self.session
+        entry = session.folder / "data/applications/com.dravo.quilex.macOS.desktop"
+        entry.parent.mkdir(parents=True)
+        entry.write_text(f"[Desktop Entry]\nType=Application\nName=Main\nExec=touch {session.folder}/launched\n")
+        manager, unit = session.folder / "systemd-run", session.folder / "unit"
+        manager.write_text(f'#!/bin/sh\necho "$@" >{session.folder}/run\nshift 4\nexec "$@"\n')
+        unit.write_text(f'#!/bin/sh\nexport SYSTEMD_EXEC_PID=$$ PATH={session.folder}:$PATH\nexec "{session.agent_program}"\n')
+        for program in (manager, unit):
+            program.chmod(0o755)
+        session.agent_program = unit
+        session.start_agent()
+        panel = Panel(session)
+        panel.click("Main Window")
+        wait_for((session.folder / "launched").exists, "the main application")
+        self.assertEqual((session.folder / "run").read_text(), f"--user --scope --quiet -- gio launch {entry}\n")
+        self.assertEqual(session.end_agent(), 0)
 
     def test_an_entry_of_a_person_stays(self):
         setting = lambda value, status=0: self.call(self.quilex, "set", "autolaunch", value, status=status)
