@@ -84,8 +84,14 @@ class SwayDesktop:
         command = ["swaymsg", "-s", socket, "-r", *arguments]
         return json.loads(subprocess.run(command, check=True, capture_output=True, text=True, timeout=DEADLINE).stdout)
 
+    def _order(self, socket, text):
+        # swaymsg waits three seconds for an answer, which is not enough on a busy machine. What the command does is
+        # waited for.
+        command = ["swaymsg", "-s", socket, text]
+        subprocess.run(command, check=False, capture_output=True, timeout=DEADLINE)
+
     def command(self, text):
-        self._ask(self.socket, text)
+        self._order(self.socket, text)
 
     def _is_shown(self, name):
         """Whether the outer sway has the window that is that output."""
@@ -128,7 +134,7 @@ class SwayDesktop:
             self.configure(index, f"position {left} 0 scale 1 transform normal")
             self._wait(lambda: self._has_mode(name, left, size), f"{name} at {mode}")
             # Its window keeps its middle when it is resized.
-            self._ask(self.outer_socket, f'[title="{name}$"] move absolute position {index * PLACE} 0')
+            self._order(self.outer_socket, f'[title="{name}$"] move absolute position {index * PLACE} 0')
             left += size[0]
 
     def _has_mode(self, name, left, size):
@@ -136,14 +142,14 @@ class SwayDesktop:
         up a resize when the window has drawn itself in its former size meanwhile."""
         if self.outputs()[name] == (left, 0, *size):
             return True
-        self._ask(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
+        self._order(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
         return False
 
     def unplug(self, index):
         name, self.names[index] = self.names[index], None
         if name is not None:
             self.settings.pop(name, None)
-            self._ask(self.outer_socket, f'[title="{name}$"] kill')
+            self._order(self.outer_socket, f'[title="{name}$"] kill')
             self._wait(lambda: name not in self.outputs(), f"the end of {name}")
 
     def configure(self, index, settings):
@@ -162,7 +168,7 @@ class SwayDesktop:
     def set_lit(self, index, lit):
         """An output that is not lit stays where it is, but nobody is told to draw on it."""
         place = "1" if lit else "hidden"
-        self._ask(self.outer_socket, f'[title="{self.names[index]}$"] move container to workspace {place}')
+        self._order(self.outer_socket, f'[title="{self.names[index]}$"] move container to workspace {place}')
 
     def screenshot(self, index=None):
         """The whole desktop in logical pixels (or more, where outputs are scaled), or one output in its own."""

@@ -73,7 +73,9 @@ void addSettingsCommands(CLI::App& app, CommandLine& line) {
   auto* doctor =
       app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
   doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
-  doctor->footer("For bug reports. It has ~ in place of your home folder, and the name of a video file only if that cannot be played.");
+  doctor->footer(
+      "For bug reports. It has ~ in place of your home folder, and the name of a video file only if that cannot be "
+      "played.");
   doctor->callback([&line] {
     line.command = [&line] {
       return quilex::doctorCommand(line.asJSON ? quilex::ReportForm::json : quilex::ReportForm::text);
