@@ -83,8 +83,9 @@ void measure(int rows) {
   Preferences preferences(suite, runLoop);
   LocalVideoDBManager library(folder.path, std::nullopt, console);
   test::FakeFileFinder finder(runLoop);
+  StatusReport report;
   VideoPlayerManager manager({preferences, suite, library, finder, windows, center, runLoop, console, nullptr,
-                              [](std::size_t) { return std::size_t{0}; }});
+                              [](std::size_t) { return std::size_t{0}; }, report});
   SQLite::Database bare(folder / "Quilex.db", SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX);
   std::array<double, kRounds> ours;
   std::array<double, kRounds> reference;

@@ -21,12 +21,6 @@ namespace {
 constexpr std::uint64_t kEndOfFile = 1;
 constexpr std::uint64_t kIdle = 2;
 constexpr std::uint64_t kSoundOutput = 3;
-constexpr std::uint64_t kDecoder = 4;
-constexpr std::uint64_t kHardwareDecoder = 5;
-constexpr std::uint64_t kWidth = 6;
-constexpr std::uint64_t kHeight = 7;
-constexpr std::uint64_t kDroppedUndecoded = 8;
-constexpr std::uint64_t kDroppedUnshown = 9;
 constexpr std::uint64_t kFirstLoad = 1000;  // plus the item's generation
 
 // The protocol under which the core finds the item's stream; the item's generation follows.
@@ -91,36 +85,6 @@ constexpr std::array kOptions{
     Option{"demuxer-max-back-bytes", "0"},
 };
 
-// The core's messages that are wanted: errors are always printed.
-const char* messageLevel() {
-  return mpvLog().isDebugEnabled()     ? "debug"
-         : mpvLog().isInfoEnabled()    ? "info"
-         : mpvLog().isWarningEnabled() ? "warn"
-                                       : "error";
-}
-
-void logMessage(const mpv_event_log_message& message) {
-  if (message.log_level <= MPV_LOG_LEVEL_WARN) {
-    qCWarning(mpvLog, "%s: %s", message.prefix, message.text);
-  } else if (message.log_level <= MPV_LOG_LEVEL_INFO) {
-    qCInfo(mpvLog, "%s: %s", message.prefix, message.text);
-  } else {
-    qCDebug(mpvLog, "%s: %s", message.prefix, message.text);
-  }
-}
-
-void reportVersions(mpv_handle* core, StatusReport& report) {
-  for (const auto& [name, property] : {std::pair("mpv", "mpv-version"), std::pair("FFmpeg", "ffmpeg-version")}) {
-    if (char* const text = mpv_get_property_string(core, property)) {
-      // "mpv 0.35.1" or "0.35.1".
-      std::string version = text;
-      mpv_free(text);
-      version.erase(0, version.rfind(' ') + 1);
-      report.update([&](AgentStatus& status) { status.libraries[name] = version; });
-    }
-  }
-}
-
 MpvHandle makeCore() {
   // libmpv reads numbers in option texts by the locale.
   std::setlocale(LC_NUMERIC, "C");
@@ -153,6 +117,7 @@ MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
     : videoOutput(output),
       report(statusReport),
       core(makeCore()),
+      coreReport(core.get(), output, statusReport),
       sound(core.get()),
       wakeup([this] { drainEvents(); }),
       streamOpened([this] { handOver(); }) {
@@ -162,17 +127,9 @@ MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
   QObject::connect(&patience, &QTimer::timeout, &patience, [this] { refuse("its file system does not answer"); });
   mpv_set_wakeup_callback(
       core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
-  mpv_request_log_messages(core.get(), messageLevel());
-  reportVersions(core.get(), report);
   watchEnd();
   mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
   mpv_observe_property(core.get(), kSoundOutput, "current-ao", MPV_FORMAT_STRING);
-  mpv_observe_property(core.get(), kDecoder, "video-codec", MPV_FORMAT_STRING);
-  mpv_observe_property(core.get(), kHardwareDecoder, "hwdec-current", MPV_FORMAT_STRING);
-  mpv_observe_property(core.get(), kWidth, "width", MPV_FORMAT_INT64);
-  mpv_observe_property(core.get(), kHeight, "height", MPV_FORMAT_INT64);
-  mpv_observe_property(core.get(), kDroppedUndecoded, "decoder-frame-drop-count", MPV_FORMAT_INT64);
-  mpv_observe_property(core.get(), kDroppedUnshown, "frame-drop-count", MPV_FORMAT_INT64);
   if (mpv_stream_cb_add_ro(core.get(), kProtocol, &offer, openOffered) < 0) {
     fatalError("the player library takes no streams");
   }
@@ -389,6 +346,7 @@ void MpvPlayer::handle(const mpv_event& event) {
       if (const auto& property = *static_cast<const mpv_event_property*>(event.data); property.data != nullptr) {
         handleChange(event.reply_userdata, property);
       }
+      coreReport.propertyChanged(event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
       break;
     case MPV_EVENT_LOG_MESSAGE:
       complain(*static_cast<const mpv_event_log_message*>(event.data));
@@ -402,32 +360,7 @@ void MpvPlayer::handle(const mpv_event& event) {
 }
 
 void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& change) {
-  const auto text = [&] { return std::string(*static_cast<const char* const*>(change.data)); };
-  const auto number = [&] { return *static_cast<const std::int64_t*>(change.data); };
-  const auto write = [&](auto member, auto value) {
-    report.update([&](AgentStatus& each) { each.*member = std::move(value); });
-  };
   switch (property) {
-    case kDecoder:
-      qCInfo(mpvLog, "decodes with %s", text().c_str());
-      write(&AgentStatus::decoder, text());
-      break;
-    case kHardwareDecoder:
-      qCInfo(mpvLog, "hardware that decodes: %s", text().c_str());
-      write(&AgentStatus::hardwareDecoder, text());
-      break;
-    case kWidth:
-      write(&AgentStatus::videoWidth, static_cast<std::int32_t>(number()));
-      break;
-    case kHeight:
-      write(&AgentStatus::videoHeight, static_cast<std::int32_t>(number()));
-      break;
-    case kDroppedUndecoded:
-      framesDropped(droppedUndecoded, number());
-      break;
-    case kDroppedUnshown:
-      framesDropped(droppedUnshown, number());
-      break;
     case kEndOfFile:
       if (*static_cast<const int*>(change.data) != 0) {
         raiseEnd();
@@ -446,21 +379,11 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
   }
 }
 
-void MpvPlayer::framesDropped(std::int64_t& before, std::int64_t now) {
-  // The core counts from 0 again with each file.
-  const std::int64_t more = now - (now < before ? 0 : before);
-  before = now;
-  if (more > 0) {
-    qCDebug(mpvLog, "%lld frames came too late", static_cast<long long>(more));
-    videoOutput.framesDropped(static_cast<std::uint32_t>(more));
-  }
-}
-
 // A damaged item that is repeated would fill the disk.
 void MpvPlayer::complain(const mpv_event_log_message& message) {
   constexpr int kMostComplaints = 10;
   if (message.log_level > MPV_LOG_LEVEL_ERROR) {
-    logMessage(message);
+    MpvReport::log(message);
     return;
   }
   if (complaints < kMostComplaints) {

@@ -14,6 +14,7 @@
 #include "app/ObserverList.h"
 #include "linux/media/MediaStream.h"
 #include "linux/mpv/MpvHandle.h"
+#include "linux/mpv/MpvReport.h"
 #include "linux/mpv/SoundOutput.h"
 #include "linux/qt/Wakeup.h"
 #include "linux/render/VideoOutput.h"
@@ -60,7 +61,6 @@ class MpvPlayer : public VideoPlayer {
   void drainEvents();
   void handle(const mpv_event& event);
   void handleChange(std::uint64_t property, const mpv_event_property& change);
-  void framesDropped(std::int64_t& before, std::int64_t now);
   void complain(const mpv_event_log_message& message);
   void handleEnd(const mpv_event_end_file& end);
   void failed();
@@ -74,6 +74,7 @@ class MpvPlayer : public VideoPlayer {
   StatusReport& report;
   Offer offer;
   MpvHandle core;
+  MpvReport coreReport;
   SoundOutput sound;
   Wakeup wakeup;
   Wakeup streamOpened;
@@ -103,9 +104,6 @@ class MpvPlayer : public VideoPlayer {
   bool restarted = false;
   PlayerItemStatus status = PlayerItemStatus::unknown;
   bool ended = false;
-  /// Frames that the core has dropped of its current file: before decoding, and before showing.
-  std::int64_t droppedUndecoded = 0;
-  std::int64_t droppedUnshown = 0;
   ObserverList<PlayerItemStatus> statusObservers;
   ObserverList<> endObservers;
 };
