@@ -23,9 +23,6 @@ namespace quilex {
 
 namespace {
 
-// Longer than an agent or a bus takes that is only busy.
-constexpr std::chrono::milliseconds kAnswerPatience{2000};
-
 std::string variable(const char* name) {
   const char* const value = std::getenv(name);
   return value != nullptr ? value : "";
@@ -52,9 +49,9 @@ Facts gatherFacts() {
   facts.sessionType = variable("XDG_SESSION_TYPE");
   facts.settings = checkSettings(settingsFile());
   facts.library = checkLibrary(libraryFile(info.location(SearchPathDirectory::applicationSupport)));
-  facts.agent = askAgent(kAnswerPatience);
+  facts.agent = askAgent(kAgentPatience);
   if (!std::holds_alternative<NoAgent>(facts.agent)) {
-    for (const std::uint32_t process : statusItemHosts(kAnswerPatience)) {
+    for (const std::uint32_t process : statusItemHosts(kAgentPatience)) {
       facts.statusItemHosts.push_back(processName(process));
     }
   }
@@ -64,7 +61,7 @@ Facts gatherFacts() {
 }  // namespace
 
 Outcome doctorCommand(ReportForm form) {
-  const Disposable silentBuses = hideSilentBuses(kAnswerPatience, [](BusKind) {});
+  const Disposable silentBuses = hideSilentBuses(kAgentPatience, [](BusKind) {});
   const auto report = makeReport(gatherFacts(), QDir::homePath().toStdString());
   if (form == ReportForm::json) {
     printLine(report.dump(2, ' ', true));

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds kPatience{5};
-constexpr int kBusyTimeoutMilliseconds = 2000;
+constexpr int kLibraryPatienceMilliseconds = 2000;
 
 // What `work` finds; or a file that does not answer. The thread that waits for it is left behind then.
 template <typename Health>
@@ -63,7 +63,7 @@ bool look(FileHealth& health) {
 
 void readLibrary(LibraryHealth& health) {
   try {
-    SQLite::Database database(health.path, SQLite::OPEN_READONLY, kBusyTimeoutMilliseconds);
+    SQLite::Database database(health.path, SQLite::OPEN_READONLY, kLibraryPatienceMilliseconds);
     const std::string found = database.execAndGet("pragma quick_check(1)").getString();
     if (found != "ok") {
       health.problem = "is damaged: " + found;

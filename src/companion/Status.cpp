@@ -18,9 +18,6 @@ namespace quilex {
 
 namespace {
 
-// Longer than an agent or a bus takes that is only busy.
-constexpr std::chrono::milliseconds kAnswerPatience{1000};
-
 // What the agent would say of itself, as far as the files hold it.
 Result<AgentStatus> statusOfFiles() {
   const LinuxBundle bundle = LinuxBundle::main();
@@ -96,8 +93,8 @@ std::string volumeText(double volume) {
 }  // namespace
 
 Outcome statusCommand() {
-  const Disposable silentBuses = hideSilentBuses(kAnswerPatience, [](BusKind) {});
-  const auto answer = askAgent(kAnswerPatience);
+  const Disposable silentBuses = hideSilentBuses(kAgentPatience, [](BusKind) {});
+  const auto answer = askAgent(kAgentPatience);
   const auto* const told = std::get_if<AgentStatus>(&answer);
   auto known = told != nullptr ? Result<AgentStatus>(*told) : statusOfFiles();
   if (auto* failure = std::get_if<Failure>(&known)) {

@@ -105,6 +105,8 @@ class Enduring:
     """What a session here has beside that of the journeys."""
 
     def start_agent(self, **variables):
+        if self.context.checks_leaks:
+            variables.setdefault("LD_PRELOAD", str(self.programs_folder.parent / "lib/keep_modules.so"))
         super().start_agent(**variables)
         self.watch = self.context.watch(self.agent)
         return self.agent
@@ -168,6 +170,7 @@ class Context:
         self.trial = trial
         self.end_seconds = END_SECONDS[program.preset]
         self.memory_limit = MEMORY_LIMIT[program.preset]
+        self.checks_leaks = program.preset == "asan"
 
     def note(self, figure, value, bound, of=""):
         self.table.note(self.trial, figure, value, bound, of)

@@ -18,6 +18,9 @@ struct NoAgent {
   std::string message;
 };
 
+/// Longer than an agent or a bus takes that is only busy.
+constexpr std::chrono::milliseconds kAgentPatience{2000};
+
 /// Asks the session's agent for its status. Waits for the answer for at most `patience`.
 std::variant<AgentStatus, NoAgent> askAgent(std::chrono::milliseconds patience);
 

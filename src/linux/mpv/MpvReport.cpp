@@ -48,7 +48,7 @@ void MpvReport::reportVersions(mpv_handle* core) {
       std::string version = text;
       mpv_free(text);
       version.erase(0, version.rfind(' ') + 1);
-      statusReport.update([&](AgentStatus& status) { status.libraries[name] = version; });
+      statusReport.update([&, key = name](AgentStatus& status) { status.libraries[key] = version; });
     }
   }
 }

@@ -53,7 +53,7 @@ bool isJournal() {
          stream == std::to_string(file.st_dev) + ":" + std::to_string(file.st_ino);
 }
 
-void write(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+void writeLine(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   const std::string_view category = context.category != nullptr ? context.category : "";
   const auto level = std::ranges::find(kLevels, type, &Level::type);
   if (!category.starts_with(kPrefix) || level == kLevels.end()) {
@@ -122,7 +122,7 @@ std::optional<std::string> startLog(std::string_view wish) {
   if (!text.empty()) {
     leadsToJournal = isJournal();
     otherMessages = qInstallMessageHandler(nullptr);
-    qInstallMessageHandler(write);
+    qInstallMessageHandler(writeLine);
     QLoggingCategory::setFilterRules(QString::fromStdString(text));
   }
   return std::nullopt;
