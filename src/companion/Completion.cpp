@@ -45,7 +45,7 @@ void offerValues(const std::string& beginning, const std::string& key) {
     offer(beginning, "true", setting->meaning);
     offer(beginning, "false", "");
   } else if (setting != nullptr && setting->type == Setting::Type::integer) {
-    for (std::int64_t number = 0; setting->meaningOf(number) != ""; ++number) {
+    for (std::int64_t number = 0; !setting->meaningOf(number).empty(); ++number) {
       offer(beginning, std::to_string(number), setting->meaningOf(number));
     }
   }

@@ -180,11 +180,13 @@ std::string describeAgentInterface() {
     }
     return "false";
   };
-  std::string text = std::string("  <interface name=\"") + AgentInterface::kName + "\">\n";
+  std::string text = std::string(R"(  <interface name=")") + AgentInterface::kName + "\">\n";
   for (const AgentProperty& each : agentProperties()) {
-    text += std::string("    <property name=\"") + each.name + "\" type=\"" + each.signature + "\" access=\"read\">\n" +
-            "      <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"" +
-            annotation(each.change) + "\"/>\n    </property>\n";
+    text += std::string(R"(    <property name=")") + each.name + R"(" type=")" + each.signature + R"(" access="read">
+      <annotation name="org.freedesktop.DBus.Property.EmitsChangedSignal" value=")" +
+            annotation(each.change) + R"("/>
+    </property>
+)";
   }
   return text + "  </interface>\n";
 }

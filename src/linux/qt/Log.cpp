@@ -55,7 +55,7 @@ bool isJournal() {
 
 void writeLine(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   const std::string_view category = context.category != nullptr ? context.category : "";
-  const auto level = std::ranges::find(kLevels, type, &Level::type);
+  const auto* const level = std::ranges::find(kLevels, type, &Level::type);
   if (!category.starts_with(kPrefix) || level == kLevels.end()) {
     otherMessages(type, context, text);
     return;
@@ -113,7 +113,7 @@ std::optional<std::string> startLog(std::string_view wish) {
       return "\"" + std::string(room) + "\" is no room of the log; there are all, " + joined(kRooms);
     }
     const std::string_view name = sign < entry.size() ? entry.substr(sign + 1) : kLevels.back().name;
-    const auto level = std::ranges::find(kLevels, name, &Level::name);
+    const auto* const level = std::ranges::find(kLevels, name, &Level::name);
     if (level == kLevels.end()) {
       return "\"" + std::string(name) + "\" is no level of the log; there are " + levelNames();
     }
