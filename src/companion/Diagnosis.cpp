@@ -27,22 +27,6 @@ std::string healthWord(const FileHealth& health) {
   return !health.exists ? "not there yet" : health.problem.empty() ? "good" : health.problem;
 }
 
-std::string agentWord(const Facts& facts) {
-  const auto* const none = std::get_if<NoAgent>(&facts.agent);
-  if (none == nullptr) {
-    return "running";
-  }
-  switch (none->reason) {
-    case NoAgent::Reason::notRunning:
-      return "not running";
-    case NoAgent::Reason::noAnswer:
-      return "running, but does not answer";
-    case NoAgent::Reason::noBus:
-      break;
-  }
-  return "unknown: there is no D-Bus session bus";
-}
-
 std::string statusItemWord(const Facts& facts, const AgentStatus& agent) {
   if (agent.statusItem == "notifier") {
     return facts.statusItemHosts.empty() ? "nobody" : joined(facts.statusItemHosts);
@@ -176,9 +160,25 @@ void addOddities(const Json& oddities, std::vector<std::string>& lines) {
 
 }  // namespace
 
+std::string agentWord(const AgentAnswer& answer) {
+  const auto* const none = std::get_if<NoAgent>(&answer);
+  if (none == nullptr) {
+    return "running";
+  }
+  switch (none->reason) {
+    case NoAgent::Reason::notRunning:
+      return "not running";
+    case NoAgent::Reason::noAnswer:
+      return "running, but does not answer";
+    case NoAgent::Reason::noBus:
+      break;
+  }
+  return "unknown: there is no D-Bus session bus";
+}
+
 Json makeReport(const Facts& facts, const std::string& home) {
   Json report;
-  report["program"] = {{"quilex", facts.version}, {"agent", agentWord(facts)}};
+  report["program"] = {{"quilex", facts.version}, {"agent", agentWord(facts.agent)}};
   report["system"] = {{"name", facts.system}, {"kernel", facts.kernel}};
   report["libraries"] = facts.libraries;
   report["desktop"] = {{"desktop", facts.desktop}, {"session", facts.sessionType}, {"backend", nullptr}};

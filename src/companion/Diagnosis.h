@@ -3,7 +3,6 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "companion/Health.h"
@@ -24,12 +23,15 @@ struct Facts {
   /// XDG_CURRENT_DESKTOP and XDG_SESSION_TYPE of this program.
   std::string desktop;
   std::string sessionType;
-  std::variant<AgentStatus, NoAgent> agent;
+  AgentAnswer agent;
   /// The programs that show status notifier items.
   std::vector<std::string> statusItemHosts;
   FileHealth settings;
   LibraryHealth library;
 };
+
+/// Whether there is an agent and it answers, in a few words.
+std::string agentWord(const AgentAnswer& answer);
 
 /// Something that is not as it should be, and what a person can do about it.
 struct Oddity {

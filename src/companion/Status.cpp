@@ -5,12 +5,12 @@
 
 #include "app/AppInfo.h"
 #include "companion/Commands.h"
+#include "companion/Diagnosis.h"
 #include "companion/Settings.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/AgentQuestion.h"
 #include "linux/dbus/BusConnection.h"
 #include "settings/SettingsKeys.h"
 
@@ -54,22 +54,6 @@ Result<AgentStatus> statusOfFiles() {
   return status;
 }
 
-std::string agentLine(const std::variant<AgentStatus, NoAgent>& answer) {
-  const auto* const none = std::get_if<NoAgent>(&answer);
-  if (none == nullptr) {
-    return "running";
-  }
-  switch (none->reason) {
-    case NoAgent::Reason::notRunning:
-      return "not running";
-    case NoAgent::Reason::noAnswer:
-      return "running, but it does not answer";
-    case NoAgent::Reason::noBus:
-      break;
-  }
-  return "unknown: there is no D-Bus session bus";
-}
-
 // The current video, and how it is where that is worth a word.
 std::string videoLine(const AgentStatus& status) {
   if (status.videoSign.empty()) {
@@ -102,7 +86,7 @@ Outcome statusCommand() {
   }
   const auto& status = std::get<AgentStatus>(known);
   const std::uint32_t videos = status.libraryVideos;
-  printLine("agent:       " + agentLine(answer));
+  printLine("agent:       " + agentWord(answer));
   printLine("video:       " + cleanText(videoLine(status)));
   printLine(std::string("wallpaper:   ") + (status.isOpen ? "open" : "closed") + ", " +
             (status.isPlaying ? "playing" : "paused"));

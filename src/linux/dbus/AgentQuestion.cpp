@@ -22,7 +22,7 @@ QDBusReply<Value> callBus(const char* method, const QVariantList& arguments, std
 
 }  // namespace
 
-std::variant<AgentStatus, NoAgent> askAgent(std::chrono::milliseconds patience) {
+AgentAnswer askAgent(std::chrono::milliseconds patience) {
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     return NoAgent{NoAgent::Reason::noBus, bus.lastError().message().toStdString()};

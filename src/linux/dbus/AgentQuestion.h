@@ -21,8 +21,10 @@ struct NoAgent {
 /// Longer than an agent or a bus takes that is only busy.
 constexpr std::chrono::milliseconds kAgentPatience{2000};
 
+using AgentAnswer = std::variant<AgentStatus, NoAgent>;
+
 /// Asks the session's agent for its status. Waits for the answer for at most `patience`.
-std::variant<AgentStatus, NoAgent> askAgent(std::chrono::milliseconds patience);
+AgentAnswer askAgent(std::chrono::milliseconds patience);
 
 /// The processes on the session bus that show status notifier items: those that own a name of a host.
 std::vector<std::uint32_t> statusItemHosts(std::chrono::milliseconds patience);
