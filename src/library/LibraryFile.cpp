@@ -1,8 +1,11 @@
 #include "library/LibraryFile.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
+
 #include <random>
 
 #include "app/PrivateFiles.h"
+#include "library/FileURL.h"
 
 namespace quilex {
 
@@ -23,6 +26,22 @@ void removeUnfinished(const fs::path& library) {
   }
 }
 
+// The template names the loops beside it by where it was installed, which may be another place by now.
+void nameLoopsBeside(const fs::path& templateFile, const fs::path& copy) {
+  try {
+    SQLite::Database database(copy, SQLite::OPEN_READWRITE);
+    database.exec("pragma journal_mode = memory");
+    SQLite::Statement statement(database,
+                                "update LocalVideos set url = ?1 || substr(url, instr(url, ?2) + length(?2)) "
+                                "where instr(url, ?2) > 0 and instr(url, ?1) != 1");
+    statement.bind(1, fileURL(templateFile.parent_path() / "loops") + "/");
+    statement.bind(2, "/share/quilexhelper/loops/");
+    statement.exec();
+  } catch (const SQLite::Exception&) {
+    // Not a template of ours.
+  }
+}
+
 }  // namespace
 
 std::string libraryFile(const fs::path& supportDirectory) {
@@ -39,6 +58,7 @@ std::error_code placeLibrary(const fs::path& templateFile, const fs::path& libra
   fs::copy_file(templateFile, unfinished, error);
   if (!error) {
     fs::permissions(unfinished, kPrivateFile, error);
+    nameLoopsBeside(templateFile, unfinished);
     // Unlike a renaming, a link never replaces what is there.
     fs::create_hard_link(unfinished, library, error);
     if (error && !fs::exists(library, ignored)) {

@@ -50,12 +50,16 @@ struct LocalVideoDBManagerTest : testing::Test {
 };
 
 TEST_F(LocalVideoDBManagerTest, TheTemplateIsCopiedOnlyOnce) {
-  run("template.db", table + "insert into LocalVideos values('A', 'one')");
+  const std::string elsewhere = "file:///old/share/quilexhelper/loops/";
+  run("template.db",
+      "create table LocalVideos(sign, url); insert into LocalVideos values('A', '" + elsewhere + "a%20b.mp4')");
   folder.write("Quilex.db.1.new");
   open();
-  run("Quilex.db", "insert into LocalVideos values('B', 'two')");
+  run("Quilex.db", "insert into LocalVideos values('B', '" + elsewhere + "b.mp4')");
   open();
   EXPECT_EQ(size(), 2U);
+  EXPECT_EQ(library->video("A")->url, fileURL(folder / "loops/a b.mp4")) << "the template was moved with its loops";
+  EXPECT_EQ(library->video("B")->url, elsewhere + "b.mp4");
   EXPECT_EQ(console.lines, (Lines{path, path}));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2) << "nothing unfinished is left";
   EXPECT_EQ(mode(), std::filesystem::perms(0600));
