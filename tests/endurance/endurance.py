@@ -80,8 +80,8 @@ class Table:
 
     def note(self, trial, figure, value, bound, of=""):
         with self.lock:
-            runs, worst, _, _ = self.rows.get((trial, figure), (0, -1, 0, ""))
-            self.rows[trial, figure] = (runs + 1, max(worst, value), bound, of if value > worst else self.rows[trial, figure][3])
+            runs, worst, _, worst_of = self.rows.get((trial, figure), (0, -math.inf, bound, ""))
+            self.rows[trial, figure] = (runs + 1, max(worst, value), bound, of if value > worst else worst_of)
         if of and value > bound:
             self.fault(trial, f"{of}: {value:.1f} {figure}")
 
