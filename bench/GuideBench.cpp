@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "linux/qt/QtImage.h"
+#include "linux/toolkit/http/QtImage.h"
 #include "service/Cipher.h"
 #include "service/WebModel.h"
 #include "support/ServiceFakes.h"

@@ -4,7 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include "app/AppInfo.h"
 #include "companion/Import.h"
 #include "companion/Interruption.h"
 #include "companion/Settings.h"
@@ -12,9 +11,10 @@
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "library/FileURL.h"
-#include "linux/autostart/AutostartEntry.h"
-#include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/DBusNotificationCenter.h"
+#include "linux/session/autostart/AutostartEntry.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "linux/session/dbus/DBusNotificationCenter.h"
+#include "platform/AppInfo.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "companion/Health.h"
-#include "linux/dbus/AgentQuestion.h"
+#include "linux/session/dbus/AgentQuestion.h"
 #include "platform/AgentStatus.h"
 
 namespace quilex {

@@ -12,12 +12,12 @@ extern "C" {
 #include <cstdlib>
 #include <fstream>
 
-#include "app/AppInfo.h"
 #include "companion/Diagnosis.h"
 #include "companion/Text.h"
 #include "library/LibraryFile.h"
-#include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/BusConnection.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "linux/session/dbus/BusConnection.h"
+#include "platform/AppInfo.h"
 
 namespace quilex {
 

@@ -15,7 +15,7 @@
 
 #include "library/FileURL.h"
 #include "library/VideoRows.h"
-#include "linux/settings/SettingsFile.h"
+#include "linux/session/settings/SettingsFile.h"
 
 namespace quilex {
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include "app/AppInfo.h"
-#include "linux/bundle/LinuxBundle.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "platform/AppInfo.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {

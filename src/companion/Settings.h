@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "companion/Result.h"
-#include "linux/settings/JsonSettingsSuite.h"
+#include "linux/session/settings/JsonSettingsSuite.h"
 #include "platform/RunLoop.h"
 
 namespace quilex {

@@ -3,15 +3,15 @@
 #include <string_view>
 #include <utility>
 
-#include "app/AppInfo.h"
 #include "companion/Commands.h"
 #include "companion/Diagnosis.h"
 #include "companion/Settings.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
-#include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/BusConnection.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "linux/session/dbus/BusConnection.h"
+#include "platform/AppInfo.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {

@@ -10,7 +10,7 @@
 #include <set>
 #include <utility>
 
-#include "app/PrivateFiles.h"
+#include "base/PrivateFiles.h"
 #include "library/FileURL.h"
 #include "library/LibraryFile.h"
 #include "library/VideoRows.h"

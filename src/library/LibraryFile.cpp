@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "app/PrivateFiles.h"
+#include "base/PrivateFiles.h"
 #include "library/FileURL.h"
 
 namespace quilex {

@@ -6,8 +6,8 @@
 #include <system_error>
 #include <utility>
 
-#include "app/FatalError.h"
-#include "app/PrivateFiles.h"
+#include "base/FatalError.h"
+#include "base/PrivateFiles.h"
 #include "library/LibraryFile.h"
 #include "library/VideoRows.h"
 

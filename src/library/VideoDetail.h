@@ -5,7 +5,7 @@
 #include <string>
 #include <tuple>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 
 namespace quilex {
 

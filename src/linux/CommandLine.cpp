@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/AppInfo.h"
-#include "linux/bundle/LinuxBundle.h"
-#include "linux/qt/Log.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "linux/toolkit/loop/Log.h"
+#include "platform/AppInfo.h"
 
 namespace quilex {
 

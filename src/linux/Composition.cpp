@@ -14,16 +14,16 @@
 #include <string_view>
 #include <utility>
 
-#include "app/AgentReport.h"
-#include "app/FatalError.h"
+#include "agent/AgentReport.h"
+#include "base/FatalError.h"
 #include "library/LibraryFile.h"
-#include "linux/mpv/MpvPlayer.h"
-#include "linux/qt/InterfaceFiles.h"
-#include "linux/qt/QtHTTPSession.h"
-#include "linux/qt/QtImage.h"
-#include "linux/qt/QtStatusItem.h"
-#include "linux/qt/ServiceURL.h"
-#include "linux/qt/Translations.h"
+#include "linux/player/MpvPlayer.h"
+#include "linux/toolkit/http/QtHTTPSession.h"
+#include "linux/toolkit/http/QtImage.h"
+#include "linux/toolkit/http/ServiceURL.h"
+#include "linux/toolkit/tray/QtStatusItem.h"
+#include "linux/toolkit/windows/InterfaceFiles.h"
+#include "linux/toolkit/windows/Translations.h"
 
 namespace quilex {
 

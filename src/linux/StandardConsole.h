@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "linux/qt/Log.h"
+#include "linux/toolkit/loop/Log.h"
 #include "platform/Console.h"
 
 namespace quilex {

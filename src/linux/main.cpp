@@ -12,12 +12,13 @@
 #include <utility>
 #include <variant>
 
-#include "app/AppDelegate.h"
+#include "agent/AppDelegate.h"
 #include "linux/CommandLine.h"
 #include "linux/Composition.h"
-#include "linux/dbus/BusConnection.h"
-#include "linux/dbus/DBusNotificationCenter.h"
-#include "linux/qt/EndDeadline.h"
+#include "linux/DesktopChoice.h"
+#include "linux/session/dbus/BusConnection.h"
+#include "linux/session/dbus/DBusNotificationCenter.h"
+#include "linux/toolkit/loop/EndDeadline.h"
 
 namespace {
 
@@ -158,7 +159,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   // The toolkit would end the process without a word of ours if there were no desktop.
   std::string backendReason;
-  auto desktop = quilex::Desktop::open(backendReason);
+  auto desktop = quilex::openDesktop(backendReason);
   if (!desktop) {
     std::fputs(
         "quilexhelper: no desktop to play on: neither a Wayland compositor with a layer shell at WAYLAND_DISPLAY, nor "

@@ -3,7 +3,7 @@
 #include <functional>
 #include <stop_token>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

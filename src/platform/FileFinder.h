@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

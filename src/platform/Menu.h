@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "app/Disposable.h"
-#include "app/ObserverList.h"
+#include "base/Disposable.h"
+#include "base/ObserverList.h"
 
 namespace quilex {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "app/Disposable.h"
-#include "app/ObserverList.h"
+#include "base/Disposable.h"
+#include "base/ObserverList.h"
 
 namespace quilex {
 

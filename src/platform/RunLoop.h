@@ -3,7 +3,7 @@
 #include <chrono>
 #include <functional>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

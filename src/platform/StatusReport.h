@@ -3,7 +3,7 @@
 #include <functional>
 #include <utility>
 
-#include "app/ObserverList.h"
+#include "base/ObserverList.h"
 #include "platform/AgentStatus.h"
 
 namespace quilex {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 #include "platform/Geometry.h"
 #include "platform/VideoView.h"
 

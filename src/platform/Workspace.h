@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 
 namespace quilex {
 

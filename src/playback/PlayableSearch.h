@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 #include "platform/FileFinder.h"
 #include "playback/VideoInfoList.h"
 

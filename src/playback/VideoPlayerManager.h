@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 #include "library/LocalVideoDBManager.h"
 #include "platform/Console.h"
 #include "platform/DistributedNotificationCenter.h"

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/FatalError.h"
+#include "base/FatalError.h"
 #include "library/FileURL.h"
 #include "playback/VideoPlayerManager.h"
 

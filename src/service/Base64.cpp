@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "app/FatalError.h"
+#include "base/FatalError.h"
 #include "service/OpenSSLBytes.h"
 
 namespace quilex {

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 
 namespace quilex {
 

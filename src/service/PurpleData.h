@@ -4,7 +4,7 @@
 #include <tuple>
 #include <vector>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 
 namespace quilex {
 

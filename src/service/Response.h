@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 #include "library/VideoDetail.h"
 #include "service/BaseInfo.h"
 #include "service/DataBody.h"

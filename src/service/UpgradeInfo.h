@@ -3,7 +3,7 @@
 #include <string>
 #include <tuple>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 
 namespace quilex {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <tuple>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 
 namespace quilex {
 

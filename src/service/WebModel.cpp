@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "library/JSONCoding.h"
+#include "base/JSONCoding.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {

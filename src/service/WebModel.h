@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 #include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
 #include "platform/Image.h"

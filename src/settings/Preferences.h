@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "app/Disposable.h"
-#include "app/ObservableProperty.h"
+#include "base/Disposable.h"
+#include "base/ObservableProperty.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
 #include "settings/SettingsKeys.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Disposable.h"
+#include "base/Disposable.h"
 #include "platform/Localization.h"
 #include "platform/Menu.h"
 #include "platform/StatusItem.h"

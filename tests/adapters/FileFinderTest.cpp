@@ -1,8 +1,8 @@
 #include <atomic>
 #include <semaphore>
 
-#include "linux/files/ThreadedFileFinder.h"
-#include "linux/qt/QtRunLoop.h"
+#include "linux/session/files/ThreadedFileFinder.h"
+#include "linux/toolkit/loop/QtRunLoop.h"
 #include "support/AdapterTest.h"
 
 using namespace quilex;

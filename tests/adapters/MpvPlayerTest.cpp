@@ -2,7 +2,7 @@
 
 #include <QProcess>
 
-#include "linux/mpv/MpvPlayer.h"
+#include "linux/player/MpvPlayer.h"
 #include "linux/render/SoftwareRendering.h"
 #include "support/AdapterTest.h"
 

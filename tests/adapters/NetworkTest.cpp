@@ -6,11 +6,11 @@
 #include <future>
 #include <thread>
 
-#include "linux/qt/LocalWallClock.h"
-#include "linux/qt/QtBackgroundWork.h"
-#include "linux/qt/QtHTTPSession.h"
-#include "linux/qt/QtImage.h"
-#include "linux/qt/ServiceURL.h"
+#include "linux/toolkit/http/QtHTTPSession.h"
+#include "linux/toolkit/http/QtImage.h"
+#include "linux/toolkit/http/ServiceURL.h"
+#include "linux/toolkit/loop/LocalWallClock.h"
+#include "linux/toolkit/loop/QtBackgroundWork.h"
 #include "service/Envelope.h"
 #include "support/AdapterTest.h"
 

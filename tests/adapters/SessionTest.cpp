@@ -7,13 +7,13 @@
 #include <cstdlib>
 #include <thread>
 
-#include "linux/bundle/LinuxBundle.h"
-#include "linux/dbus/BusConnection.h"
-#include "linux/dbus/DBusNotificationCenter.h"
-#include "linux/qt/EndDeadline.h"
-#include "linux/qt/QtRunLoop.h"
-#include "linux/qt/Wakeup.h"
-#include "linux/settings/JsonSettingsSuite.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "linux/session/dbus/BusConnection.h"
+#include "linux/session/dbus/DBusNotificationCenter.h"
+#include "linux/session/settings/JsonSettingsSuite.h"
+#include "linux/toolkit/loop/EndDeadline.h"
+#include "linux/toolkit/loop/QtRunLoop.h"
+#include "linux/toolkit/loop/Wakeup.h"
 #include "settings/Preferences.h"
 #include "support/AdapterTest.h"
 

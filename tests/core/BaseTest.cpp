@@ -1,6 +1,6 @@
-#include "app/AppInfo.h"
-#include "app/MinuteCounter.h"
-#include "app/ObservableProperty.h"
+#include "base/MinuteCounter.h"
+#include "base/ObservableProperty.h"
+#include "platform/AppInfo.h"
 #include "support/Fakes.h"
 
 namespace quilex::test {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "linux/Desktop.h"
-#include "linux/mpv/MpvPlayer.h"
-#include "linux/qt/QtRunLoop.h"
+#include "linux/desktop/Desktop.h"
+#include "linux/player/MpvPlayer.h"
+#include "linux/toolkit/loop/QtRunLoop.h"
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);

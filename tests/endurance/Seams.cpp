@@ -11,7 +11,7 @@
 #include <deque>
 #include <vector>
 
-#include "linux/mpv/MpvPlayer.h"
+#include "linux/player/MpvPlayer.h"
 #include "linux/render/SoftwareRendering.h"
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include "app/AgentReport.h"
-#include "app/AppDelegate.h"
+#include "agent/AgentReport.h"
+#include "agent/AppDelegate.h"
 #include "support/Fakes.h"
 
 namespace quilex::test {

@@ -8,7 +8,7 @@
 #include <set>
 #include <variant>
 
-#include "app/ObserverList.h"
+#include "base/ObserverList.h"
 #include "platform/Console.h"
 #include "platform/DistributedNotificationCenter.h"
 #include "platform/FileFinder.h"

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "app/FatalError.h"
-#include "linux/qt/Log.h"
+#include "base/FatalError.h"
+#include "linux/toolkit/loop/Log.h"
 
 namespace quilex {
 

@@ -2,7 +2,7 @@
 
 #include <sys/mman.h>
 
-#include "app/FatalError.h"
+#include "base/FatalError.h"
 
 namespace quilex {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "linux/qt/FileDescriptor.h"
+#include "linux/toolkit/loop/FileDescriptor.h"
 
 namespace quilex {
 

@@ -5,7 +5,7 @@
 #include <immintrin.h>
 #endif
 
-#include "app/FatalError.h"
+#include "base/FatalError.h"
 
 namespace quilex {
 

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <utility>
 
-#include "linux/qt/Log.h"
+#include "linux/toolkit/loop/Log.h"
 
 namespace quilex {
 

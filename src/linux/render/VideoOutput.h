@@ -7,10 +7,10 @@
 #include <optional>
 #include <vector>
 
-#include "app/MinuteCounter.h"
-#include "linux/qt/QtRunLoop.h"
-#include "linux/qt/Wakeup.h"
+#include "base/MinuteCounter.h"
 #include "linux/render/Renderer.h"
+#include "linux/toolkit/loop/QtRunLoop.h"
+#include "linux/toolkit/loop/Wakeup.h"
 
 namespace quilex {
 

@@ -1,0 +1,36 @@
+#include "base/Disposable.h"
+
+#include <utility>
+
+#include "base/FatalError.h"
+
+namespace quilex {
+
+Disposable::Disposable(std::function<void()> action) : closure(std::move(action)) {
+  if (!closure) {
+    fatalError("use of unimplemented initializer 'init()' for class 'QuilexHelper.Disposable'");
+  }
+}
+
+Disposable::~Disposable() {
+  dispose();
+}
+
+Disposable::Disposable(Disposable&& other) noexcept : closure(std::exchange(other.closure, nullptr)) {}
+
+Disposable& Disposable::operator=(Disposable&& other) noexcept {
+  if (this != &other) {
+    dispose();
+    closure = std::exchange(other.closure, nullptr);
+  }
+  return *this;
+}
+
+void Disposable::dispose() noexcept {
+  // Emptied first, so that a closure which reaches this token again does not run twice.
+  if (auto action = std::exchange(closure, nullptr)) {
+    action();
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "base/Disposable.h"
+#include "base/ObserverList.h"
+
+namespace quilex {
+
+/// A value whose changes can be observed and are written through to a store. Setting never compares with the old
+/// value: it always stores and always notifies. Main thread only.
+template <typename Value>
+class ObservableProperty {
+ public:
+  using Handler = typename ObserverList<Value>::Handler;
+  using Store = std::function<void(const Value&)>;
+
+  explicit ObservableProperty(Store writeThrough = {}) : store(std::move(writeThrough)) {}
+
+  const Value& get() const { return *value; }
+
+  /// Sets the value without storing or notifying, for reading it in at construction.
+  void assign(Value newValue) { *value = std::move(newValue); }
+
+  /// Sets the value, writes it to the store, then notifies the observers.
+  void set(Value newValue) {
+    *value = std::move(newValue);
+    if (store) {
+      store(*value);
+    }
+    notify();
+  }
+
+  /// Sets a value that the store holds already, then notifies the observers.
+  void apply(Value newValue) {
+    *value = std::move(newValue);
+    notify();
+  }
+
+  /// Calls the handler with the new value on each later change, until the token is released; no initial call.
+  [[nodiscard]] Disposable observe(Handler handler) { return observers.add(std::move(handler)); }
+
+  /// Assigns each new value to a property of `target`, which must outlive the token.
+  template <typename Target>
+  [[nodiscard]] Disposable bind(Target& target, void (Target::*assignment)(Value)) {
+    return observe([&target, assignment](const Value& newValue) { (target.*assignment)(newValue); });
+  }
+
+ private:
+  void notify() {
+    // A handler may set the property again or destroy it. Each observer is told the value as it stands when its turn
+    // comes, so that none is left with an older one than it heard before.
+    observers.notifyEach([current = value](const Handler& handler) {
+      const Value copy = *current;
+      handler(copy);
+    });
+  }
+
+  Store store;
+  std::shared_ptr<Value> value = std::make_shared<Value>();
+  ObserverList<Value> observers;
+};
+
+}  // namespace quilex

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/Disposable.h"
+
+namespace quilex {
+
+/// Handlers that are told, synchronously and in the order of their registration, when something happens. While they
+/// are being told, a handler may register others (told from the next time on), release its own or another's token
+/// (not told any more), or destroy the list. A token may outlive its list. Main thread only.
+template <typename... Arguments>
+class ObserverList {
+ public:
+  using Handler = std::function<void(Arguments...)>;
+
+  [[nodiscard]] Disposable add(Handler handler) {
+    auto entry = std::make_shared<Entry>(Entry{std::move(handler)});
+    entries->push_back(entry);
+    return Disposable([list = std::weak_ptr<Entries>(entries), entry] {
+      entry->active = false;
+      if (const auto alive = list.lock()) {
+        std::erase(*alive, entry);
+      }
+    });
+  }
+
+  /// `call` is handed each handler in turn and calls it; it can thereby choose the arguments at the last moment.
+  template <typename Call>
+  void notifyEach(const Call& call) const {
+    const Entries snapshot = *entries;
+    for (const auto& entry : snapshot) {
+      if (entry->active) {
+        call(entry->handler);
+      }
+    }
+  }
+
+  void notify(const Arguments&... arguments) const {
+    notifyEach([&](const Handler& handler) { handler(arguments...); });
+  }
+
+ private:
+  struct Entry {
+    Handler handler;
+    bool active = true;
+  };
+  using Entries = std::vector<std::shared_ptr<Entry>>;
+
+  std::shared_ptr<Entries> entries = std::make_shared<Entries>();
+};
+
+}  // namespace quilex

@@ -1,0 +1,180 @@
+#include "linux/desktop/wayland/WaylandConnection.h"
+
+#include <QAbstractEventDispatcher>
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr std::uint32_t kSeatVersion = 5;
+
+/// Binds the global at the version that both sides know.
+template <typename Object>
+void bindTo(Object& object, wl_registry* registry, std::uint32_t name, const wl_interface& interface,
+            std::uint32_t offered, std::uint32_t known) {
+  object.reset(
+      static_cast<typename Object::pointer>(wl_registry_bind(registry, name, &interface, std::min(offered, known))));
+}
+
+}  // namespace
+
+const wl_registry_listener WaylandConnection::registryListener = {
+    .global = [](void* data, wl_registry*, std::uint32_t name, const char* interface,
+                 std::uint32_t version) { static_cast<WaylandConnection*>(data)->bind(name, interface, version); },
+    .global_remove = [](void* data, wl_registry*,
+                        std::uint32_t name) { static_cast<WaylandConnection*>(data)->removed(name); },
+};
+
+std::unique_ptr<WaylandConnection> WaylandConnection::open(std::string& refusal) {
+  wl_display* const display = wl_display_connect(nullptr);
+  if (display == nullptr) {
+    refusal = "there is no compositor at WAYLAND_DISPLAY";
+    return nullptr;
+  }
+  std::unique_ptr<WaylandConnection> connection(new WaylandConnection(display));
+  if (auto failure = connection->setUp()) {
+    refusal = *std::move(failure);
+    return nullptr;
+  }
+  return connection;
+}
+
+WaylandConnection::WaylandConnection(wl_display* connected)
+    : connection(connected), registry(wl_display_get_registry(connected)) {
+  wl_registry_add_listener(registry.get(), &registryListener, this);
+}
+
+WaylandConnection::~WaylandConnection() = default;
+
+std::optional<std::string> WaylandConnection::setUp() {
+  // Once for the globals, and once for what the outputs say of themselves.
+  for (int i = 0; i < 2; ++i) {
+    if (wl_display_roundtrip(display()) < 0) {
+      return "the compositor ends the connection";
+    }
+  }
+  constexpr std::uint32_t kBufferDamage = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
+  if (!globals.layerShell ||
+      zwlr_layer_shell_v1_get_version(layerShell()) < ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION) {
+    return "the compositor has no layer shell (wlr-layer-shell, version 2)";
+  }
+  if (!globals.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals.sharedMemory ||
+      !globals.viewporter) {
+    return "the compositor lacks wl_compositor 4, wl_shm or wp_viewporter";
+  }
+  return std::nullopt;
+}
+
+void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uint32_t version) {
+  const auto take = [&](auto& object, const wl_interface& known, std::uint32_t most) {
+    const bool isIt = std::string_view(interface) == known.name;
+    if (isIt && !object) {
+      bindTo(object, registry.get(), name, known, version, most);
+    }
+    return isIt;
+  };
+  take(globals.compositor, wl_compositor_interface, 4);
+  take(globals.sharedMemory, wl_shm_interface, 1);
+  take(globals.viewporter, wp_viewporter_interface, 1);
+  take(globals.layerShell, zwlr_layer_shell_v1_interface, 4);
+  if (take(globals.outputManager, zxdg_output_manager_v1_interface, 3)) {
+    for (const auto& output : knownOutputs) {
+      output->locate(globals.outputManager.get());
+    }
+  }
+  if (std::string_view(interface) == wl_seat_interface.name && version >= kSeatVersion && seatName == 0) {
+    seatName = name;
+  }
+  if (std::string_view(interface) == wl_output_interface.name && version >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
+    auto* const output = static_cast<wl_output*>(
+        wl_registry_bind(registry.get(), name, &wl_output_interface, std::min<std::uint32_t>(version, 4)));
+    knownOutputs.push_back(std::make_unique<WaylandOutput>(name, output, [this] { observers.notify(); }));
+    knownOutputs.back()->locate(globals.outputManager.get());
+  }
+}
+
+WaylandObject<wl_seat> WaylandConnection::bindSeat() {
+  WaylandObject<wl_seat> seat;
+  if (seatName != 0) {
+    bindTo(seat, registry.get(), seatName, wl_seat_interface, kSeatVersion, kSeatVersion);
+  }
+  return seat;
+}
+
+const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
+  const WaylandOutput* found = nullptr;
+  for (const auto& output : knownOutputs) {
+    if (output->isKnown() && output->frame() == screen.frame && (found == nullptr || output->name() == screen.name)) {
+      found = output.get();
+    }
+  }
+  return found;
+}
+
+const WaylandOutput* WaylandConnection::outputNamed(const std::string& name) const {
+  const WaylandOutput* found = nullptr;
+  for (const auto& output : knownOutputs) {
+    if (output->isKnown() && (found == nullptr || output->name() == name)) {
+      found = output.get();
+    }
+  }
+  return found;
+}
+
+void WaylandConnection::removed(std::uint32_t name) {
+  if (std::erase_if(knownOutputs, [&](const auto& output) { return output->global() == name; }) > 0) {
+    observers.notify();
+  }
+}
+
+void WaylandConnection::start(std::function<void()> lost) {
+  compositorLost = std::move(lost);
+  const int descriptor = wl_display_get_fd(display());
+  readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(readable.get(), &QSocketNotifier::activated, readable.get(), [this] { drainEvents(); });
+  writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
+  writable->setEnabled(false);
+  QObject::connect(writable.get(), &QSocketNotifier::activated, writable.get(), [this] { flush(); });
+  // What came before there was a notifier; and what EGL, which reads from the connection too, has left for this thread.
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, readable.get(),
+                   [this] {
+                     wl_display_dispatch_pending(display());
+                     flush();
+                   });
+}
+
+// EGL reads from the connection too, so that a plain dispatch could wait for an event that is read already.
+void WaylandConnection::drainEvents() {
+  while (wl_display_prepare_read(display()) != 0) {
+    // After an error nothing is dispatched any more, and so the queue never gets empty.
+    if (wl_display_dispatch_pending(display()) < 0) {
+      checkLost();
+      return;
+    }
+  }
+  wl_display_read_events(display());
+  wl_display_dispatch_pending(display());
+  flush();
+}
+
+void WaylandConnection::flush() {
+  const bool full = wl_display_flush(display()) < 0 && errno == EAGAIN;
+  if (writable) {
+    writable->setEnabled(full);
+    checkLost();
+  }
+}
+
+void WaylandConnection::checkLost() {
+  if (wl_display_get_error(display()) != 0 && compositorLost) {
+    readable->setEnabled(false);
+    writable->setEnabled(false);
+    std::exchange(compositorLost, {})();
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,87 @@
+#include "linux/desktop/wayland/WaylandPointer.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr int kCursorSize = 24;
+
+int cursorSize() {
+  const char* const size = std::getenv("XCURSOR_SIZE");
+  const int asked = size != nullptr ? std::atoi(size) : 0;  // NOLINT(cert-err34-c): anything else is no size
+  return asked > 0 ? asked : kCursorSize;
+}
+
+}  // namespace
+
+const wl_seat_listener WaylandPointer::seatListener = {
+    .capabilities = [](void* data, wl_seat*, std::uint32_t mask) { listener<WaylandPointer>(data).capabilities(mask); },
+    .name = [](void*, wl_seat*, const char*) {},
+};
+
+// Only what comes of a seat of version 5 is ever sent; newer protocols have more members, which stay null.
+const wl_pointer_listener WaylandPointer::pointerListener = [] {
+  wl_pointer_listener events{};
+  events.enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t, wl_fixed_t) {
+    listener<WaylandPointer>(data).enter(serial, surface);
+  };
+  events.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
+    listener<WaylandPointer>(data).over = nullptr;
+  };
+  events.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
+  events.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
+    if (listener<WaylandPointer>(data).over != nullptr) {
+      listener<WaylandPointer>(data).handler(listener<WaylandPointer>(data).over, button,
+                                             state == WL_POINTER_BUTTON_STATE_PRESSED);
+    }
+  };
+  events.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
+  events.frame = [](void*, wl_pointer*) {};
+  events.axis_source = [](void*, wl_pointer*, std::uint32_t) {};
+  events.axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {};
+  events.axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {};
+  return events;
+}();
+
+WaylandPointer::WaylandPointer(WaylandConnection& theConnection, Handler pressed)
+    : connection(theConnection), handler(std::move(pressed)), seat(theConnection.bindSeat()) {
+  if (seat) {
+    wl_seat_add_listener(seat.get(), &seatListener, this);
+  }
+}
+
+void WaylandPointer::capabilities(std::uint32_t mask) {
+  const bool has = (mask & WL_SEAT_CAPABILITY_POINTER) != 0;
+  if (has && !pointer) {
+    pointer.reset(wl_seat_get_pointer(seat.get()));
+    wl_pointer_add_listener(pointer.get(), &pointerListener, this);
+  } else if (!has) {
+    pointer.reset();
+    over = nullptr;
+  }
+}
+
+void WaylandPointer::enter(std::uint32_t serial, wl_surface* surface) {
+  over = surface;
+  if (!theme) {
+    theme.reset(wl_cursor_theme_load(std::getenv("XCURSOR_THEME"), cursorSize(), connection.sharedMemory()));
+    cursorSurface.reset(wl_compositor_create_surface(connection.compositor()));
+  }
+  const wl_cursor* const cursor = theme ? wl_cursor_theme_get_cursor(theme.get(), "left_ptr") : nullptr;
+  if (cursor == nullptr) {
+    return;
+  }
+  wl_cursor_image& image = *cursor->images[0];
+  wl_pointer_set_cursor(pointer.get(), serial, cursorSurface.get(), static_cast<std::int32_t>(image.hotspot_x),
+                        static_cast<std::int32_t>(image.hotspot_y));
+  wl_surface_attach(cursorSurface.get(), wl_cursor_image_get_buffer(&image), 0, 0);
+  wl_surface_damage_buffer(cursorSurface.get(), 0, 0, static_cast<std::int32_t>(image.width),
+                           static_cast<std::int32_t>(image.height));
+  wl_surface_commit(cursorSurface.get());
+  connection.flush();
+}
+
+}  // namespace quilex

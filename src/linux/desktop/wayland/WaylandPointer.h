@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+
+#include "linux/desktop/wayland/WaylandConnection.h"
+
+namespace quilex {
+
+/// The pointer over the agent's surfaces, with the desktop's usual cursor. Main thread.
+class WaylandPointer {
+ public:
+  /// `pressed` is told of each press and release of a button: the surface, the button's code
+  /// (linux/input-event-codes.h) and whether it went down. The connection must outlive the pointer.
+  using Handler = std::function<void(wl_surface* surface, std::uint32_t button, bool down)>;
+  WaylandPointer(WaylandConnection& theConnection, Handler pressed);
+  WaylandPointer(const WaylandPointer&) = delete;
+  WaylandPointer& operator=(const WaylandPointer&) = delete;
+
+ private:
+  static const wl_seat_listener seatListener;
+  static const wl_pointer_listener pointerListener;
+
+  void capabilities(std::uint32_t mask);
+  void enter(std::uint32_t serial, wl_surface* surface);
+
+  WaylandConnection& connection;
+  Handler handler;
+  WaylandObject<wl_seat> seat;
+  WaylandObject<wl_pointer> pointer;
+  WaylandObject<wl_cursor_theme> theme;
+  WaylandObject<wl_surface> cursorSurface;
+  wl_surface* over = nullptr;
+};
+
+}  // namespace quilex

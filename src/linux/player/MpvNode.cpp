@@ -1,0 +1,44 @@
+#include "linux/player/MpvNode.h"
+
+namespace quilex {
+
+namespace {
+
+// The nodes of a map of texts, which must outlive them.
+struct TextMap {
+  explicit TextMap(const MpvTexts& texts) {
+    for (const auto& [name, text] : texts) {
+      // libmpv only reads them.
+      keys.push_back(const_cast<char*>(name.c_str()));
+      mpv_node& value = values.emplace_back();
+      value.format = MPV_FORMAT_STRING;
+      value.u.string = const_cast<char*>(text.c_str());
+    }
+  }
+  mpv_node node() {
+    list = {static_cast<int>(values.size()), values.data(), keys.data()};
+    mpv_node map = {};
+    map.format = MPV_FORMAT_NODE_MAP;
+    map.u.list = &list;
+    return map;
+  }
+
+  std::vector<char*> keys;
+  std::vector<mpv_node> values;
+  mpv_node_list list = {};
+};
+
+}  // namespace
+
+void commandAsync(mpv_handle* core, std::uint64_t id, const MpvTexts& arguments, const MpvTexts& options) {
+  TextMap command(arguments);
+  TextMap optionMap(options);
+  if (!options.empty()) {
+    command.keys.push_back(const_cast<char*>("options"));
+    command.values.push_back(optionMap.node());
+  }
+  mpv_node node = command.node();
+  mpv_command_node_async(core, id, &node);
+}
+
+}  // namespace quilex

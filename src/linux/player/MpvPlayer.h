@@ -1,0 +1,114 @@
+#pragma once
+
+#include <mpv/stream_cb.h>
+
+#include <QTimer>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "base/ObserverList.h"
+#include "linux/media/MediaStream.h"
+#include "linux/player/MpvHandle.h"
+#include "linux/player/MpvReport.h"
+#include "linux/player/SoundOutput.h"
+#include "linux/render/VideoOutput.h"
+#include "linux/toolkit/loop/Wakeup.h"
+#include "platform/StatusReport.h"
+#include "platform/VideoPlayer.h"
+
+namespace quilex {
+
+/// The player over libmpv: one core that draws into a VideoOutput. All requests to the core are asynchronous. A core
+/// that cannot be made stops the process.
+///
+/// The core never opens a file: it is given a stream of ours, whatever its item is.
+class MpvPlayer : public VideoPlayer {
+ public:
+  /// The player writes into `report` how it decodes and what it cannot play. Both must outlive it.
+  MpvPlayer(VideoOutput& output, StatusReport& report);
+  ~MpvPlayer() override;
+
+  void play() override;
+  void pause() override;
+  bool hasCurrentItem() const override { return !item.empty(); }
+  void replaceCurrentItem(const std::filesystem::path& file) override;
+  void seekToZero() override;
+  void setRepeating(bool repeats) override;
+  float volume() const override { return amplitude; }
+  void setVolume(float newAmplitude) override;
+  bool isMuted() const override { return muted; }
+  void setMuted(bool mute) override;
+  [[nodiscard]] Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) override;
+  [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
+
+ private:
+  /// What the core's threads may open.
+  struct Offer {
+    std::mutex lock;
+    std::string uri;
+    std::shared_ptr<MediaStream> stream;
+    std::vector<std::weak_ptr<MediaStream>> handedOut;
+  };
+
+  static int openOffered(void* data, char* uri, mpv_stream_cb_info* info);
+  void load();
+  void handOver();
+  void drainEvents();
+  void handle(const mpv_event& event);
+  void handleChange(std::uint64_t property, const mpv_event_property& change);
+  void complain(const mpv_event_log_message& message);
+  void handleEnd(const mpv_event_end_file& end);
+  void failed();
+  void refuse(const char* reason);
+  void watchEnd();
+  void raiseEnd();
+  void setStatus(PlayerItemStatus newStatus);
+  void setFlag(const char* property, bool value);
+
+  VideoOutput& videoOutput;
+  StatusReport& report;
+  Offer offer;
+  MpvHandle core;
+  MpvReport coreReport;
+  SoundOutput sound;
+  Wakeup wakeup;
+  Wakeup streamOpened;
+  /// Runs while an item is being opened.
+  QTimer patience;
+  /// Runs while an item that is to be repeated cannot be played: a disk that was away comes back.
+  QTimer retry;
+  std::chrono::seconds retryPause{};
+  std::string refusal;
+  std::shared_ptr<MediaStream> stream;
+  /// What the item's stream carries, and what it should carry when it is loaded again.
+  MediaStream::Form form = MediaStream::Form::packets;
+  MediaStream::Form suitable = MediaStream::Form::packets;
+  bool repeating = false;
+  float amplitude = 1;
+  bool muted = false;
+  std::filesystem::path item;
+  /// How many messages of the core about the item were printed.
+  int complaints = 0;
+  /// Counts the items handed to the core; answers that concern an older one are stale.
+  std::uint64_t generation = 0;
+  /// The core's own number for the current item; 0 until its reply has come.
+  std::int64_t playlistEntry = 0;
+  /// Whether the core has turned to the current item.
+  bool started = false;
+  /// Whether there has been a frame since the item was handed over.
+  bool restarted = false;
+  PlayerItemStatus status = PlayerItemStatus::unknown;
+  bool ended = false;
+  ObserverList<PlayerItemStatus> statusObservers;
+  ObserverList<> endObservers;
+};
+
+/// libmpv's volume (percent, the cube root of the gain; see its manual on --volume) of a linear amplitude of 0 to 1.
+double cubicVolume(float amplitude);
+
+}  // namespace quilex

@@ -1,0 +1,135 @@
+#include "linux/session/autostart/AutostartEntry.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QSaveFile>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <string_view>
+#include <system_error>
+
+#include "base/PrivateFiles.h"
+
+namespace quilex {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Outcome = AutostartEntry::Outcome;
+using State = Outcome::State;
+
+constexpr const char* kName = "com.dravo.quilex.QuilexHelper.desktop";
+constexpr std::string_view kDigestKey = "X-Quilex-Digest=";
+constexpr std::uintmax_t kLargestEntry = 65'536;
+
+std::optional<std::string> read(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(stream), {}};
+  return stream.is_open() && !stream.bad() ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::string digest(std::string_view text) {
+  const QByteArray bytes(text.data(), static_cast<qsizetype>(text.size()));
+  return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().toStdString();
+}
+
+bool isOurs(const std::string& text) {
+  const auto place = text.rfind(kDigestKey);
+  return place != std::string::npos &&
+         std::string_view(text).substr(place + kDigestKey.size()) == digest(text.substr(0, place)) + "\n";
+}
+
+std::string escaped(const std::string& text, std::string_view special, const char* with) {
+  std::string result;
+  for (const char character : text) {
+    if (special.find(character) != std::string_view::npos) {
+      result += with;
+    }
+    result += character;
+  }
+  return result;
+}
+
+// Desktop Entry Specification 1.5: an argument in double quotes, with its own escapes; per cent is doubled; and then,
+// as in every value, backslashes are.
+std::string execValue(const std::string& path) {
+  std::string value = "\"" + escaped(path, "\"`$\\", "\\") + "\"";
+  return escaped(escaped(value, "%", "%"), "\\", "\\");
+}
+
+std::string entryFor(const std::string& installed, const fs::path& agent) {
+  std::string entry;
+  std::istringstream lines(installed);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("Exec=")) {
+      line = "Exec=" + execValue(agent.string());
+    } else if (line.starts_with("TryExec=")) {
+      line = "TryExec=" + escaped(agent.string(), "\\", "\\");
+    }
+    entry += line + "\n";
+  }
+  return entry + std::string(kDigestKey) + digest(entry) + "\n";
+}
+
+Outcome failure(const fs::path& file, const char* what, const std::string& reason) {
+  return {State::failed, "the autostart entry " + file.string() + " cannot be " + what + ": " + reason};
+}
+
+}  // namespace
+
+AutostartEntry::AutostartEntry(const LinuxBundle& bundle, const fs::path& config)
+    : installed(bundle.path().parent_path() / "applications" / kName),
+      agent(bundle.path().parent_path().parent_path() / "bin" / "quilexhelper"),
+      file(config / "autostart" / kName) {}
+
+Outcome AutostartEntry::set(bool startsAtLogin) const {
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(file, error);
+  if (status.type() == fs::file_type::none) {
+    return failure(file, "looked at", error.message());
+  }
+  if (status.type() == fs::file_type::not_found) {
+    return startsAtLogin ? write() : Outcome{State::done, ""};
+  }
+  // A link, as those who keep their settings elsewhere have it, is not ours either.
+  const bool isPlain = fs::is_regular_file(status) && fs::file_size(file, error) <= kLargestEntry;
+  const auto text = isPlain ? read(file) : std::nullopt;
+  if (isPlain && !text) {
+    return failure(file, "read", "permission denied");
+  }
+  if (!isPlain || !isOurs(*text)) {
+    return {State::edited,
+            "the autostart entry " + file.string() + " was not made by this program, or was edited; it stays"};
+  }
+  if (startsAtLogin) {
+    return write();
+  }
+  fs::remove(file, error);
+  return error ? failure(file, "removed", error.message()) : Outcome{State::done, ""};
+}
+
+Outcome AutostartEntry::write() const {
+  const auto original = read(installed);
+  if (!original) {
+    return {State::notInstalled,
+            "only an agent that is installed is started at login; there is no " + installed.string()};
+  }
+  const std::string entry = entryFor(*original, agent);
+  if (read(file) == entry) {
+    return {State::done, ""};
+  }
+  if (const auto error = createPrivateFolder(file.parent_path())) {
+    return failure(file, "written", error.message());
+  }
+  QSaveFile target(QFile::decodeName(file.c_str()));
+  const auto size = static_cast<qint64>(entry.size());
+  if (!target.open(QIODevice::WriteOnly) || !target.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
+      target.write(entry.data(), size) != size || !target.flush() || !target.commit()) {
+    return failure(file, "written", target.errorString().toStdString());
+  }
+  return {State::done, ""};
+}
+
+}  // namespace quilex

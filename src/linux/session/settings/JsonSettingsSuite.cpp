@@ -1,0 +1,241 @@
+#include "linux/session/settings/JsonSettingsSuite.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <limits>
+#include <memory>
+#include <thread>
+#include <utility>
+
+#include "base/JSONCoding.h"
+#include "base/PrivateFiles.h"
+#include "linux/toolkit/loop/Log.h"
+
+namespace quilex {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds kLockRetry = 10ms;
+constexpr std::chrono::milliseconds kFailureRetry = 1000ms;
+constexpr auto kPatienceAtExit = 1000ms;
+
+// The shortest decimal text that reads back as the same float, so that 0.1 is not written as 0.10000000149.
+double readable(float value) {
+  char text[32];
+  const auto written = std::to_chars(text, text + sizeof text, value);
+  double result = value;
+  std::from_chars(text, written.ptr, result);
+  return result;
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> JsonSettingsSuite::open(
+    fs::path file, RunLoop& runLoop) {
+  // A folder that cannot be made shows when the file is read or written.
+  createPrivateFolder(file.parent_path());
+  std::unique_ptr<JsonSettingsSuite> suite(new JsonSettingsSuite(std::move(file), runLoop));
+  if (const auto problem = suite->readFile()) {
+    return OpenError{suite->sentence(problem->message)};
+  }
+  return suite;
+}
+
+JsonSettingsSuite::JsonSettingsSuite(fs::path location, RunLoop& loop)
+    : file(std::move(location)), runLoop(loop), lockRetry(kLockRetry) {}
+
+JsonSettingsSuite::~JsonSettingsSuite() {
+  try {
+    if (const auto error = writeNow(kPatienceAtExit)) {
+      std::fprintf(stderr, "%s\n", error->message.c_str());
+    }
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", sentence(std::string("was not written: ") + error.what()).c_str());
+  }
+}
+
+std::string JsonSettingsSuite::sentence(const std::string& problem) const {
+  return "the settings file " + file.path.string() + " " + problem;
+}
+
+// Takes over what the file holds. Where it holds no settings the last good ones stay.
+std::optional<SettingsFile::Problem> JsonSettingsSuite::readFile() const {
+  ++reads;
+  SettingsFile::Contents contents = file.read();
+  seen = contents.signature;
+  qCDebug(settingsLog, "reads %s", file.path.c_str());
+  if (auto* object = std::get_if<Json>(&contents.object)) {
+    values = std::move(*object);
+    // What another process has stored since is newer than a change that still waits.
+    std::erase_if(pending, [this](const auto& entry) { return stored(entry.first) != entry.second.before; });
+  }
+  const auto* problem = std::get_if<SettingsFile::Problem>(&contents.object);
+  return problem != nullptr ? std::optional(*problem) : std::nullopt;
+}
+
+void JsonSettingsSuite::refresh() const {
+  const auto now = file.signature();
+  if (!now || now == seen) {
+    return;
+  }
+  if (const auto problem = readFile()) {
+    complain(problem->message, "keeping the last good values");
+  } else {
+    lastComplaint.clear();
+  }
+}
+
+// Once for each problem, however often it is met.
+void JsonSettingsSuite::complain(const std::string& problem, const char* consequence) const {
+  if (problem != lastComplaint) {
+    lastComplaint = problem;
+    qCWarning(settingsLog, "%s", sentence(problem).c_str());
+    std::fprintf(stderr, "%s; %s\n", sentence(problem).c_str(), consequence);
+  }
+}
+
+// Null when there is none.
+JsonSettingsSuite::Json JsonSettingsSuite::stored(const std::string& key) const {
+  const auto entry = values.find(key);
+  return entry != values.end() ? *entry : Json();
+}
+
+JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
+  const std::lock_guard guard(mutex);
+  refresh();
+  const auto change = pending.find(key);
+  return change != pending.end() ? change->second.value.value_or(Json()) : stored(key);
+}
+
+bool JsonSettingsSuite::contains(const std::string& key) const {
+  return !value(key).is_null();
+}
+
+std::int64_t JsonSettingsSuite::integer(const std::string& key) const {
+  return json::wholeNumber(value(key)).value_or(0);
+}
+
+float JsonSettingsSuite::real(const std::string& key) const {
+  const Json json = value(key);
+  if (!json.is_number()) {
+    return 0;
+  }
+  constexpr double kLargest = std::numeric_limits<float>::max();
+  return static_cast<float>(std::clamp(json.get<double>(), -kLargest, kLargest));
+}
+
+bool JsonSettingsSuite::boolean(const std::string& key) const {
+  const Json json = value(key);
+  return json.is_boolean() && json.get<bool>();
+}
+
+std::optional<std::string> JsonSettingsSuite::string(const std::string& key) const {
+  const Json json = value(key);
+  return json.is_string() ? std::optional(json.get<std::string>()) : std::nullopt;
+}
+
+void JsonSettingsSuite::setInteger(const std::string& key, std::int64_t value) {
+  change(key, value);
+}
+void JsonSettingsSuite::setReal(const std::string& key, float value) {
+  change(key, readable(value));
+}
+void JsonSettingsSuite::setBoolean(const std::string& key, bool value) {
+  change(key, value);
+}
+void JsonSettingsSuite::setString(const std::string& key, const std::string& value) {
+  change(key, value);
+}
+void JsonSettingsSuite::remove(const std::string& key) {
+  change(key, std::nullopt);
+}
+
+void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
+  const std::lock_guard guard(mutex);
+  refresh();
+  pending[key] = {std::move(value), stored(key)};
+  if (!retry) {
+    retry = runLoop.after(0ms, [this] { synchronize(); });
+  }
+}
+
+void JsonSettingsSuite::synchronize() {
+  const std::lock_guard guard(mutex);
+  retry.reset();
+  refresh();
+  std::chrono::milliseconds delay = kFailureRetry;
+  switch (write()) {
+    case Writing::done:
+      lockRetry = kLockRetry;
+      return;
+    case Writing::locked:
+      // Usually free in a moment, but a process that was stopped keeps a lock for as long as it pleases.
+      delay = std::exchange(lockRetry, std::min(2 * lockRetry, kFailureRetry));
+      break;
+    case Writing::failed:
+      break;
+  }
+  if (delay == kFailureRetry) {
+    complain(writeError, "trying again");
+  }
+  retry = runLoop.after(delay, [this] { synchronize(); });
+}
+
+std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const std::unique_lock guard(mutex, deadline);
+  if (!guard) {
+    return WriteError{sentence("is in use by another thread")};
+  }
+  for (Writing outcome = write(); outcome != Writing::done; outcome = write()) {
+    if (outcome == Writing::failed || std::chrono::steady_clock::now() >= deadline) {
+      pending.clear();
+      return WriteError{sentence(writeError)};
+    }
+    std::this_thread::sleep_for(kLockRetry);
+  }
+  return std::nullopt;
+}
+
+// Brings the pending changes into the file. Where that cannot be done they stay pending, and `writeError` says why.
+JsonSettingsSuite::Writing JsonSettingsSuite::write() {
+  if (pending.empty()) {
+    return Writing::done;
+  }
+  const auto lock = file.lock();
+  if (std::holds_alternative<SettingsFile::HeldByAnother>(lock)) {
+    writeError = "is locked by another program";
+    return Writing::locked;
+  }
+  const auto* unlockable = std::get_if<SettingsFile::Problem>(&lock);
+  if (const auto problem = unlockable != nullptr ? std::optional(*unlockable) : readFile()) {
+    writeError = problem->message;
+    return Writing::failed;
+  }
+  Json changed = values;
+  for (const auto& [key, change] : pending) {
+    if (change.value) {
+      changed[key] = *change.value;
+    } else {
+      changed.erase(key);
+    }
+  }
+  if (const auto problem = file.replace(changed)) {
+    writeError = problem->message;
+    return Writing::failed;
+  }
+  values = std::move(changed);
+  pending.clear();
+  lastComplaint.clear();
+  // Another process may have replaced the file since, so the next look reads it in any case.
+  seen.reset();
+  return Writing::done;
+}
+
+}  // namespace quilex

@@ -1,0 +1,148 @@
+#include "linux/session/settings/SettingsFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QSaveFile>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <ctime>
+#include <utility>
+
+#include "base/JSONCoding.h"
+
+namespace quilex {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t kLargestFile = 1'000'000;
+constexpr std::size_t kBlock = 65'536;
+// A file changed this recently may change again without its time stamp moving.
+constexpr auto kTimestampGranularity = 100ms;
+// A FIFO is opened at once, even if nobody is at its other end.
+constexpr int kNeverWait = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+std::int64_t nanoseconds(const timespec& time) {
+  return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
+
+SettingsFile::Signature signatureOf(const struct stat& status) {
+  return {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
+}
+
+bool mayChangeUnnoticed(const SettingsFile::Signature& signature) {
+  timespec now = {};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  return std::chrono::nanoseconds(nanoseconds(now) - signature.changed) < kTimestampGranularity;
+}
+
+std::variant<SettingsFile::Json, SettingsFile::Missing, SettingsFile::Problem> parse(int descriptor) {
+  std::string text;
+  while (text.size() <= kLargestFile) {
+    const std::size_t size = text.size();
+    text.resize(size + kBlock);
+    const ssize_t count = read(descriptor, text.data() + size, kBlock);
+    if (count < 0 && errno != EINTR) {
+      return SettingsFile::Problem{std::string("cannot be read: ") + std::strerror(errno)};
+    }
+    text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count == 0) {
+      auto json = json::parse(text);
+      if (!json || !json->is_object()) {
+        return SettingsFile::Problem{"is not a JSON object"};
+      }
+      return *std::move(json);
+    }
+  }
+  return SettingsFile::Problem{"is larger than 1 MB"};
+}
+
+// One line for each key: indenting what is nested could make much of little.
+std::string format(const SettingsFile::Json& object) {
+  const auto dump = [](const SettingsFile::Json& json) {
+    return json.dump(-1, ' ', false, SettingsFile::Json::error_handler_t::replace);
+  };
+  std::string text = "{";
+  for (const auto& [key, value] : object.items()) {
+    text += (text.size() == 1 ? "\n  " : ",\n  ") + dump(key) + ": " + dump(value);
+  }
+  return text + "\n}\n";
+}
+
+}  // namespace
+
+std::optional<SettingsFile::Signature> SettingsFile::signature() const {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 ? std::optional(signatureOf(status)) : std::nullopt;
+}
+
+SettingsFile::Contents SettingsFile::read() const {
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | kNeverWait));
+  struct stat status = {};
+  if (!file.isOpen() || fstat(file.get(), &status) != 0) {
+    if (errno == ENOENT) {
+      return {std::nullopt, Missing{}};
+    }
+    const std::string reason = std::strerror(errno);
+    return {signature(), Problem{"cannot be read: " + reason}};
+  }
+  Contents contents;
+  if (const Signature found = signatureOf(status); !mayChangeUnnoticed(found)) {
+    contents.signature = found;
+  }
+  if (S_ISREG(status.st_mode)) {
+    contents.object = parse(file.get());
+  } else {
+    contents.object = Problem{"is not a regular file"};
+  }
+  return contents;
+}
+
+std::variant<FileDescriptor, SettingsFile::HeldByAnother, SettingsFile::Problem> SettingsFile::lock() const {
+  const std::string name = path.string() + ".lock";
+  const auto problem = [&](const char* reason) {
+    return Problem{"cannot be locked for writing: " + name + ": " + reason};
+  };
+  FileDescriptor file(open(name.c_str(), O_RDWR | O_CREAT | kNeverWait, S_IRUSR | S_IWUSR));
+  struct stat status = {};
+  if (!file.isOpen() || fstat(file.get(), &status) != 0) {
+    return problem(std::strerror(errno));
+  }
+  if (!S_ISREG(status.st_mode)) {
+    return problem("not a regular file");
+  }
+  if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+    return file;
+  }
+  if (errno == EWOULDBLOCK) {
+    return HeldByAnother{};
+  }
+  return problem(std::strerror(errno));
+}
+
+std::optional<SettingsFile::Problem> SettingsFile::replace(const Json& object) const {
+  const std::string text = format(object);
+  if (text.size() > kLargestFile) {
+    return Problem{"would be larger than 1 MB"};
+  }
+  const QString name = QFile::decodeName(path.c_str());
+  const bool isNew = !QFile::exists(name);
+  QSaveFile file(name);
+  const auto size = static_cast<qint64>(text.size());
+  const bool opened = file.open(QIODevice::WriteOnly) &&
+                      (!isNew || file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+  // QSaveFile itself would put a file in place of which a full disk took only a part.
+  if (!opened || file.write(text.data(), size) != size || !file.flush() || !file.commit()) {
+    const bool named = file.error() != QFileDevice::NoError;
+    return Problem{"cannot be written: " + (named ? file.errorString().toStdString() : "the disk may be full")};
+  }
+  return std::nullopt;
+}
+
+}  // namespace quilex

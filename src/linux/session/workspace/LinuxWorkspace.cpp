@@ -1,0 +1,119 @@
+#include "linux/session/workspace/LinuxWorkspace.h"
+
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "linux/session/autostart/AutostartEntry.h"
+#include "linux/session/dbus/SleepMonitor.h"
+#include "linux/session/gio/DesktopEntry.h"
+
+namespace quilex {
+
+namespace {
+
+/// Starts a program of the user's, if the service manager runs the agent: as a child of the agent it would belong to
+/// the agent's unit, with its limit of memory. Answers whether it did.
+bool startInScope(const QStringList& command) {
+  if (qEnvironmentVariable("SYSTEMD_EXEC_PID") != QString::number(QCoreApplication::applicationPid()) ||
+      QStandardPaths::findExecutable(command.front()).isEmpty()) {
+    return false;
+  }
+  const QStringList scope{QStringLiteral("--user"), QStringLiteral("--scope"), QStringLiteral("--quiet"),
+                          QStringLiteral("--")};
+  return QProcess::startDetached(QStringLiteral("systemd-run"), scope + command);
+}
+
+void launch(const std::string& id) {
+  const auto file = desktopEntryFile(id);
+  const QStringList command{QStringLiteral("gio"), QStringLiteral("launch"),
+                            QString::fromLocal8Bit(file.value_or("").c_str())};
+  if (!file || !startInScope(command)) {
+    launchDesktopEntry(id);
+  }
+}
+
+}  // namespace
+
+/// What was asked for last, for work that may be late.
+struct LinuxWorkspace::LoginWish {
+  std::mutex writing;
+  std::atomic<bool> startsAtLogin = false;
+};
+
+LinuxWorkspace::LinuxWorkspace(BackgroundWork& background)
+    : backgroundWork(background), loginWish(std::make_shared<LoginWish>()) {}
+
+void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
+  // It reads files and asks the session bus, each of which may hang.
+  std::thread([bundleIdentifier] { launch(bundleIdentifier); }).detach();
+}
+
+void LinuxWorkspace::openURL(const std::string& url) {
+  const QUrl address(QString::fromStdString(url), QUrl::StrictMode);
+  const QString encoded = QString::fromLatin1(address.toEncoded());
+  if (address.isValid() && !address.isRelative() && !startInScope({QStringLiteral("xdg-open"), encoded})) {
+    QDesktopServices::openUrl(address);
+  }
+}
+
+void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTypes,
+                                   std::function<void(bool chosen)> done) {
+  QStringList patterns;
+  for (const std::string& type : allowedFileTypes) {
+    patterns << QStringLiteral("*.") + QString::fromStdString(type);
+  }
+  auto* panel = new QFileDialog;
+  panel->setAttribute(Qt::WA_DeleteOnClose);
+  panel->setFileMode(QFileDialog::ExistingFile);
+  panel->setNameFilter(patterns.join(QLatin1Char(' ')));
+  QObject::connect(panel, &QDialog::finished, panel,
+                   [answer = std::move(done)](int result) { answer(result == QDialog::Accepted); });
+  panel->open();
+}
+
+void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
+  loginWish->startsAtLogin = startsAtLogin;
+  const auto work = [wish = loginWish](const std::stop_token& /*stop*/) {
+    using State = AutostartEntry::Outcome::State;
+    const std::lock_guard guard(wish->writing);
+    const bool starts = wish->startsAtLogin;
+    const auto outcome = AutostartEntry::main().set(starts);
+    if (outcome.state == State::failed || (outcome.state == State::edited && !starts)) {
+      std::fprintf(stderr, "quilexhelper: %s\n", outcome.message.c_str());
+    }
+  };
+  loginWork.emplace(backgroundWork.run(work, [] {}));
+}
+
+void LinuxWorkspace::terminate() {
+  QCoreApplication::quit();
+}
+
+Disposable LinuxWorkspace::observeWake(std::function<void()> handler) {
+  return observeWakeFromSleep(std::move(handler));
+}
+
+Disposable LinuxWorkspace::observeResignActive(std::function<void()> handler) {
+  const auto receiver = std::make_shared<QObject>();
+  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, receiver.get(),
+                   [run = std::move(handler), wasActive = false](Qt::ApplicationState state) mutable {
+                     const bool active = state == Qt::ApplicationActive;
+                     if (std::exchange(wasActive, active) && !active) {
+                       run();
+                     }
+                   });
+  return Disposable([receiver] {});
+}
+
+}  // namespace quilex

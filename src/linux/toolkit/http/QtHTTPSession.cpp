@@ -1,0 +1,244 @@
+#include "linux/toolkit/http/QtHTTPSession.h"
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QHostAddress>
+#include <QLocale>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QStringDecoder>
+#include <QTimer>
+#include <QUrl>
+#include <QtEndian>
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "linux/toolkit/http/ProxyLookup.h"
+#include "linux/toolkit/loop/Log.h"
+
+namespace quilex {
+
+namespace {
+
+constexpr qint64 kReadBufferSize = 1 << 20;
+
+/// The user's languages, the most preferred one first (RFC 9110, 12.5.4).
+QByteArray acceptLanguage() {
+  constexpr qsizetype kMost = 6;
+  QStringList languages = QLocale::system().uiLanguages().mid(0, kMost);
+  languages.removeAll("C");
+  for (qsizetype i = 0; i < languages.size(); ++i) {
+    languages[i] += QString(";q=%1").arg(1.0 - 0.1 * static_cast<double>(i), 0, 'f', 1);
+  }
+  return languages.join(", ").toLatin1();
+}
+
+/// The charset that a Content-Type declares (RFC 9110, 8.3.1); the old default of HTTP's texts if it declares none.
+QByteArray charset(const QNetworkReply& reply) {
+  constexpr QLatin1String kParameter("charset=");
+  const QString contentType = reply.header(QNetworkRequest::ContentTypeHeader).toString();
+  for (const QString& part : contentType.split(';').mid(1)) {
+    const QString parameter = part.trimmed();
+    if (parameter.startsWith(kParameter, Qt::CaseInsensitive)) {
+      return parameter.mid(kParameter.size()).remove('"').toLatin1().toLower();
+    }
+  }
+  return "iso-8859-1";
+}
+
+std::optional<std::string> decoded(std::string bytes, const QByteArray& charset) {
+  constexpr std::array<std::string_view, 3> kExtendAscii = {"utf-8", "us-ascii", "iso-8859-1"};
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  // Nearly every reply, and sparing a large one two copies.
+  if (std::ranges::count(kExtendAscii, std::string_view(charset)) > 0 && std::ranges::all_of(bytes, isAscii)) {
+    return bytes;
+  }
+  QStringDecoder decoder(charset.constData());
+  if (!decoder.isValid()) {
+    return {};
+  }
+  const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+  return decoder.hasError() ? std::nullopt : std::optional(text.toStdString());
+}
+
+/// Whether a whole answer came, of whatever status; Qt takes some of those for errors of the content or the server.
+bool isAnswered(const QNetworkReply& reply) {
+  const auto error = reply.error();
+  return error == QNetworkReply::NoError ||
+         (reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid() &&
+          error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
+}
+
+/// Shuts down the connections to that port of this machine. Qt reads the head of a reply over plain http for as long as
+/// more of it comes, and only then sees that the request was given up, or that its thread is to end. Over TLS it stops
+/// by itself, and other hosts are not asked without.
+void shutDownLoopback(quint16 port) {
+  for (const QString& entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+    const int descriptor = entry.toInt();
+    sockaddr_storage peer{};
+    socklen_t size = sizeof peer;
+    if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0) {
+      const auto* const address = reinterpret_cast<const sockaddr*>(&peer);
+      const bool isNetwork = address->sa_family == AF_INET || address->sa_family == AF_INET6;
+      // Both families keep the port in the same place.
+      if (isNetwork && QHostAddress(address).isLoopback() &&
+          qFromBigEndian(reinterpret_cast<const sockaddr_in*>(&peer)->sin_port) == port) {
+        shutdown(descriptor, SHUT_RDWR);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+/// A request that is under way. Dropping it ends whatever it waits for, and may happen in a signal of what it owns.
+struct QtHTTPSession::Exchange {
+  struct LaterDeleter {
+    void operator()(QObject* object) const {
+      object->disconnect();
+      object->deleteLater();
+    }
+    void operator()(QNetworkReply* ended) const {
+      ended->disconnect();
+      // Qt complains of an end that comes on top of an error.
+      if (ended->error() == QNetworkReply::NoError) {
+        ended->abort();
+      }
+      ended->deleteLater();
+    }
+  };
+
+  QNetworkRequest request;
+  HTTPRequest posted;
+  std::function<void(std::optional<std::string> text)> reply;
+  /// Ends the exchange when it goes off.
+  std::unique_ptr<QTimer, LaterDeleter> limit{new QTimer};
+  std::optional<Disposable> work;
+  std::unique_ptr<QNetworkReply, LaterDeleter> answer;
+  std::string received;
+  /// The session ends before the request does.
+  bool isGivenUp = false;
+
+  /// False when there is more than there may be.
+  bool receive() {
+    if (received.empty()) {
+      const auto announced = answer->header(QNetworkRequest::ContentLengthHeader).toULongLong();
+      received.reserve(std::min<std::size_t>(announced, posted.maximumReplySize));
+    }
+    const QByteArray bytes = answer->readAll();
+    if (bytes.size() > static_cast<qsizetype>(posted.maximumReplySize - received.size())) {
+      return false;
+    }
+    received.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    return true;
+  }
+};
+
+QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work,
+                             StatusReport& statusReport)
+    : configuration(std::move(theConfiguration)), backgroundWork(work), report(statusReport) {}
+
+QtHTTPSession::~QtHTTPSession() {
+  while (!exchanges.empty()) {
+    exchanges.front().reply = [](const auto&) {};
+    exchanges.front().isGivenUp = true;
+    finish(exchanges.front(), {});
+  }
+}
+
+void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) {
+  QNetworkRequest request(QUrl(QString::fromStdString(posted.url), QUrl::StrictMode));
+  request.setRawHeader("User-Agent", QByteArray::fromStdString(configuration.userAgent));
+  request.setRawHeader("Accept-Language", acceptLanguage());
+  request.setRawHeader("Content-Type", QByteArray::fromStdString(posted.contentType));
+  request.setTransferTimeout(static_cast<int>(configuration.timeout.count()));
+  request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+  request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+  request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+
+  Exchange& exchange = exchanges.emplace_back();
+  exchange.request = request;
+  exchange.posted = posted;
+  exchange.reply = std::move(reply);
+  QTimer* const limit = exchange.limit.get();
+  limit->setSingleShot(true);
+  QObject::connect(limit, &QTimer::timeout, limit, [this, &exchange] { finish(exchange, {}); });
+  limit->start(configuration.timeout);
+  const auto proxy = std::make_shared<QNetworkProxy>();
+  exchange.work.emplace(backgroundWork.run([proxy, url = request.url()](const auto&) { *proxy = lookUpProxy(url); },
+                                           [this, proxy, &exchange] { send(exchange, *proxy); }));
+}
+
+void QtHTTPSession::send(Exchange& exchange, const QNetworkProxy& proxy) {
+  exchange.limit->start(configuration.longest);
+  manager.setProxy(proxy);
+  exchange.answer.reset(manager.post(exchange.request, QByteArray::fromStdString(exchange.posted.body)));
+  QNetworkReply* const answer = exchange.answer.get();
+  // What comes faster than it is taken up waits outside of this process.
+  answer->setReadBufferSize(kReadBufferSize);
+  QObject::connect(answer, &QNetworkReply::readyRead, answer, [this, &exchange] {
+    if (!exchange.receive()) {
+      finish(exchange, {});
+    }
+  });
+  QObject::connect(answer, &QNetworkReply::finished, answer, [this, &exchange] { read(exchange); });
+}
+
+void QtHTTPSession::read(Exchange& exchange) {
+  if (!isAnswered(*exchange.answer)) {
+    finish(exchange, {});
+    return;
+  }
+  struct Body {
+    std::string bytes;
+    QByteArray charset;
+    std::optional<std::string> text;
+  };
+  const auto body = std::make_shared<Body>(Body{std::move(exchange.received), charset(*exchange.answer), {}});
+  exchange.work.emplace(
+      backgroundWork.run([body](const auto&) { body->text = decoded(std::move(body->bytes), body->charset); },
+                         [this, body, &exchange] { finish(exchange, std::move(body->text)); }));
+}
+
+void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) {
+  const auto reply = std::move(exchange.reply);
+  if (!exchange.isGivenUp) {
+    describe(exchange, text);
+  }
+  if (!text && exchange.request.url().scheme() == "http") {
+    unfinishedPort = static_cast<quint16>(exchange.request.url().port(80));
+  }
+  exchanges.remove_if([&](const Exchange& each) { return &each == &exchange; });
+  // Not while another request may be using such a connection.
+  if (exchanges.empty() && unfinishedPort) {
+    shutDownLoopback(*std::exchange(unfinishedPort, {}));
+  }
+  reply(std::move(text));
+}
+
+void QtHTTPSession::describe(const Exchange& exchange, const std::optional<std::string>& text) {
+  const QNetworkReply* const answer = exchange.answer.get();
+  std::string outcome = "no answer in time";
+  if (text) {
+    outcome = "HTTP " + answer->attribute(QNetworkRequest::HttpStatusCodeAttribute).toString().toStdString() + ", " +
+              std::to_string(text->size()) + " bytes";
+  } else if (answer != nullptr && answer->error() != QNetworkReply::NoError) {
+    outcome = answer->errorString().toStdString();
+  } else if (answer != nullptr) {
+    outcome = "an answer that is too large, too slow or no text";
+  }
+  qCInfo(serviceLog, "%s: %s", exchange.posted.url.c_str(), outcome.c_str());
+  report.update([&](AgentStatus& status) {
+    status.serviceAnswer = outcome;
+    status.serviceAnswered = text.has_value();
+    status.serviceAnswerTime = QDateTime::currentSecsSinceEpoch();
+  });
+}
+
+}  // namespace quilex

@@ -1,0 +1,94 @@
+#include "linux/toolkit/http/QtImage.h"
+
+#include <png.h>
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QImageReader>
+#include <QLoggingCategory>
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+/// A progressive JPEG may be repainted without end; a second is much for one that is not made to harm.
+constexpr qint64 kLongestDecoding = 10'000;
+
+bool fits(qint64 width, qint64 height, std::size_t maximumPixels) {
+  return width > 0 && height > 0 && static_cast<std::size_t>(width) <= maximumPixels / static_cast<std::size_t>(height);
+}
+
+/// Qt's own reader leaves it to libpng to print what is wrong with a file.
+QImage decodePng(std::string_view bytes, std::size_t maximumPixels) {
+  png_image header = {};
+  header.version = PNG_IMAGE_VERSION;
+  const std::unique_ptr<png_image, decltype(&png_image_free)> reading(&header, png_image_free);
+  if (png_image_begin_read_from_memory(&header, bytes.data(), bytes.size()) == 0 ||
+      !fits(header.width, header.height, maximumPixels)) {
+    return {};
+  }
+  QImage image(static_cast<int>(header.width), static_cast<int>(header.height), QImage::Format_RGBA8888);
+  header.format = PNG_FORMAT_RGBA;
+  if (image.isNull() || png_image_finish_read(&header, nullptr, image.bits(),
+                                              static_cast<png_int_32>(image.bytesPerLine()), nullptr) == 0) {
+    return {};
+  }
+  return image;
+}
+
+/// Bytes that end when decoding them is to end.
+class Source : public QBuffer {
+ public:
+  Source(QByteArray* bytes, const std::stop_token& stopToken) : QBuffer(bytes), stop(stopToken) { clock.start(); }
+
+  bool isCut() const { return stop.stop_requested() || clock.hasExpired(kLongestDecoding); }
+
+ protected:
+  qint64 readData(char* data, qint64 size) override { return isCut() ? -1 : QBuffer::readData(data, size); }
+
+ private:
+  const std::stop_token& stop;
+  QElapsedTimer clock;
+};
+
+QImage decodeOther(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop) {
+  static const bool isSilent = (QLoggingCategory::setFilterRules("qt.gui.imageio*=false"), true);
+  Q_UNUSED(isSilent);
+  auto content = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  Source source(&content, stop);
+  source.open(QIODevice::ReadOnly);
+  QImageReader reader(&source);
+  // Those whose readers print nothing on their own. A drawing in lines may ask for endless work, or for local files.
+  static const QList<QByteArray> kFormats{"bmp", "gif", "jpeg", "jpg"};
+  const QSize size = kFormats.contains(reader.format()) ? reader.size() : QSize();
+  if (!fits(size.width(), size.height(), maximumPixels)) {
+    return {};
+  }
+  QImage image = reader.read();
+  // Of some formats the header does not say all.
+  if (source.isCut() || !fits(image.width(), image.height(), maximumPixels)) {
+    return {};
+  }
+  if (image.depth() > 32) {
+    image.convertTo(QImage::Format_RGBA8888);
+  }
+  return image;
+}
+
+}  // namespace
+
+DecodedImage decodeQtImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop) {
+  constexpr std::string_view kPngSignature = "\x89PNG\r\n\x1a\n";
+  auto image =
+      bytes.starts_with(kPngSignature) ? decodePng(bytes, maximumPixels) : decodeOther(bytes, maximumPixels, stop);
+  if (image.isNull()) {
+    return {};
+  }
+  const auto pixels = static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(image.height());
+  return {std::make_shared<QtImage>(std::move(image)), pixels};
+}
+
+}  // namespace quilex

@@ -1,0 +1,121 @@
+#include "linux/toolkit/loop/EndDeadline.h"
+
+#include <sys/eventfd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+#include <utility>
+
+#include "base/FatalError.h"
+
+namespace quilex {
+
+namespace {
+
+constexpr int kNotGiven = -1;
+
+// A signal handler reaches nothing but globals.
+int eventOfSignals = -1;
+
+void notify(int event) {
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const auto written = write(event, &one, sizeof one);
+}
+
+void handle(int /*signal*/) {
+  const int before = errno;
+  notify(eventOfSignals);
+  errno = before;
+}
+
+}  // namespace
+
+EndDeadline& EndDeadline::shared() {
+  // Destructors of static objects are among what may hang.
+  static auto* const one = new EndDeadline;
+  return *one;
+}
+
+EndDeadline::EndDeadline() : event(eventfd(0, EFD_CLOEXEC)), exitStatus(kNotGiven) {
+  if (!event.isOpen()) {
+    fatalError("no event descriptor could be made");
+  }
+  eventOfSignals = event.get();
+  std::thread([this] { watch(); }).detach();
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    struct sigaction handler = {};
+    handler.sa_handler = handle;
+    handler.sa_flags = SA_RESTART;
+    sigaction(signal, &handler, nullptr);
+  }
+}
+
+Disposable EndDeadline::observe(std::function<void()> action) {
+  const std::lock_guard lock(observing);
+  observer = std::make_unique<Wakeup>(std::move(action));
+  if (begun) {
+    observer->signal();
+  }
+  return Disposable([this] {
+    const std::lock_guard releasing(observing);
+    observer.reset();
+  });
+}
+
+Disposable EndDeadline::addLastAction(std::function<void()> action) {
+  const std::lock_guard lock(ending);
+  const auto place = lastActions.insert(lastActions.end(), std::move(action));
+  return Disposable([this, place] {
+    const std::lock_guard releasing(ending);
+    lastActions.erase(place);
+  });
+}
+
+void EndDeadline::begin(int status) {
+  int given = kNotGiven;
+  exitStatus.compare_exchange_strong(given, status);
+  notify(event.get());
+}
+
+void EndDeadline::watch() {
+  std::uint64_t count = 0;
+  while (read(event.get(), &count, sizeof count) != sizeof count) {
+  }
+  {
+    const std::lock_guard lock(observing);
+    begun = true;
+    if (observer) {
+      observer->signal();
+    }
+  }
+  std::this_thread::sleep_for(kOrderlyEnd);
+  end();
+}
+
+void EndDeadline::end() {
+  // Held to the end, so that nothing an action uses goes away.
+  ending.lock();
+  const auto latest = std::chrono::steady_clock::now() + kLastActions;
+  // The threads may outlive this function, not the process.
+  const auto left = std::make_shared<std::atomic<std::size_t>>(lastActions.size());
+  for (const auto& action : lastActions) {
+    std::thread([&action, left] {
+      action();
+      --*left;
+    }).detach();
+  }
+  while (*left > 0 && std::chrono::steady_clock::now() < latest) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  int status = EXIT_SUCCESS;
+  if (exitStatus != kNotGiven) {
+    status = exitStatus;
+  }
+  _exit(status);
+}
+
+}  // namespace quilex

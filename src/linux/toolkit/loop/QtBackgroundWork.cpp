@@ -1,0 +1,66 @@
+#include "linux/toolkit/loop/QtBackgroundWork.h"
+
+#include <QFutureWatcher>
+#include <QPromise>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace quilex {
+
+namespace {
+
+constexpr std::chrono::milliseconds kLastWait{200};
+
+}  // namespace
+
+/// Counts the threads that are under way.
+struct QtBackgroundWork::Threads {
+  std::mutex mutex;
+  std::condition_variable ended;
+  int running = 0;
+
+  void count(int change) {
+    const std::lock_guard lock(mutex);
+    running += change;
+    ended.notify_all();
+  }
+  void await(std::chrono::milliseconds longest) {
+    std::unique_lock lock(mutex);
+    ended.wait_for(lock, longest, [this] { return running == 0; });
+  }
+};
+
+QtBackgroundWork::QtBackgroundWork() : threads(std::make_shared<Threads>()) {}
+
+QtBackgroundWork::~QtBackgroundWork() {
+  threads->await(kLastWait);
+}
+
+Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
+  const auto promise = std::make_shared<QPromise<void>>();
+  // Deleted later, because the token may be released inside `done`.
+  const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>,
+                                                      [](QFutureWatcher<void>* each) { each->deleteLater(); });
+  QObject::connect(watcher.get(), &QFutureWatcherBase::finished, watcher.get(), [finish = std::move(done)] {
+    const auto finishing = finish;
+    finishing();
+  });
+  promise->start();
+  watcher->setFuture(promise->future());
+  const std::stop_source stop;
+  threads->count(1);
+  std::thread([promise, work = std::move(work), stop = stop.get_token(), threads = threads]() mutable {
+    std::exchange(work, {})(stop);
+    promise->finish();
+    threads->count(-1);
+  }).detach();
+  return Disposable([watcher, stop]() mutable {
+    stop.request_stop();
+    watcher->disconnect();
+  });
+}
+
+}  // namespace quilex

@@ -1,0 +1,31 @@
+#include "linux/toolkit/loop/Wakeup.h"
+
+#include <sys/eventfd.h>
+
+#include <cstdint>
+#include <utility>
+
+#include "base/FatalError.h"
+
+namespace quilex {
+
+Wakeup::Wakeup(std::function<void()> action) : event(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (!event.isOpen()) {
+    fatalError("no event descriptor could be made");
+  }
+  notifier = std::make_unique<QSocketNotifier>(event.get(), QSocketNotifier::Read);
+  QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
+                   [descriptor = event.get(), run = std::move(action)] {
+                     std::uint64_t count = 0;
+                     if (read(descriptor, &count, sizeof count) == sizeof count) {
+                       run();
+                     }
+                   });
+}
+
+void Wakeup::signal() const {
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const auto written = write(event.get(), &one, sizeof one);
+}
+
+}  // namespace quilex

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDialog>
+#include <QIcon>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "linux/session/bundle/LinuxBundle.h"
+#include "platform/InterfaceWindow.h"
+
+namespace quilex {
+
+struct DeleteLater {
+  void operator()(QObject* object) const { object->deleteLater(); }
+};
+
+/// An interface window over a QDialog: texts are its QLabels and QTextEdits, buttons its QPushButtons.
+class QtInterfaceWindow : public QObject, public InterfaceWindow {
+  Q_OBJECT
+
+ public:
+  /// The bundle must outlive the window.
+  QtInterfaceWindow(const LinuxBundle& bundle, std::unique_ptr<QDialog, DeleteLater> dialog);
+  ~QtInterfaceWindow() override;
+  QtInterfaceWindow(const QtInterfaceWindow&) = delete;
+  QtInterfaceWindow& operator=(const QtInterfaceWindow&) = delete;
+
+  TextField* textField(const std::string& name) override;
+  PushButton* button(const std::string& name) override;
+  void hideStandardButton(StandardWindowButton button) override;
+  void setClearBackground() override;
+  void setContents(const std::string& imageName) override;
+  void show(Keyboard keyboard) override;
+  void close() override;
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool handleOfDialog(QEvent* event);
+  void maskToContents();
+
+  const LinuxBundle& images;
+  std::unique_ptr<QDialog, DeleteLater> dialog;
+  std::map<std::string, std::unique_ptr<TextField>> texts;
+  std::map<std::string, std::unique_ptr<PushButton>> buttons;
+  QIcon contents;
+  bool activates = false;
+};
+
+}  // namespace quilex
