@@ -185,9 +185,11 @@ class Session(UserSession):
                 wait_for(lambda: self.manager_obeys(shows_desktop), "the window manager")
 
     def close(self):
-        status = self.end_agent()
-        super().close()
-        self.desktop.close()
+        try:
+            status = self.end_agent()
+        finally:
+            super().close()
+            self.desktop.close()
         assert not status, f"the agent ended with {status}"
 
     # The agent

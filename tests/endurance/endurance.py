@@ -4,6 +4,7 @@ import argparse
 import contextlib
 import itertools
 import json
+import math
 import os
 import pathlib
 import random
