@@ -5,47 +5,47 @@
 
 namespace quilex {
 
-AppDelegate::AppDelegate(Services theServices) : services(std::move(theServices)) {}
+AppDelegate::AppDelegate(Services theServices) : services_(std::move(theServices)) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-  services.videoPlayerManager().buildWindows();
-  plays = true;
-  services.statusBarManager().buildStatusMenu();
-  wake.emplace(services.workspace.observeWake([this] { didWakeNotification(); }));
-  auto& autolaunch = services.preferences().autolaunch;
-  login.emplace(autolaunch.observe([this](bool starts) { services.workspace.setStartsAtLogin(starts); }));
-  services.workspace.setStartsAtLogin(autolaunch.get());
+  services_.videoPlayerManager().buildWindows();
+  plays_ = true;
+  services_.statusBarManager().buildStatusMenu();
+  wake_.emplace(services_.workspace.observeWake([this] { didWakeNotification(); }));
+  auto& autolaunch = services_.preferences().autolaunch;
+  login_.emplace(autolaunch.observe([this](bool starts) { services_.workspace.setStartsAtLogin(starts); }));
+  services_.workspace.setStartsAtLogin(autolaunch.get());
   checkUpdates(Check::automatic);
 }
 
 void AppDelegate::applicationWillTerminate() {
-  if (!std::exchange(terminated, true)) {
-    if (plays) {
-      services.videoPlayerManager().willTerminate();
+  if (!std::exchange(terminated_, true)) {
+    if (plays_) {
+      services_.videoPlayerManager().willTerminate();
     }
-    services.notificationCenter.post(kTermination);
+    services_.notificationCenter.post(kTermination);
   }
 }
 
 void AppDelegate::applicationDidChangeOcclusionState() {
   if (isPlayingInTheOpen()) {
-    services.videoPlayerManager().playCurrent();
+    services_.videoPlayerManager().playCurrent();
   }
 }
 
 void AppDelegate::applicationDidChangeScreenParameters() {
-  services.videoPlayerManager().screensChanged();
-  services.statusBarManager().removeStatusMenu();
-  services.statusBarManager().buildStatusMenu();
+  services_.videoPlayerManager().screensChanged();
+  services_.statusBarManager().removeStatusMenu();
+  services_.statusBarManager().buildStatusMenu();
 }
 
 void AppDelegate::applicationDidResignActive() {
-  services.notificationCenter.setSuspended(false);
+  services_.notificationCenter.setSuspended(false);
 }
 
 void AppDelegate::didWakeNotification() {
   if (isPlayingInTheOpen()) {
-    VideoPlayerManager& manager = services.videoPlayerManager();
+    VideoPlayerManager& manager = services_.videoPlayerManager();
     manager.applyLevelAndOrder();
     manager.player().play();
     manager.syncSign();
@@ -55,21 +55,21 @@ void AppDelegate::didWakeNotification() {
 // The update check
 
 void AppDelegate::checkUpdates(Check check) {
-  services.requestUpgradeInfo(
+  services_.requestUpgradeInfo(
       [this, check](const std::optional<UpgradeInfo>& info) { updateCheckCompletion(info, check); });
 }
 
 void AppDelegate::updateCheckCompletion(const std::optional<UpgradeInfo>& info, Check check) {
-  outcomes.push_back({info, check});
-  mainQueue.emplace(services.runLoop.after(std::chrono::milliseconds(0), [this] {
-    for (; !outcomes.empty(); outcomes.pop_front()) {
-      show(outcomes.front());
+  outcomes_.push_back({info, check});
+  mainQueue_.emplace(services_.runLoop.after(std::chrono::milliseconds(0), [this] {
+    for (; !outcomes_.empty(); outcomes_.pop_front()) {
+      show(outcomes_.front());
     }
   }));
 }
 
 void AppDelegate::show(const Outcome& outcome) {
-  if (outcome.info && services.appInfo().version() < outcome.info->ver) {
+  if (outcome.info && services_.appInfo().version() < outcome.info->ver) {
     offer(*outcome.info);
   } else if (outcome.check == Check::manual) {
     showUpToDate();
@@ -77,20 +77,20 @@ void AppDelegate::show(const Outcome& outcome) {
 }
 
 void AppDelegate::offer(const UpgradeInfo& info) {
-  if (upgradeWC) {
-    upgradeWC->close();
+  if (upgradeWC_) {
+    upgradeWC_->close();
   }
-  upgradeWC =
-      std::make_unique<UpgradeWindowController>(services.loadInterfaceFile, services.localize, services.workspace);
-  upgradeWC->upgradeInfo = info;
-  upgradeWC->showWindow();
+  upgradeWC_ =
+      std::make_unique<UpgradeWindowController>(services_.loadInterfaceFile, services_.localize, services_.workspace);
+  upgradeWC_->upgradeInfo = info;
+  upgradeWC_->showWindow();
 }
 
 void AppDelegate::showUpToDate() {
-  if (!upToDateWindowController) {
-    upToDateWindowController.emplace(services.loadInterfaceFile);
+  if (!upToDateWindowController_) {
+    upToDateWindowController_.emplace(services_.loadInterfaceFile);
   }
-  CustomAlertWindowController& alert = *upToDateWindowController;
+  CustomAlertWindowController& alert = *upToDateWindowController_;
   if (!alert.isWindowLoaded()) {
     alert.loadWindow();
   }
@@ -99,13 +99,13 @@ void AppDelegate::showUpToDate() {
   }
   if (alert.infoLabel != nullptr) {
     alert.infoLabel->setStringValue(
-        filled(localized("%@ is currently the newest version", "fmt"), services.appInfo().displayVersion()));
+        filled(localized("%@ is currently the newest version", "fmt"), services_.appInfo().displayVersion()));
   }
   alert.showWindow();
 }
 
 bool AppDelegate::isPlayingInTheOpen() const {
-  const Preferences& preferences = services.preferences();
+  const Preferences& preferences = services_.preferences();
   return preferences.isOpenPlayer.get() && preferences.isPlaying.get();
 }
 

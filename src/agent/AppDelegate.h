@@ -86,19 +86,19 @@ class AppDelegate {
   void show(const Outcome& outcome);
   void offer(const UpgradeInfo& info);
   void showUpToDate();
-  std::string localized(const char* english, const char* comment) const { return services.localize(english, comment); }
+  std::string localized(const char* english, const char* comment) const { return services_.localize(english, comment); }
 
-  Services services;
+  Services services_;
   /// Made on first use, and kept.
-  std::optional<CustomAlertWindowController> upToDateWindowController;
+  std::optional<CustomAlertWindowController> upToDateWindowController_;
   /// The last offer, whether or not it is still shown.
-  std::unique_ptr<UpgradeWindowController> upgradeWC;
-  std::optional<Disposable> wake;
-  std::optional<Disposable> login;
-  std::deque<Outcome> outcomes;
-  std::optional<Disposable> mainQueue;
-  bool plays = false;
-  bool terminated = false;
+  std::unique_ptr<UpgradeWindowController> upgradeWC_;
+  std::optional<Disposable> wake_;
+  std::optional<Disposable> login_;
+  std::deque<Outcome> outcomes_;
+  std::optional<Disposable> mainQueue_;
+  bool plays_ = false;
+  bool terminated_ = false;
 };
 
 }  // namespace quilex

@@ -6,8 +6,8 @@
 
 namespace quilex {
 
-Disposable::Disposable(std::function<void()> action) : closure(std::move(action)) {
-  if (!closure) {
+Disposable::Disposable(std::function<void()> action) : closure_(std::move(action)) {
+  if (!closure_) {
     fatalError("use of unimplemented initializer 'init()' for class 'QuilexHelper.Disposable'");
   }
 }
@@ -16,19 +16,19 @@ Disposable::~Disposable() {
   dispose();
 }
 
-Disposable::Disposable(Disposable&& other) noexcept : closure(std::exchange(other.closure, nullptr)) {}
+Disposable::Disposable(Disposable&& other) noexcept : closure_(std::exchange(other.closure_, nullptr)) {}
 
 Disposable& Disposable::operator=(Disposable&& other) noexcept {
   if (this != &other) {
     dispose();
-    closure = std::exchange(other.closure, nullptr);
+    closure_ = std::exchange(other.closure_, nullptr);
   }
   return *this;
 }
 
 void Disposable::dispose() noexcept {
   // Emptied first, so that a closure which reaches this token again does not run twice.
-  if (auto action = std::exchange(closure, nullptr)) {
+  if (auto action = std::exchange(closure_, nullptr)) {
     action();
   }
 }

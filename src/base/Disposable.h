@@ -22,7 +22,7 @@ class [[nodiscard]] Disposable {
  private:
   void dispose() noexcept;
 
-  std::function<void()> closure;
+  std::function<void()> closure_;
 };
 
 }  // namespace quilex

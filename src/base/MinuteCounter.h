@@ -16,30 +16,30 @@ class MinuteCounter {
   /// Times never decrease from one call to the next.
   void add(Time now, std::uint32_t count = 1) {
     turnTo(now);
-    counts[index()] += count;
+    counts_[index()] += count;
   }
   std::uint32_t lastMinute(Time now) {
     turnTo(now);
-    return std::accumulate(counts.begin(), counts.end(), std::uint32_t{0});
+    return std::accumulate(counts_.begin(), counts_.end(), std::uint32_t{0});
   }
 
  private:
   // Forgets the seconds that are a minute old.
   void turnTo(Time now) {
     const auto next = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
-    if (next - second >= static_cast<std::int64_t>(counts.size())) {
-      counts.fill(0);
-      second = next;
+    if (next - second_ >= static_cast<std::int64_t>(counts_.size())) {
+      counts_.fill(0);
+      second_ = next;
     }
-    while (second < next) {
-      ++second;
-      counts[index()] = 0;
+    while (second_ < next) {
+      ++second_;
+      counts_[index()] = 0;
     }
   }
-  std::size_t index() const { return static_cast<std::size_t>(second) % counts.size(); }
+  std::size_t index() const { return static_cast<std::size_t>(second_) % counts_.size(); }
 
-  std::array<std::uint32_t, 60> counts{};
-  std::int64_t second = 0;
+  std::array<std::uint32_t, 60> counts_{};
+  std::int64_t second_ = 0;
 };
 
 }  // namespace quilex

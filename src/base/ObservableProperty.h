@@ -17,30 +17,30 @@ class ObservableProperty {
   using Handler = typename ObserverList<Value>::Handler;
   using Store = std::function<void(const Value&)>;
 
-  explicit ObservableProperty(Store writeThrough = {}) : store(std::move(writeThrough)) {}
+  explicit ObservableProperty(Store writeThrough = {}) : store_(std::move(writeThrough)) {}
 
-  const Value& get() const { return *value; }
+  const Value& get() const { return *value_; }
 
   /// Sets the value without storing or notifying, for reading it in at construction.
-  void assign(Value newValue) { *value = std::move(newValue); }
+  void assign(Value newValue) { *value_ = std::move(newValue); }
 
   /// Sets the value, writes it to the store, then notifies the observers.
   void set(Value newValue) {
-    *value = std::move(newValue);
-    if (store) {
-      store(*value);
+    *value_ = std::move(newValue);
+    if (store_) {
+      store_(*value_);
     }
     notify();
   }
 
   /// Sets a value that the store holds already, then notifies the observers.
   void apply(Value newValue) {
-    *value = std::move(newValue);
+    *value_ = std::move(newValue);
     notify();
   }
 
   /// Calls the handler with the new value on each later change, until the token is released; no initial call.
-  [[nodiscard]] Disposable observe(Handler handler) { return observers.add(std::move(handler)); }
+  [[nodiscard]] Disposable observe(Handler handler) { return observers_.add(std::move(handler)); }
 
   /// Assigns each new value to a property of `target`, which must outlive the token.
   template <typename Target>
@@ -52,15 +52,15 @@ class ObservableProperty {
   void notify() {
     // A handler may set the property again or destroy it. Each observer is told the value as it stands when its turn
     // comes, so that none is left with an older one than it heard before.
-    observers.notifyEach([current = value](const Handler& handler) {
+    observers_.notifyEach([current = value_](const Handler& handler) {
       const Value copy = *current;
       handler(copy);
     });
   }
 
-  Store store;
-  std::shared_ptr<Value> value = std::make_shared<Value>();
-  ObserverList<Value> observers;
+  Store store_;
+  std::shared_ptr<Value> value_ = std::make_shared<Value>();
+  ObserverList<Value> observers_;
 };
 
 }  // namespace quilex

@@ -20,8 +20,8 @@ class ObserverList {
 
   [[nodiscard]] Disposable add(Handler handler) {
     auto entry = std::make_shared<Entry>(Entry{std::move(handler)});
-    entries->push_back(entry);
-    return Disposable([list = std::weak_ptr<Entries>(entries), entry] {
+    entries_->push_back(entry);
+    return Disposable([list = std::weak_ptr<Entries>(entries_), entry] {
       entry->active = false;
       if (const auto alive = list.lock()) {
         std::erase(*alive, entry);
@@ -32,7 +32,7 @@ class ObserverList {
   /// `call` is handed each handler in turn and calls it; it can thereby choose the arguments at the last moment.
   template <typename Call>
   void notifyEach(const Call& call) const {
-    const Entries snapshot = *entries;
+    const Entries snapshot = *entries_;
     for (const auto& entry : snapshot) {
       if (entry->active) {
         call(entry->handler);
@@ -51,7 +51,7 @@ class ObserverList {
   };
   using Entries = std::vector<std::shared_ptr<Entry>>;
 
-  std::shared_ptr<Entries> entries = std::make_shared<Entries>();
+  std::shared_ptr<Entries> entries_ = std::make_shared<Entries>();
 };
 
 }  // namespace quilex

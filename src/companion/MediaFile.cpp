@@ -54,24 +54,24 @@ std::int64_t countPictures(const MediaInput& input) {
 /// Decodes the pictures of one stream from where its file stands.
 class PictureReader {
  public:
-  explicit PictureReader(const MediaInput& media) : input(media.context()), stream(media.picture()->index) {
+  explicit PictureReader(const MediaInput& media) : input_(media.context()), stream_(media.picture()->index) {
     const AVCodecParameters* parameters = media.picture()->codecpar;
     const AVCodec* codec = avcodec_find_decoder(parameters->codec_id);
-    decoder.reset(avcodec_alloc_context3(codec));
-    if (decoder) {
-      decoder->thread_count = 0;
-      decoder->max_pixels = kMostPixels;
-      opened = avcodec_parameters_to_context(decoder.get(), parameters) >= 0 &&
-               avcodec_open2(decoder.get(), codec, nullptr) >= 0;
+    decoder_.reset(avcodec_alloc_context3(codec));
+    if (decoder_) {
+      decoder_->thread_count = 0;
+      decoder_->max_pixels = kMostPixels;
+      opened_ = avcodec_parameters_to_context(decoder_.get(), parameters) >= 0 &&
+                avcodec_open2(decoder_.get(), codec, nullptr) >= 0;
     }
   }
 
   /// The next picture, valid until the next call; null at the end.
   const AVFrame* next() {
-    while (opened && frame && packet && !interrupted()) {
-      const int received = avcodec_receive_frame(decoder.get(), frame.get());
+    while (opened_ && frame_ && packet_ && !interrupted()) {
+      const int received = avcodec_receive_frame(decoder_.get(), frame_.get());
       if (received == 0) {
-        return frame.get();
+        return frame_.get();
       }
       // A picture that cannot be decoded is passed over.
       if (received == AVERROR_EOF || !feed()) {
@@ -83,23 +83,23 @@ class PictureReader {
 
  private:
   bool feed() {
-    while (av_read_frame(input, packet.get()) >= 0) {
-      const bool wanted = packet->stream_index == stream;
-      const int sent = wanted ? avcodec_send_packet(decoder.get(), packet.get()) : AVERROR(EAGAIN);
-      av_packet_unref(packet.get());
+    while (av_read_frame(input_, packet_.get()) >= 0) {
+      const bool wanted = packet_->stream_index == stream_;
+      const int sent = wanted ? avcodec_send_packet(decoder_.get(), packet_.get()) : AVERROR(EAGAIN);
+      av_packet_unref(packet_.get());
       if (sent >= 0) {
         return true;
       }
     }
-    return avcodec_send_packet(decoder.get(), nullptr) >= 0;
+    return avcodec_send_packet(decoder_.get(), nullptr) >= 0;
   }
 
-  AVFormatContext* input;
-  int stream;
-  Owned<AVCodecContext> decoder;
-  Packet packet{av_packet_alloc()};
-  Owned<AVFrame> frame{av_frame_alloc()};
-  bool opened = false;
+  AVFormatContext* input_;
+  int stream_;
+  Owned<AVCodecContext> decoder_;
+  Packet packet_{av_packet_alloc()};
+  Owned<AVFrame> frame_{av_frame_alloc()};
+  bool opened_ = false;
 };
 
 // The picture at that many seconds from the beginning, or the last one before; null where none can be decoded.
@@ -164,51 +164,51 @@ Result<MediaFile> MediaFile::open(const std::filesystem::path& file) {
 }
 
 void MediaFile::describe() {
-  AVFormatContext* context = input.context();
-  AVStream* stream = input.picture();
+  AVFormatContext* context = input_.context();
+  AVStream* stream = input_.picture();
   const AVRational pixelShape = av_guess_sample_aspect_ratio(context, stream, nullptr);
   const AVRational shape = pixelShape.num > 0 && pixelShape.den > 0 ? pixelShape : AVRational{1, 1};
-  description.width = stream->codecpar->width;
-  description.height = stream->codecpar->height;
+  description_.width = stream->codecpar->width;
+  description_.height = stream->codecpar->height;
   AVRational ratio{};
-  av_reduce(&ratio.num, &ratio.den, std::int64_t{description.width} * shape.num,
-            std::int64_t{description.height} * shape.den, INT32_MAX);
-  if (input.quarterTurns() % 2 == 1) {
-    std::swap(description.width, description.height);
+  av_reduce(&ratio.num, &ratio.den, std::int64_t{description_.width} * shape.num,
+            std::int64_t{description_.height} * shape.den, INT32_MAX);
+  if (input_.quarterTurns() % 2 == 1) {
+    std::swap(description_.width, description_.height);
     std::swap(ratio.num, ratio.den);
   }
-  description.ratio = std::to_string(ratio.num) + ":" + std::to_string(ratio.den);
+  description_.ratio = std::to_string(ratio.num) + ":" + std::to_string(ratio.den);
   const AVRational rate = av_guess_frame_rate(context, stream, nullptr);
-  description.framesPerSecond = rate.num > 0 && rate.den > 0 ? av_q2d(rate) : 0;
-  description.hasSound = input.sound() != nullptr;
-  description.frames = stream->nb_frames;
+  description_.framesPerSecond = rate.num > 0 && rate.den > 0 ? av_q2d(rate) : 0;
+  description_.hasSound = input_.sound() != nullptr;
+  description_.frames = stream->nb_frames;
   if (context->duration > 0 && context->duration_estimation_method != AVFMT_DURATION_FROM_BITRATE) {
-    description.seconds = static_cast<double>(context->duration) / AV_TIME_BASE;
-    if (description.frames <= 0) {
+    description_.seconds = static_cast<double>(context->duration) / AV_TIME_BASE;
+    if (description_.frames <= 0) {
       const double shown = stream->duration > 0 ? static_cast<double>(stream->duration) * av_q2d(stream->time_base)
-                                                : description.seconds;
-      description.frames = std::llround(shown * description.framesPerSecond);
+                                                : description_.seconds;
+      description_.frames = std::llround(shown * description_.framesPerSecond);
     }
-  } else if (const auto again = input.reopen(); const auto* whole = std::get_if<MediaInput>(&again)) {
-    description.frames = countPictures(*whole);
-    description.seconds =
-        description.framesPerSecond > 0 ? static_cast<double>(description.frames) / description.framesPerSecond : 0;
+  } else if (const auto again = input_.reopen(); const auto* whole = std::get_if<MediaInput>(&again)) {
+    description_.frames = countPictures(*whole);
+    description_.seconds =
+        description_.framesPerSecond > 0 ? static_cast<double>(description_.frames) / description_.framesPerSecond : 0;
   }
 }
 
 Result<std::string> MediaFile::cover() {
-  const AVStream* stream = input.picture();
+  const AVStream* stream = input_.picture();
   if (avcodec_find_decoder(stream->codecpar->codec_id) == nullptr) {
     return Failure{std::string("cannot be decoded: no decoder for ") + avcodec_get_name(stream->codecpar->codec_id)};
   }
-  const double offset = std::min(description.seconds * kCoverShare, kCoverLatestSecond);
-  auto picture = pictureAt(input, offset);
+  const double offset = std::min(description_.seconds * kCoverShare, kCoverLatestSecond);
+  auto picture = pictureAt(input_, offset);
   if (!picture) {
     // Some files can only be read from their beginning.
-    auto again = input.reopen();
+    auto again = input_.reopen();
     if (auto* whole = std::get_if<MediaInput>(&again)) {
-      input = std::move(*whole);
-      picture = pictureAt(input, 0);
+      input_ = std::move(*whole);
+      picture = pictureAt(input_, 0);
     }
   }
   if (interrupted()) {
@@ -217,10 +217,10 @@ Result<std::string> MediaFile::cover() {
   if (!picture) {
     return Failure{kUndecodable};
   }
-  const AVRational shape = av_guess_sample_aspect_ratio(input.context(), input.picture(), picture.get());
-  QImage image = scaled(*picture, shape, input.quarterTurns() % 2 == 1);
-  if (input.quarterTurns() != 0) {
-    image = image.transformed(QTransform().rotate(90 * input.quarterTurns()));
+  const AVRational shape = av_guess_sample_aspect_ratio(input_.context(), input_.picture(), picture.get());
+  QImage image = scaled(*picture, shape, input_.quarterTurns() % 2 == 1);
+  if (input_.quarterTurns() != 0) {
+    image = image.transformed(QTransform().rotate(90 * input_.quarterTurns()));
   }
   QBuffer jpeg;
   if (image.isNull() || !jpeg.open(QIODevice::WriteOnly) || !image.save(&jpeg, "JPEG", kCoverQuality)) {

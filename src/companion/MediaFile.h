@@ -29,17 +29,17 @@ class MediaFile {
   /// `file` is absolute. Fails for what the wallpaper would not play.
   static Result<MediaFile> open(const std::filesystem::path& file);
 
-  const MediaFacts& facts() const { return description; }
+  const MediaFacts& facts() const { return description_; }
 
   /// A JPEG of a picture a bit into the video, upright and at most 640 pixels wide. Fails if none can be decoded.
   Result<std::string> cover();
 
  private:
-  explicit MediaFile(MediaInput opened) : input(std::move(opened)) {}
+  explicit MediaFile(MediaInput opened) : input_(std::move(opened)) {}
   void describe();
 
-  MediaInput input;
-  MediaFacts description;
+  MediaInput input_;
+  MediaFacts description_;
 };
 
 }  // namespace quilex

@@ -19,21 +19,21 @@ constexpr auto kLockPatience = 10s;
 
 Result<std::unique_ptr<Settings>> Settings::open() {
   auto settings = std::make_unique<Settings>();
-  auto opened = JsonSettingsSuite::open(settingsFile(), settings->runLoop);
+  auto opened = JsonSettingsSuite::open(settingsFile(), settings->runLoop_);
   if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
     return Failure{std::move(error->message)};
   }
-  settings->store = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
+  settings->store_ = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
   return settings;
 }
 
 Outcome Settings::write() {
-  auto error = store->writeNow(kLockPatience);
+  auto error = store_->writeNow(kLockPatience);
   return error ? Outcome(Failure{std::move(error->message)}) : std::nullopt;
 }
 
 Result<bool> Settings::allowVideo(const std::string& sign) {
-  auto opened = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, runLoop);
+  auto opened = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, runLoop_);
   if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
     return Failure{std::move(error->message)};
   }

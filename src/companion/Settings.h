@@ -13,7 +13,7 @@ class Settings {
  public:
   static Result<std::unique_ptr<Settings>> open();
 
-  SettingsSuite& suite() { return *store; }
+  SettingsSuite& suite() { return *store_; }
   /// Writes what was set, all of it at once or nothing.
   Outcome write();
 
@@ -31,8 +31,8 @@ class Settings {
     }
   };
 
-  NoRunLoop runLoop;
-  std::unique_ptr<JsonSettingsSuite> store;
+  NoRunLoop runLoop_;
+  std::unique_ptr<JsonSettingsSuite> store_;
 };
 
 }  // namespace quilex

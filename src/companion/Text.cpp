@@ -41,19 +41,19 @@ std::optional<std::string> outputError() {
   return writeErrno == 0 || writeErrno == EPIPE ? std::nullopt : std::optional<std::string>(std::strerror(writeErrno));
 }
 
-Progress::Progress() : visible(isatty(STDERR_FILENO) == 1) {}
+Progress::Progress() : visible_(isatty(STDERR_FILENO) == 1) {}
 
 void Progress::show(const std::string& text) {
-  if (visible && text != shown) {
-    shown = text;
+  if (visible_ && text != shown_) {
+    shown_ = text;
     std::fprintf(stderr, "\r%s\033[K", text.c_str());
     std::fflush(stderr);
   }
 }
 
 void Progress::erase() {
-  if (!shown.empty()) {
-    shown.clear();
+  if (!shown_.empty()) {
+    shown_.clear();
     std::fputs("\r\033[K", stderr);
     std::fflush(stderr);
   }

@@ -32,8 +32,8 @@ class Progress {
   void erase();
 
  private:
-  bool visible;
-  std::string shown;
+  bool visible_;
+  std::string shown_;
 };
 
 }  // namespace quilex

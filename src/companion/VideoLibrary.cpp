@@ -41,7 +41,7 @@ std::string insertStatement() {
 }  // namespace
 
 VideoLibrary::VideoLibrary(fs::path library, std::unique_ptr<SQLite::Database> database)
-    : path(std::move(library)), covers(path.parent_path() / "Covers"), db(std::move(database)) {}
+    : path_(std::move(library)), covers_(path_.parent_path() / "Covers"), db_(std::move(database)) {}
 
 VideoLibrary::~VideoLibrary() = default;
 
@@ -72,15 +72,15 @@ Result<Value> VideoLibrary::guarded(const std::function<Result<Value>()>& work) 
     return work();
   } catch (const SQLite::Exception& error) {
     const bool locked = error.getErrorCode() == SQLITE_BUSY || error.getErrorCode() == SQLITE_LOCKED;
-    return Failure{"the library " + path.string() + ": " +
+    return Failure{"the library " + path_.string() + ": " +
                    (locked ? "another program keeps it locked" : std::string(error.what()))};
   }
 }
 
 std::vector<VideoDetail> VideoLibrary::query(const char* text, const std::string* argument) {
   std::vector<VideoDetail> videos;
-  if (const int code = queryVideos(db->getHandle(), text, argument, videos); code != SQLITE_DONE) {
-    throw SQLite::Exception(db->getHandle(), code);
+  if (const int code = queryVideos(db_->getHandle(), text, argument, videos); code != SQLITE_DONE) {
+    throw SQLite::Exception(db_->getHandle(), code);
   }
   return videos;
 }
@@ -99,7 +99,7 @@ Result<std::vector<VideoDetail>> VideoLibrary::videos() {
 }
 
 void VideoLibrary::insert(const VideoDetail& video) {
-  SQLite::Statement statement(*db, insertStatement());
+  SQLite::Statement statement(*db_, insertStatement());
   int index = 0;
   std::apply([&](const auto&... each) { (statement.bind(++index, video.*each.member), ...); }, VideoDetail::fields());
   statement.exec();
@@ -119,13 +119,13 @@ Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::f
     } else if (namesExistingFile(known->url)) {
       return Addition::known;
     }
-    SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
     known = find(video.sign);
     if (known && namesExistingFile(known->url)) {
       return Addition::known;
     }
     if (known) {
-      SQLite::Statement statement(*db, "update LocalVideos set url = ? where sign = ?");
+      SQLite::Statement statement(*db_, "update LocalVideos set url = ? where sign = ?");
       statement.bind(1, video.url);
       statement.bind(2, video.sign);
       statement.exec();
@@ -136,13 +136,13 @@ Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::f
       return std::move(*failure);
     }
     try {
-      video.id = db->execAndGet("select coalesce(max(vid), 0) + 1 from LocalVideos").getInt64();
+      video.id = db_->execAndGet("select coalesce(max(vid), 0) + 1 from LocalVideos").getInt64();
       insert(video);
       transaction.commit();
     } catch (const SQLite::Exception&) {
       // While the lock is still held: afterwards the cover could be another process's.
       std::error_code ignored;
-      fs::remove(covers / (video.sign + kCoverEnding), ignored);
+      fs::remove(covers_ / (video.sign + kCoverEnding), ignored);
       throw;
     }
     return Addition::added;
@@ -151,10 +151,10 @@ Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::f
 
 // The cover appears whole or not at all. Called under the database's lock, so that no two processes write one.
 Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) const {
-  const fs::path finished = covers / (video.sign + kCoverEnding);
-  const fs::path unfinished = covers / (video.sign + kUnfinishedEnding);
+  const fs::path finished = covers_ / (video.sign + kCoverEnding);
+  const fs::path unfinished = covers_ / (video.sign + kUnfinishedEnding);
   std::error_code error;
-  createPrivateFolder(covers);
+  createPrivateFolder(covers_);
   errno = 0;
   std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
   if (stream) {
@@ -180,7 +180,7 @@ Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) co
 Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::string>& names,
                                                       const BeforeRemoval& beforeRemoval) {
   return guarded<std::vector<VideoDetail>>([&]() -> Result<std::vector<VideoDetail>> {
-    SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
     const std::vector<VideoDetail> before = readAll();
     std::vector<VideoDetail> removed;
     for (const std::string& name : names) {
@@ -194,7 +194,7 @@ Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::str
       }
     }
     for (const VideoDetail& video : removed) {
-      SQLite::Statement statement(*db, "delete from LocalVideos where sign = ?");
+      SQLite::Statement statement(*db_, "delete from LocalVideos where sign = ?");
       statement.bind(1, video.sign);
       statement.exec();
     }
@@ -213,7 +213,7 @@ std::vector<fs::path> VideoLibrary::strayCovers() {
   }
   std::vector<fs::path> strays;
   std::error_code ignored;
-  fs::directory_iterator entries(covers, ignored);
+  fs::directory_iterator entries(covers_, ignored);
   for (; entries != fs::directory_iterator(); entries.increment(ignored)) {
     const std::string name = entries->path().filename().string();
     const std::string sign = name.substr(0, kSignLength);
@@ -233,7 +233,7 @@ Outcome VideoLibrary::sweepCovers() {
       return true;
     }
     // Under the lock no other process is between writing a cover and its row.
-    const SQLite::Transaction transaction(*db, SQLite::TransactionBehavior::IMMEDIATE);
+    const SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
     for (const fs::path& stray : strayCovers()) {
       std::error_code ignored;
       fs::remove(stray, ignored);

@@ -31,7 +31,7 @@ class VideoLibrary {
   VideoLibrary(const VideoLibrary&) = delete;
   VideoLibrary& operator=(const VideoLibrary&) = delete;
 
-  const std::filesystem::path& file() const { return path; }
+  const std::filesystem::path& file() const { return path_; }
   Result<std::vector<VideoDetail>> videos();
 
   enum class Addition { added, moved, known };
@@ -59,9 +59,9 @@ class VideoLibrary {
   template <typename Value>
   Result<Value> guarded(const std::function<Result<Value>()>& work) const;
 
-  std::filesystem::path path;
-  std::filesystem::path covers;
-  std::unique_ptr<SQLite::Database> db;
+  std::filesystem::path path_;
+  std::filesystem::path covers_;
+  std::unique_ptr<SQLite::Database> db_;
 };
 
 /// The one video that `name` stands for: its sign, or the beginning of its sign, of four characters at least, that no

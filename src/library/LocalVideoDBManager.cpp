@@ -36,34 +36,34 @@ bool nothingToWaitFor(const std::string& path) {
 
 LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const std::optional<fs::path>& templateFile,
                                          Console& console)
-    : output(console), path(libraryFile(supportDirectory)) {
+    : output_(console), path_(libraryFile(supportDirectory)) {
   std::error_code ignored;
-  if (!fs::exists(path, ignored)) {
+  if (!fs::exists(path_, ignored)) {
     if (!templateFile) {
       fatalError("the application bundle has no Quilex.db");
     }
-    if (const std::error_code error = placeLibrary(*templateFile, path)) {
-      output.print(path + ": " + error.message());
+    if (const std::error_code error = placeLibrary(*templateFile, path_)) {
+      output_.print(path_ + ": " + error.message());
     }
   }
-  output.print(path);
-  const bool isNew = !fs::exists(path, ignored);
+  output_.print(path_);
+  const bool isNew = !fs::exists(path_, ignored);
   if (!open(SQLite::OPEN_CREATE)) {
-    output.print("db open failure");
+    output_.print("db open failure");
   } else if (isNew) {
-    fs::permissions(path, kPrivateFile, ignored);
+    fs::permissions(path_, kPrivateFile, ignored);
   }
 }
 
 LocalVideoDBManager::~LocalVideoDBManager() = default;
 
 bool LocalVideoDBManager::open(int creation) {
-  if (!nothingToWaitFor(path)) {
+  if (!nothingToWaitFor(path_)) {
     return false;
   }
   try {
-    db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | creation,
-                                            kBusyTimeoutMilliseconds);
+    db_ = std::make_unique<SQLite::Database>(path_, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | creation,
+                                             kBusyTimeoutMilliseconds);
   } catch (const SQLite::Exception&) {
     return false;
   }
@@ -72,24 +72,24 @@ bool LocalVideoDBManager::open(int creation) {
 
 // Whether there is a database to ask. One that was replaced since it was opened is opened again, but never created.
 bool LocalVideoDBManager::isUsable() {
-  if (!db) {
+  if (!db_) {
     return false;
   }
   int hasMoved = 0;
-  sqlite3_file_control(db->getHandle(), nullptr, SQLITE_FCNTL_HAS_MOVED, &hasMoved);
-  return hasMoved != 0 ? open(0) : nothingToWaitFor(path);
+  sqlite3_file_control(db_->getHandle(), nullptr, SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+  return hasMoved != 0 ? open(0) : nothingToWaitFor(path_);
 }
 
 std::vector<VideoDetail> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {
   std::vector<VideoDetail> videos;
-  lastQueryAnswered = false;
+  lastQueryAnswered_ = false;
   // Running any statement makes SQLite notice a table that has been made anew; preparing one does not, and its columns
   // would be those of the old table.
-  if (!isUsable() || db->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
+  if (!isUsable() || db_->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
     return videos;
   }
   // The rows read before a failure stand.
-  lastQueryAnswered = queryVideos(db->getHandle(), statementText, argument, videos) == SQLITE_DONE;
+  lastQueryAnswered_ = queryVideos(db_->getHandle(), statementText, argument, videos) == SQLITE_DONE;
   return videos;
 }
 
@@ -109,14 +109,14 @@ void LocalVideoDBManager::deleteVideo(const std::string& sign) {
   bool deleted = false;
   if (isUsable()) {
     try {
-      SQLite::Statement statement(*db, "delete from LocalVideos where sign = ?");
+      SQLite::Statement statement(*db_, "delete from LocalVideos where sign = ?");
       statement.bind(1, sign);
       statement.exec();
       deleted = true;
     } catch (const SQLite::Exception&) {
     }
   }
-  output.print("delete " + sign + (deleted ? " true" : " false"));
+  output_.print("delete " + sign + (deleted ? " true" : " false"));
 }
 
 }  // namespace quilex

@@ -41,18 +41,18 @@ class LocalVideoDBManager {
   void deleteVideo(const std::string& sign);
 
   /// Whether the database answered the last query; tells an empty library from one that could not be read.
-  bool answered() const { return lastQueryAnswered; }
+  bool answered() const { return lastQueryAnswered_; }
 
  private:
   bool open(int creation);
   bool isUsable();
   std::vector<VideoDetail> query(const char* statementText, const std::string* argument);
 
-  Console& output;
-  const std::string path;
+  Console& output_;
+  const std::string path_;
   /// Empty for good when the database could not be opened at first.
-  std::unique_ptr<SQLite::Database> db;
-  bool lastQueryAnswered = true;
+  std::unique_ptr<SQLite::Database> db_;
+  bool lastQueryAnswered_ = true;
 };
 
 }  // namespace quilex

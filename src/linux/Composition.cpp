@@ -109,14 +109,14 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
 }
 
 Composition::Composition(Start start)
-    : runLoop(std::move(start.loop)),
-      suites(std::move(start.suites)),
-      desktop(std::move(start.desktop)),
-      renderer(*start.renderer),
-      output(std::move(start.renderer)),
-      windows(desktop->makeWindowServer(output, renderer, *runLoop)) {
+    : runLoop_(std::move(start.loop)),
+      suites_(std::move(start.suites)),
+      desktop_(std::move(start.desktop)),
+      renderer_(*start.renderer),
+      output_(std::move(start.renderer)),
+      windows_(desktop_->makeWindowServer(output_, renderer_, *runLoop_)) {
   current = this;
-  installTranslations(QLocale::system().uiLanguages(), bundle.path() / "translations");
+  installTranslations(QLocale::system().uiLanguages(), bundle_.path() / "translations");
   reportStart(start);
 }
 
@@ -125,32 +125,32 @@ void Composition::reportStart(const Start& start) {
     const char* const value = std::getenv(name);
     return std::string(value != nullptr ? value : "");
   };
-  report.update([&](AgentStatus& status) {
+  report_.update([&](AgentStatus& status) {
     status.version = appInfo().displayVersion();
     status.processId = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
     status.libraries = {
         {"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
     status.desktop = variable("XDG_CURRENT_DESKTOP");
     status.sessionType = variable("XDG_SESSION_TYPE");
-    status.backend = desktop->kind();
+    status.backend = desktop_->kind();
     status.backendReason = start.backendReason;
-    status.gpu = renderer.device();
+    status.gpu = renderer_.device();
     status.renderer = status.gpu.empty() ? "cpu" : "gpu";
     status.rendererReason = start.rendererReason;
     status.settingsFile = settingsFile();
     status.libraryFile = libraryFile(appInfo().urls().applicationSupport());
-    status.serviceAddress = serviceEntry(bundle.environment()).value_or("");
+    status.serviceAddress = serviceEntry(bundle_.environment()).value_or("");
   });
-  report.setCount([this](AgentStatus& status) {
-    status.framesShown = output.framesShown();
-    status.framesDropped = output.framesDropped();
+  report_.setCount([this](AgentStatus& status) {
+    status.framesShown = output_.framesShown();
+    status.framesDropped = output_.framesDropped();
   });
   reportDisplays();
-  reporting.push_back(windows->observeScreens([this] { reportDisplays(); }));
+  reporting_.push_back(windows_->observeScreens([this] { reportDisplays(); }));
 }
 
 void Composition::reportDisplays() {
-  report.update([&](AgentStatus& status) { status.displays = desktop->displays(); });
+  report_.update([&](AgentStatus& status) { status.displays = desktop_->displays(); });
 }
 
 Composition::~Composition() {
@@ -158,7 +158,7 @@ Composition::~Composition() {
 }
 
 void Composition::writeSettings() {
-  for (JsonSettingsSuite* suite : {suites.shared.get(), suites.standardDefaults.get()}) {
+  for (JsonSettingsSuite* suite : {suites_.shared.get(), suites_.standardDefaults.get()}) {
     if (const auto error = suite->writeNow(kSettingsPatience)) {
       std::fprintf(stderr, "%s\n", error->message.c_str());
     }
@@ -173,63 +173,63 @@ Composition& Composition::instance() {
 }
 
 const AppInfo& Composition::appInfo() {
-  if (!info) {
-    info = std::make_unique<AppInfo>(bundle.environment());
+  if (!info_) {
+    info_ = std::make_unique<AppInfo>(bundle_.environment());
   }
-  return *info;
+  return *info_;
 }
 
 Preferences& Composition::preferences() {
-  if (!settings) {
-    settings = std::make_unique<Preferences>(*suites.shared, *runLoop);
-    std::ranges::move(reportSettings(*settings, report), std::back_inserter(reporting));
+  if (!settings_) {
+    settings_ = std::make_unique<Preferences>(*suites_.shared, *runLoop_);
+    std::ranges::move(reportSettings(*settings_, report_), std::back_inserter(reporting_));
   }
-  return *settings;
+  return *settings_;
 }
 
 LocalVideoDBManager& Composition::library() {
-  if (!videos) {
-    videos = std::make_unique<LocalVideoDBManager>(appInfo().urls().applicationSupport(),
-                                                   bundle.resource("Quilex", "db"), console);
+  if (!videos_) {
+    videos_ = std::make_unique<LocalVideoDBManager>(appInfo().urls().applicationSupport(),
+                                                    bundle_.resource("Quilex", "db"), console_);
   }
-  return *videos;
+  return *videos_;
 }
 
 VideoPlayerManager& Composition::videoPlayerManager() {
-  if (!manager) {
-    manager = std::make_unique<VideoPlayerManager>(VideoPlayerManager::Services{
-        preferences(), *suites.standardDefaults, library(), fileFinder, *windows, notifications, *runLoop, console,
-        [this] { return std::make_unique<MpvPlayer>(output, report); }, systemRandom(), report});
+  if (!manager_) {
+    manager_ = std::make_unique<VideoPlayerManager>(VideoPlayerManager::Services{
+        preferences(), *suites_.standardDefaults, library(), fileFinder_, *windows_, notifications_, *runLoop_,
+        console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); }, systemRandom(), report_});
   }
-  return *manager;
+  return *manager_;
 }
 
 StatusBarManager& Composition::statusBarManager() {
-  if (!statusBar) {
+  if (!statusBar_) {
     const auto makeStatusItem = [this] {
-      return std::make_unique<QtStatusItem>(bundle, *runLoop, desktop->embeddingTray(), report);
+      return std::make_unique<QtStatusItem>(bundle_, *runLoop_, desktop_->embeddingTray(), report_);
     };
-    statusBar = std::make_unique<StatusBarManager>(
-        StatusBarManager::Services{preferences(), videoPlayerManager(), *windows, session, makeStatusItem,
+    statusBar_ = std::make_unique<StatusBarManager>(
+        StatusBarManager::Services{preferences(), videoPlayerManager(), *windows_, session_, makeStatusItem,
                                    localization(), appInfo().displayVersion(), [this] { checkUpdates(); }});
   }
-  return *statusBar;
+  return *statusBar_;
 }
 
 WebModel& Composition::webModel() {
-  if (!web) {
+  if (!web_) {
     const auto makeSession = [this](const HTTPSessionConfiguration& configuration) {
-      return std::make_unique<QtHTTPSession>(configuration, backgroundWork, report);
+      return std::make_unique<QtHTTPSession>(configuration, backgroundWork_, report_);
     };
-    web = std::make_unique<WebModel>(WebModel::Services{
-        *suites.shared, *suites.standardDefaults, *runLoop, backgroundWork, wallClock, processNotifications,
-        makeSession, decodeQtImage, systemRandom(), serviceURL(bundle.environment()), appInfo().version()});
+    web_ = std::make_unique<WebModel>(WebModel::Services{
+        *suites_.shared, *suites_.standardDefaults, *runLoop_, backgroundWork_, wallClock_, processNotifications_,
+        makeSession, decodeQtImage, systemRandom(), serviceURL(bundle_.environment()), appInfo().version()});
   }
-  return *web;
+  return *web_;
 }
 
 LoadInterfaceFile Composition::interfaceFiles() {
-  return [this](const std::string& name) { return loadInterfaceFile(bundle, name); };
+  return [this](const std::string& name) { return loadInterfaceFile(bundle_, name); };
 }
 
 Localize Composition::localization() {

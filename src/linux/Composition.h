@@ -59,10 +59,10 @@ class Composition {
   VideoPlayerManager& videoPlayerManager();
   StatusBarManager& statusBarManager();
   WebModel& webModel();
-  DistributedNotificationCenter& notificationCenter() { return notifications; }
-  WindowServer& windowServer() { return *windows; }
-  Workspace& workspace() { return session; }
-  RunLoop& eventLoop() { return *runLoop; }
+  DistributedNotificationCenter& notificationCenter() { return notifications_; }
+  WindowServer& windowServer() { return *windows_; }
+  Workspace& workspace() { return session_; }
+  RunLoop& eventLoop() { return *runLoop_; }
   LoadInterfaceFile interfaceFiles();
   static Localize localization();
 
@@ -93,29 +93,29 @@ class Composition {
   void reportDisplays();
 
   // In the order of dependence: what comes later uses what comes before.
-  std::unique_ptr<QtRunLoop> runLoop;
-  StandardConsole console;
-  StatusReport report;
-  ThreadedFileFinder fileFinder{*runLoop};
-  LinuxBundle bundle = LinuxBundle::main();
-  DBusNotificationCenter notifications;
-  QtBackgroundWork backgroundWork;
-  LinuxWorkspace session{backgroundWork};
-  LocalWallClock wallClock;
-  NotificationCenter processNotifications;
-  Suites suites;
-  std::unique_ptr<Desktop> desktop;
-  Renderer& renderer;
-  VideoOutput output;
-  std::unique_ptr<WindowServer> windows;
-  std::unique_ptr<AppInfo> info;
-  std::unique_ptr<Preferences> settings;
-  std::unique_ptr<LocalVideoDBManager> videos;
-  std::unique_ptr<VideoPlayerManager> manager;
-  std::unique_ptr<StatusBarManager> statusBar;
-  std::unique_ptr<WebModel> web;
-  std::vector<Disposable> reporting;
-  AgentObject object{report};
+  std::unique_ptr<QtRunLoop> runLoop_;
+  StandardConsole console_;
+  StatusReport report_;
+  ThreadedFileFinder fileFinder_{*runLoop_};
+  LinuxBundle bundle_ = LinuxBundle::main();
+  DBusNotificationCenter notifications_;
+  QtBackgroundWork backgroundWork_;
+  LinuxWorkspace session_{backgroundWork_};
+  LocalWallClock wallClock_;
+  NotificationCenter processNotifications_;
+  Suites suites_;
+  std::unique_ptr<Desktop> desktop_;
+  Renderer& renderer_;
+  VideoOutput output_;
+  std::unique_ptr<WindowServer> windows_;
+  std::unique_ptr<AppInfo> info_;
+  std::unique_ptr<Preferences> settings_;
+  std::unique_ptr<LocalVideoDBManager> videos_;
+  std::unique_ptr<VideoPlayerManager> manager_;
+  std::unique_ptr<StatusBarManager> statusBar_;
+  std::unique_ptr<WebModel> web_;
+  std::vector<Disposable> reporting_;
+  AgentObject object_{report_};
 };
 
 }  // namespace quilex

@@ -31,25 +31,25 @@ std::string nameInContainer(SearchPathDirectory kind) {
 }  // namespace
 
 AppInfo::AppInfo(AppEnvironment environment)
-    : facts(std::move(environment)), fullVersion("1.0.0.0"), readableVersion("1.0.0") {
-  const auto shortVersion = stringFor(facts, "CFBundleShortVersionString");
-  const auto build = stringFor(facts, "CFBundleVersion");
+    : facts_(std::move(environment)), fullVersion_("1.0.0.0"), readableVersion_("1.0.0") {
+  const auto shortVersion = stringFor(facts_, "CFBundleShortVersionString");
+  const auto build = stringFor(facts_, "CFBundleVersion");
   if (shortVersion && build) {
-    fullVersion = *shortVersion + "." + *build;
-    readableVersion = *shortVersion + "(" + *build + ")";
+    fullVersion_ = *shortVersion + "." + *build;
+    readableVersion_ = *shortVersion + "(" + *build + ")";
   }
 }
 
 std::filesystem::path AppInfo::location(SearchPathDirectory kind) const {
-  if (facts.groupContainer) {
+  if (facts_.groupContainer) {
     const std::string name = nameInContainer(kind);
-    return name.empty() ? *facts.groupContainer : *facts.groupContainer / name;
+    return name.empty() ? *facts_.groupContainer : *facts_.groupContainer / name;
   }
-  const auto candidates = facts.userDirectories(kind);
+  const auto candidates = facts_.userDirectories(kind);
   if (candidates.empty()) {
     fatalError("the user has no directory of the kind asked for");
   }
-  return candidates.front() / stringFor(facts, "CFBundleIdentifier").value_or("Quilex");
+  return candidates.front() / stringFor(facts_, "CFBundleIdentifier").value_or("Quilex");
 }
 
 std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
@@ -59,10 +59,10 @@ std::filesystem::path AppInfo::directory(SearchPathDirectory kind) const {
 }
 
 const std::filesystem::path& AppInfo::URLS::applicationSupport() const {
-  if (!support) {
-    support = owner.directory(SearchPathDirectory::applicationSupport);
+  if (!support_) {
+    support_ = owner_.directory(SearchPathDirectory::applicationSupport);
   }
-  return *support;
+  return *support_;
 }
 
 }  // namespace quilex

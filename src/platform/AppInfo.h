@@ -36,9 +36,9 @@ class AppInfo {
   static const AppInfo& shared();
 
   /// Short version, a point, the build number; "1.0.0.0" when either is missing.
-  const std::string& version() const { return fullVersion; }
+  const std::string& version() const { return fullVersion_; }
   /// Short version with the build number in parentheses; "1.0.0" when either is missing.
-  const std::string& displayVersion() const { return readableVersion; }
+  const std::string& displayVersion() const { return readableVersion_; }
 
   /// Where files of a kind go.
   std::filesystem::path location(SearchPathDirectory kind) const;
@@ -49,20 +49,20 @@ class AppInfo {
   /// Paths that are looked up once.
   class URLS {
    public:
-    explicit URLS(const AppInfo& info) : owner(info) {}
+    explicit URLS(const AppInfo& info) : owner_(info) {}
     const std::filesystem::path& applicationSupport() const;
 
    private:
-    const AppInfo& owner;
-    mutable std::optional<std::filesystem::path> support;
+    const AppInfo& owner_;
+    mutable std::optional<std::filesystem::path> support_;
   };
-  const URLS& urls() const { return paths; }
+  const URLS& urls() const { return paths_; }
 
  private:
-  AppEnvironment facts;
-  std::string fullVersion;
-  std::string readableVersion;
-  URLS paths{*this};
+  AppEnvironment facts_;
+  std::string fullVersion_;
+  std::string readableVersion_;
+  URLS paths_{*this};
 };
 
 }  // namespace quilex

@@ -23,94 +23,94 @@ class MenuItem {
 
   /// An item without an action only shows its title or opens its submenu. `keyEquivalent` is one character, or empty.
   explicit MenuItem(std::string itemTitle, Action itemAction = {}, std::string key = {})
-      : text(std::move(itemTitle)), action(std::move(itemAction)), keyText(std::move(key)) {}
+      : text_(std::move(itemTitle)), action_(std::move(itemAction)), keyText_(std::move(key)) {}
   MenuItem(const MenuItem&) = delete;
   MenuItem& operator=(const MenuItem&) = delete;
 
   static std::shared_ptr<MenuItem> separatorItem() {
     auto item = std::make_shared<MenuItem>(std::string());
-    item->separator = true;
+    item->separator_ = true;
     return item;
   }
 
-  bool isSeparator() const { return separator; }
-  const std::string& title() const { return text; }
-  const std::string& keyEquivalent() const { return keyText; }
+  bool isSeparator() const { return separator_; }
+  const std::string& title() const { return text_; }
+  const std::string& keyEquivalent() const { return keyText_; }
   /// Whether the item bears a check mark, and whether it is one that ever does.
-  bool state() const { return on; }
-  bool isCheckable() const { return checkable; }
-  bool isEnabled() const { return enabled; }
+  bool state() const { return on_; }
+  bool isCheckable() const { return checkable_; }
+  bool isEnabled() const { return enabled_; }
   /// A number for the action's own use.
-  int tag() const { return number; }
-  const std::shared_ptr<Menu>& submenu() const { return opened; }
-  bool hasAction() const { return action != nullptr; }
+  int tag() const { return number_; }
+  const std::shared_ptr<Menu>& submenu() const { return opened_; }
+  bool hasAction() const { return action_ != nullptr; }
 
-  void setTitle(std::string newTitle) { set(text, std::move(newTitle)); }
-  void setState(bool newState) { set(on, newState); }
-  void setEnabled(bool nowEnabled) { set(enabled, nowEnabled); }
-  void setCheckable(bool nowCheckable) { set(checkable, nowCheckable); }
-  void setTag(int newTag) { number = newTag; }
-  void setSubmenu(std::shared_ptr<Menu> menu) { set(opened, std::move(menu)); }
+  void setTitle(std::string newTitle) { set(text_, std::move(newTitle)); }
+  void setState(bool newState) { set(on_, newState); }
+  void setEnabled(bool nowEnabled) { set(enabled_, nowEnabled); }
+  void setCheckable(bool nowCheckable) { set(checkable_, nowCheckable); }
+  void setTag(int newTag) { number_ = newTag; }
+  void setSubmenu(std::shared_ptr<Menu> menu) { set(opened_, std::move(menu)); }
 
   /// The user chose the item; nothing happens while it is disabled.
   void choose() {
-    if (enabled && action) {
+    if (enabled_ && action_) {
       // The action may give the item up.
-      const Action running = action;
+      const Action running = action_;
       running(*this);
     }
   }
 
   /// Tells each change of what the item shows.
-  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers.add(std::move(handler)); }
+  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
   template <typename Value>
   void set(Value& member, Value newValue) {
     if (member != newValue) {
       member = std::move(newValue);
-      observers.notify();
+      observers_.notify();
     }
   }
 
-  std::string text;
-  Action action;
-  std::string keyText;
-  bool separator = false;
-  bool on = false;
-  bool checkable = false;
-  bool enabled = true;
-  int number = 0;
-  std::shared_ptr<Menu> opened;
-  ObserverList<> observers;
+  std::string text_;
+  Action action_;
+  std::string keyText_;
+  bool separator_ = false;
+  bool on_ = false;
+  bool checkable_ = false;
+  bool enabled_ = true;
+  int number_ = 0;
+  std::shared_ptr<Menu> opened_;
+  ObserverList<> observers_;
 };
 
 /// Items in their order, as plain data that can be observed. Main thread.
 class Menu {
  public:
-  explicit Menu(std::string menuTitle = {}) : text(std::move(menuTitle)) {}
+  explicit Menu(std::string menuTitle = {}) : text_(std::move(menuTitle)) {}
   Menu(const Menu&) = delete;
   Menu& operator=(const Menu&) = delete;
 
-  const std::string& title() const { return text; }
-  const std::vector<std::shared_ptr<MenuItem>>& itemArray() const { return items; }
+  const std::string& title() const { return text_; }
+  const std::vector<std::shared_ptr<MenuItem>>& itemArray() const { return items_; }
 
   void addItem(std::shared_ptr<MenuItem> item) {
-    items.push_back(std::move(item));
-    observers.notify();
+    items_.push_back(std::move(item));
+    observers_.notify();
   }
   void removeAllItems() {
-    items.clear();
-    observers.notify();
+    items_.clear();
+    observers_.notify();
   }
 
   /// Tells each change of the items that the menu holds; what changes in an item, the item tells.
-  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers.add(std::move(handler)); }
+  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
-  std::string text;
-  std::vector<std::shared_ptr<MenuItem>> items;
-  ObserverList<> observers;
+  std::string text_;
+  std::vector<std::shared_ptr<MenuItem>> items_;
+  ObserverList<> observers_;
 };
 
 }  // namespace quilex

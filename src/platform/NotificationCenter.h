@@ -20,17 +20,17 @@ class NotificationCenter {
   /// Calls the handler, from inside `post`, for each notification of that name, until the token is released. The token
   /// may outlive the centre.
   [[nodiscard]] Disposable observe(const std::string& name, Handler handler) {
-    return observers[name].add(std::move(handler));
+    return observers_[name].add(std::move(handler));
   }
 
   void post(const std::string& name, const std::any& userInfo = {}) const {
-    if (const auto entry = observers.find(name); entry != observers.end()) {
+    if (const auto entry = observers_.find(name); entry != observers_.end()) {
       entry->second.notify(userInfo);
     }
   }
 
  private:
-  std::map<std::string, ObserverList<const std::any&>> observers;
+  std::map<std::string, ObserverList<const std::any&>> observers_;
 };
 
 }  // namespace quilex

@@ -14,25 +14,25 @@ class StatusReport {
   /// Has `change` change the status, then notifies, also where nothing differs.
   template <typename Change>
   void update(const Change& change) {
-    change(current);
-    observers.notify();
+    change(current_);
+    observers_.notify();
   }
   /// Fills in what is counted all the time, whenever the status is read.
-  void setCount(std::function<void(AgentStatus&)> newCount) { count = std::move(newCount); }
+  void setCount(std::function<void(AgentStatus&)> newCount) { count_ = std::move(newCount); }
 
   AgentStatus read() const {
-    AgentStatus status = current;
-    if (count) {
-      count(status);
+    AgentStatus status = current_;
+    if (count_) {
+      count_(status);
     }
     return status;
   }
-  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers.add(std::move(handler)); }
+  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
-  AgentStatus current;
-  std::function<void(AgentStatus&)> count;
-  ObserverList<> observers;
+  AgentStatus current_;
+  std::function<void(AgentStatus&)> count_;
+  ObserverList<> observers_;
 };
 
 }  // namespace quilex

@@ -4,10 +4,10 @@
 
 namespace quilex {
 
-LoadingMark::LoadingMark(SettingsSuite& standardDefaults, Console& console) : defaults(standardDefaults) {
-  if (const auto sign = defaults.string(settings::kLoadingVideo)) {
-    defaults.setBoolean(settings::refusedVideo(*sign), true);
-    isSet = true;
+LoadingMark::LoadingMark(SettingsSuite& standardDefaults, Console& console) : defaults_(standardDefaults) {
+  if (const auto sign = defaults_.string(settings::kLoadingVideo)) {
+    defaults_.setBoolean(settings::refusedVideo(*sign), true);
+    isSet_ = true;
     clear();
     console.warn("video " + *sign +
                  " was being loaded when the wallpaper last died; it is passed over until it is chosen again: quilex "
@@ -17,27 +17,27 @@ LoadingMark::LoadingMark(SettingsSuite& standardDefaults, Console& console) : de
 }
 
 void LoadingMark::set(const std::string& sign) {
-  isSet = true;
-  defaults.setString(settings::kLoadingVideo, sign);
-  defaults.synchronize();
+  isSet_ = true;
+  defaults_.setString(settings::kLoadingVideo, sign);
+  defaults_.synchronize();
 }
 
 void LoadingMark::clear() {
-  if (isSet) {
-    isSet = false;
-    defaults.remove(settings::kLoadingVideo);
-    defaults.synchronize();
+  if (isSet_) {
+    isSet_ = false;
+    defaults_.remove(settings::kLoadingVideo);
+    defaults_.synchronize();
   }
 }
 
 bool LoadingMark::refuses(const std::string& sign) const {
-  return defaults.boolean(settings::refusedVideo(sign));
+  return defaults_.boolean(settings::refusedVideo(sign));
 }
 
 void LoadingMark::allow(const std::string& sign) {
   if (refuses(sign)) {
-    defaults.remove(settings::refusedVideo(sign));
-    defaults.synchronize();
+    defaults_.remove(settings::refusedVideo(sign));
+    defaults_.synchronize();
   }
 }
 

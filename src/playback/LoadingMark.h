@@ -25,8 +25,8 @@ class LoadingMark {
   void allow(const std::string& sign);
 
  private:
-  SettingsSuite& defaults;
-  bool isSet = false;
+  SettingsSuite& defaults_;
+  bool isSet_ = false;
 };
 
 }  // namespace quilex

@@ -21,19 +21,19 @@ struct Candidate {
 }  // namespace
 
 PlayableSearch::PlayableSearch(VideoInfoList& playlist, FileFinder& fileFinder, PassesOver passesOver, Done done)
-    : list(playlist), finder(fileFinder), isPassedOver(std::move(passesOver)), whenDone(std::move(done)) {}
+    : list_(playlist), finder_(fileFinder), isPassedOver_(std::move(passesOver)), whenDone_(std::move(done)) {}
 
 void PlayableSearch::start() {
-  question.reset();
-  lookFrom(list.current(), 0);
+  question_.reset();
+  lookFrom(list_.current(), 0);
 }
 
 void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
   std::vector<std::filesystem::path> files;
   std::vector<Candidate> candidates;
-  for (; distance < list.size() && files.size() < kFilesAtOnce; ++distance, node = after(node)) {
+  for (; distance < list_.size() && files.size() < kFilesAtOnce; ++distance, node = after(node)) {
     auto file = localPath(node->val.url);
-    if (file && !isPassedOver(node->val)) {
+    if (file && !isPassedOver_(node->val)) {
       files.push_back(std::move(*file));
       candidates.push_back({node, distance});
     }
@@ -48,16 +48,16 @@ void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
       return;
     }
     for (std::size_t step = 0; step < candidates[*answer.found].distance; ++step) {
-      list.moveToNext();
+      list_.moveToNext();
     }
     finish(files[*answer.found]);
   };
-  question = finder.findFirst(std::move(files), std::move(reply));
+  question_ = finder_.findFirst(std::move(files), std::move(reply));
 }
 
 void PlayableSearch::finish(const std::optional<std::filesystem::path>& file) {
-  question.reset();
-  whenDone(file);
+  question_.reset();
+  whenDone_(file);
 }
 
 }  // namespace quilex

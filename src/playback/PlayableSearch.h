@@ -26,19 +26,19 @@ class PlayableSearch {
   /// Looks once through the playlist; a search that is under way ends. `done` is called from the run loop, or at once
   /// if there is no file to look for. Before the playlist changes, the search has to be cancelled.
   void start();
-  void cancel() { question.reset(); }
-  bool isUnderWay() const { return question.has_value(); }
+  void cancel() { question_.reset(); }
+  bool isUnderWay() const { return question_.has_value(); }
 
  private:
   void lookFrom(const VideoInfoNode* node, std::size_t distance);
   void finish(const std::optional<std::filesystem::path>& file);
-  const VideoInfoNode* after(const VideoInfoNode* node) const { return node->next ? node->next.get() : list.head(); }
+  const VideoInfoNode* after(const VideoInfoNode* node) const { return node->next ? node->next.get() : list_.head(); }
 
-  VideoInfoList& list;
-  FileFinder& finder;
-  PassesOver isPassedOver;
-  Done whenDone;
-  std::optional<Disposable> question;
+  VideoInfoList& list_;
+  FileFinder& finder_;
+  PassesOver isPassedOver_;
+  Done whenDone_;
+  std::optional<Disposable> question_;
 };
 
 }  // namespace quilex

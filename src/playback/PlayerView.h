@@ -9,17 +9,17 @@ namespace quilex {
 class PlayerView : public VideoView {
  public:
   /// `console` must outlive the view.
-  PlayerView(Rect frameRect, Console& console) : VideoView(frameRect), output(console) {}
+  PlayerView(Rect frameRect, Console& console) : VideoView(frameRect), output_(console) {}
 
   void drawRect(const Rect& dirty) override { VideoView::drawRect(dirty); }
-  void touchesBegan() override { output.print("123"); }
+  void touchesBegan() override { output_.print("123"); }
   void mouseDown() override {
     VideoView::mouseDown();
-    output.print("mouse down");
+    output_.print("mouse down");
   }
 
  private:
-  Console& output;
+  Console& output_;
 };
 
 }  // namespace quilex

@@ -9,12 +9,12 @@ VideoInfoList::~VideoInfoList() {
 }
 
 void VideoInfoList::clear() {
-  currentNode.reset();
-  tailNode = nullptr;
-  count = 0;
+  currentNode_.reset();
+  tailNode_ = nullptr;
+  count_ = 0;
   // Node by node: letting the head release all others would recurse once for each video.
-  while (headNode) {
-    headNode = std::exchange(headNode->next, nullptr);
+  while (headNode_) {
+    headNode_ = std::exchange(headNode_->next, nullptr);
   }
 }
 
@@ -22,26 +22,26 @@ void VideoInfoList::append(VideoDetail&& video) {
   auto node = std::make_shared<VideoInfoNode>();
   node->val = std::move(video);
   VideoInfoNode* const added = node.get();
-  if (tailNode == nullptr) {
-    headNode = std::move(node);
-    currentNode = headNode;
+  if (tailNode_ == nullptr) {
+    headNode_ = std::move(node);
+    currentNode_ = headNode_;
   } else {
-    tailNode->next = std::move(node);
+    tailNode_->next = std::move(node);
   }
-  tailNode = added;
-  ++count;
+  tailNode_ = added;
+  ++count_;
 }
 
 void VideoInfoList::moveToNext() {
-  if (currentNode) {
-    currentNode = currentNode->next ? currentNode->next : headNode;
+  if (currentNode_) {
+    currentNode_ = currentNode_->next ? currentNode_->next : headNode_;
   }
 }
 
 bool VideoInfoList::moveTo(const std::string& sign) {
-  for (auto node = headNode; node; node = node->next) {
+  for (auto node = headNode_; node; node = node->next) {
     if (node->val.sign == sign) {
-      currentNode = node;
+      currentNode_ = node;
       return true;
     }
   }

@@ -17,27 +17,27 @@ constexpr std::chrono::seconds kSearchInterval{1};
 VideoPlayerManager::VideoPlayerManager(Services theServices)
     : screenType(screenTypeAtStart(theServices.preferences.monitorArrange.get())),
       screenIndex(theServices.preferences.screenIndex.get()),
-      services(std::move(theServices)),
-      model(playModelFromRawValue(services.preferences.playModel.get())),
-      mark(services.standardDefaults, services.console),
-      coveredScreens(services.windowServer.screens()),
-      search(
-          list, services.fileFinder,
-          [this](const VideoDetail& video) { return failedSigns.contains(video.sign) || mark.refuses(video.sign); },
+      services_(std::move(theServices)),
+      model_(playModelFromRawValue(services_.preferences.playModel.get())),
+      mark_(services_.standardDefaults, services_.console),
+      coveredScreens_(services_.windowServer.screens()),
+      search_(
+          list_, services_.fileFinder,
+          [this](const VideoDetail& video) { return failedSigns_.contains(video.sign) || mark_.refuses(video.sign); },
           [this](const auto& file) { searchDone(file); }) {
-  registrations.push_back(services.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
-  registrations.push_back(services.notificationCenter.observe("UpdateVideoList", [this] { libraryChanged(); }));
+  registrations_.push_back(services_.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
+  registrations_.push_back(services_.notificationCenter.observe("UpdateVideoList", [this] { libraryChanged(); }));
   observeSettings();
 }
 
 VideoPlayerManager::~VideoPlayerManager() {
   // The windows' views refer to the player.
-  windows.clear();
+  windows_.clear();
 }
 
 void VideoPlayerManager::observeSettings() {
-  Preferences& preferences = services.preferences;
-  auto& tokens = observerDisposables;
+  Preferences& preferences = services_.preferences;
+  auto& tokens = observerDisposables_;
   tokens.push_back(preferences.playingVideoSign.observe([this](const auto& sign) { followSign(sign); }));
   tokens.push_back(preferences.isPlaying.observe([this](bool playing) { setPlaying(playing); }));
   tokens.push_back(preferences.playModel.observe([this](std::int64_t raw) { changePlayModel(raw); }));
@@ -49,107 +49,107 @@ void VideoPlayerManager::observeSettings() {
 }
 
 VideoPlayer& VideoPlayerManager::player() {
-  if (!sharedPlayer) {
+  if (!sharedPlayer_) {
     rebuildPlaylist();
-    sharedPlayer = services.makePlayer();
-    sharedPlayer->setVolume(services.preferences.volume.get());
-    sharedPlayer->setMuted(services.preferences.mute.get());
-    itemEndObservation = sharedPlayer->observeItemEnd([this] {
-      services.console.log(LogLevel::debug, "video " + itemSign + " has ended");
-      failedSigns.clear();
+    sharedPlayer_ = services_.makePlayer();
+    sharedPlayer_->setVolume(services_.preferences.volume.get());
+    sharedPlayer_->setMuted(services_.preferences.mute.get());
+    itemEndObservation_ = sharedPlayer_->observeItemEnd([this] {
+      services_.console.log(LogLevel::debug, "video " + itemSign_ + " has ended");
+      failedSigns_.clear();
       playerItemDidReachEnd();
     });
     updateRepeating();
     loadPlayableNode();
   }
-  return *sharedPlayer;
+  return *sharedPlayer_;
 }
 
 // Loads the first video from the current one on that can be loaded. While there is none, looks again every second (at
 // once when the playlist is rebuilt) and leaves the player's item as it is.
 void VideoPlayerManager::loadPlayableNode() {
-  nextSearch.reset();
-  search.start();
+  nextSearch_.reset();
+  search_.start();
 }
 
 void VideoPlayerManager::loadPlayableNodeLater() {
-  nextSearch = services.runLoop.after(kSearchInterval, [this] {
-    failedSigns.clear();
-    syncWhenSearched = Sync::ifFound;
+  nextSearch_ = services_.runLoop.after(kSearchInterval, [this] {
+    failedSigns_.clear();
+    syncWhenSearched_ = Sync::ifFound;
     loadPlayableNode();
   });
 }
 
 void VideoPlayerManager::searchDone(const std::optional<std::filesystem::path>& file) {
-  awaitsPlayableNode = !file;
+  awaitsPlayableNode_ = !file;
   if (file) {
     load(*file);
-  } else if (list.size() > 0) {
-    services.console.log(LogLevel::info, "no video of the playlist can be loaded now");
+  } else if (list_.size() > 0) {
+    services_.console.log(LogLevel::info, "no video of the playlist can be loaded now");
     // Also when every video of the playlist has failed in turn: a library of broken files does not keep the processor
     // busy.
     loadPlayableNodeLater();
   }
-  if (std::exchange(playsWhenSearched, false)) {
+  if (std::exchange(playsWhenSearched_, false)) {
     applyLevelAndOrder();
-    sharedPlayer->play();
+    sharedPlayer_->play();
   }
-  const Sync sync = std::exchange(syncWhenSearched, Sync::no);
+  const Sync sync = std::exchange(syncWhenSearched_, Sync::no);
   if (sync == Sync::yes || (sync == Sync::ifFound && file)) {
     syncSign();
   }
 }
 
 void VideoPlayerManager::load(const std::filesystem::path& file) {
-  itemSign = list.current()->val.sign;
-  services.console.log(LogLevel::info, "loads video " + itemSign + ", " + file.string());
-  services.report.update([&](AgentStatus& status) {
-    status.videoSign = itemSign;
-    status.videoTitle = list.current()->val.title;
+  itemSign_ = list_.current()->val.sign;
+  services_.console.log(LogLevel::info, "loads video " + itemSign_ + ", " + file.string());
+  services_.report.update([&](AgentStatus& status) {
+    status.videoSign = itemSign_;
+    status.videoTitle = list_.current()->val.title;
   });
   // What has just been shown may be loaded again without a word of the player, and does no harm.
-  if (!itemIsReady || file != itemFile) {
-    mark.set(itemSign);
-    itemIsReady = false;
+  if (!itemIsReady_ || file != itemFile_) {
+    mark_.set(itemSign_);
+    itemIsReady_ = false;
     setVideoState("loading");
   }
-  itemFile = file;
-  statusObservation.reset();
+  itemFile_ = file;
+  statusObservation_.reset();
   updateRepeating();
-  sharedPlayer->replaceCurrentItem(file);
-  statusObservation = sharedPlayer->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
+  sharedPlayer_->replaceCurrentItem(file);
+  statusObservation_ = sharedPlayer_->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
 }
 
 void VideoPlayerManager::playCurrent() {
   applyLevelAndOrder();
   player();
-  failedSigns.clear();
-  playsWhenSearched = true;
-  syncWhenSearched = Sync::yes;
+  failedSigns_.clear();
+  playsWhenSearched_ = true;
+  syncWhenSearched_ = Sync::yes;
   loadPlayableNode();
 }
 
 // Whoever opens the player, the picture moves, so the settings and the menu say so.
 void VideoPlayerManager::open() {
   playCurrent();
-  if (!services.preferences.isPlaying.get()) {
-    services.preferences.isPlaying.set(true);
+  if (!services_.preferences.isPlaying.get()) {
+    services_.preferences.isPlaying.set(true);
   }
 }
 
 void VideoPlayerManager::close() {
-  playsWhenSearched = false;
+  playsWhenSearched_ = false;
   player().pause();
-  for (const auto& window : windows) {
+  for (const auto& window : windows_) {
     window->orderOut();
   }
 }
 
 void VideoPlayerManager::setPlaying(bool playing) {
   if (!playing) {
-    playsWhenSearched = false;
+    playsWhenSearched_ = false;
     player().pause();
-  } else if (services.preferences.isOpenPlayer.get() && !playsWhenSearched) {
+  } else if (services_.preferences.isOpenPlayer.get() && !playsWhenSearched_) {
     applyLevelAndOrder();
     player().play();
     syncSign();
@@ -157,17 +157,17 @@ void VideoPlayerManager::setPlaying(bool playing) {
 }
 
 void VideoPlayerManager::playerItemDidReachEnd() {
-  if (list.current() != nullptr && model == VideoPlayerPlayModel::single) {
+  if (list_.current() != nullptr && model_ == VideoPlayerPlayModel::single) {
     player().seekToZero();
     return;
   }
   advance();
-  if (list.current() != nullptr) {
+  if (list_.current() != nullptr) {
     loadPlayableNode();
   } else {
     // An empty library, which does not stop what plays.
-    syncWhenSearched = Sync::no;
-    if (std::exchange(playsWhenSearched, false)) {
+    syncWhenSearched_ = Sync::no;
+    if (std::exchange(playsWhenSearched_, false)) {
       player().play();
     }
     if (player().hasCurrentItem()) {
@@ -182,33 +182,33 @@ void VideoPlayerManager::itemStatusChanged(PlayerItemStatus status) {
   if (status == PlayerItemStatus::unknown) {
     return;
   }
-  mark.clear();
-  itemIsReady = status == PlayerItemStatus::readyToPlay;
-  setVideoState(itemIsReady ? "ready" : "failed");
-  if (!itemIsReady) {
-    services.console.log(LogLevel::warning, "video " + itemSign + " cannot be played; the next one is looked for");
-    failedSigns.insert(itemSign);
+  mark_.clear();
+  itemIsReady_ = status == PlayerItemStatus::readyToPlay;
+  setVideoState(itemIsReady_ ? "ready" : "failed");
+  if (!itemIsReady_) {
+    services_.console.log(LogLevel::warning, "video " + itemSign_ + " cannot be played; the next one is looked for");
+    failedSigns_.insert(itemSign_);
     playerItemDidReachEnd();
   }
 }
 
 void VideoPlayerManager::setVideoState(const char* state) {
-  services.report.update([&](AgentStatus& status) { status.videoState = state; });
+  services_.report.update([&](AgentStatus& status) { status.videoState = state; });
 }
 
 // A video that is followed by itself need not be loaded again. The end of one whose library is empty is of interest.
 void VideoPlayerManager::updateRepeating() {
-  const VideoInfoNode* const current = list.current();
-  const bool isAlone = list.size() == 1 && localPath(current->val.url) == itemFile;
-  const bool follows = current != nullptr && (model == VideoPlayerPlayModel::single || isAlone);
-  if (sharedPlayer && repeats != follows) {
-    repeats = follows;
-    sharedPlayer->setRepeating(follows);
+  const VideoInfoNode* const current = list_.current();
+  const bool isAlone = list_.size() == 1 && localPath(current->val.url) == itemFile_;
+  const bool follows = current != nullptr && (model_ == VideoPlayerPlayModel::single || isAlone);
+  if (sharedPlayer_ && repeats_ != follows) {
+    repeats_ = follows;
+    sharedPlayer_->setRepeating(follows);
   }
 }
 
 void VideoPlayerManager::tapVideoPlayerViewAction() {
-  services.console.print("tapVideoPlayerViewAction");
+  services_.console.print("tapVideoPlayerViewAction");
 }
 
 }  // namespace quilex

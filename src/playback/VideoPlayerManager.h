@@ -80,8 +80,8 @@ class VideoPlayerManager {
   void activeSpaceDidChange();
   /// The raw value of "screenType" or "screenIndex"; nothing for any other key.
   std::optional<std::int64_t> valueForKey(std::string_view key) const;
-  const std::vector<Screen>& currentScreenList() const { return coveredScreens; }
-  const std::vector<std::unique_ptr<WallpaperWindow>>& windowList() const { return windows; }
+  const std::vector<Screen>& currentScreenList() const { return coveredScreens_; }
+  const std::vector<std::unique_ptr<WallpaperWindow>>& windowList() const { return windows_; }
 
   // Playlist (VideoPlayerManagerPlaylist.cpp)
 
@@ -90,8 +90,8 @@ class VideoPlayerManager {
   /// Writes the current video's sign to the settings if they name another; where it is not known yet which video will
   /// be current, as soon as it is.
   void syncSign();
-  const VideoInfoList& videoList() const { return list; }
-  VideoPlayerPlayModel playModel() const { return model; }
+  const VideoInfoList& videoList() const { return list_; }
+  VideoPlayerPlayModel playModel() const { return model_; }
 
   // Playback (VideoPlayerManager.cpp)
 
@@ -106,7 +106,7 @@ class VideoPlayerManager {
   void playerItemDidReachEnd();
   void tapVideoPlayerViewAction();
   /// To be called before the agent ends in good order.
-  void willTerminate() { mark.clear(); }
+  void willTerminate() { mark_.clear(); }
   bool isMuted() { return player().isMuted(); }
   void setMuted(bool muted) { player().setMuted(muted); }
   float volume() { return player().volume(); }
@@ -144,56 +144,56 @@ class VideoPlayerManager {
   class RetryDelay {
    public:
     std::chrono::milliseconds next();
-    void reset() { delay = kFirst; }
+    void reset() { delay_ = kFirst; }
 
    private:
     static constexpr std::chrono::milliseconds kFirst{250};
     static constexpr std::chrono::milliseconds kLongest{10'000};
-    std::chrono::milliseconds delay = kFirst;
+    std::chrono::milliseconds delay_ = kFirst;
   };
   /// What is to be done about the settings' sign when a search has ended.
   enum class Sync { no, ifFound, yes };
 
-  Services services;
-  VideoPlayerPlayModel model;
-  LoadingMark mark;
-  std::unique_ptr<VideoPlayer> sharedPlayer;
-  std::vector<Screen> coveredScreens;
-  std::vector<std::unique_ptr<WallpaperWindow>> windows;
-  VideoInfoList list;
-  std::mutex videoListLocker;
-  RetryDelay rereadDelay;
-  std::optional<Disposable> reread;
-  std::optional<Disposable> rebuildSoon;
+  Services services_;
+  VideoPlayerPlayModel model_;
+  LoadingMark mark_;
+  std::unique_ptr<VideoPlayer> sharedPlayer_;
+  std::vector<Screen> coveredScreens_;
+  std::vector<std::unique_ptr<WallpaperWindow>> windows_;
+  VideoInfoList list_;
+  std::mutex videoListLocker_;
+  RetryDelay rereadDelay_;
+  std::optional<Disposable> reread_;
+  std::optional<Disposable> rebuildSoon_;
 
-  PlayableSearch search;
-  std::optional<Disposable> nextSearch;
+  PlayableSearch search_;
+  std::optional<Disposable> nextSearch_;
 
   /// Of the video that the settings were changed to, while it is not known whether it can be played.
-  std::optional<Disposable> following;
-  RetryDelay followDelay;
+  std::optional<Disposable> following_;
+  RetryDelay followDelay_;
 
   /// The player's item.
-  std::filesystem::path itemFile;
-  std::string itemSign;
+  std::filesystem::path itemFile_;
+  std::string itemSign_;
   /// The videos that have failed since one was last played to its end.
-  std::set<std::string> failedSigns;
+  std::set<std::string> failedSigns_;
 
-  Sync syncWhenSearched = Sync::no;
+  Sync syncWhenSearched_ = Sync::no;
   /// Whether the player is to play what the search that is under way finds.
-  bool playsWhenSearched = false;
-  bool syncsAfterFollowing = false;
+  bool playsWhenSearched_ = false;
+  bool syncsAfterFollowing_ = false;
   /// Whether the last search found nothing.
-  bool awaitsPlayableNode = false;
+  bool awaitsPlayableNode_ = false;
   /// Whether the library answered when the playlist was last filled.
-  bool listWasRead = true;
-  bool itemIsReady = false;
-  std::optional<bool> repeats;
+  bool listWasRead_ = true;
+  bool itemIsReady_ = false;
+  std::optional<bool> repeats_;
 
-  std::optional<Disposable> statusObservation;
-  std::optional<Disposable> itemEndObservation;
-  std::vector<Disposable> registrations;
-  std::vector<Disposable> observerDisposables;
+  std::optional<Disposable> statusObservation_;
+  std::optional<Disposable> itemEndObservation_;
+  std::vector<Disposable> registrations_;
+  std::vector<Disposable> observerDisposables_;
 };
 
 }  // namespace quilex

@@ -21,17 +21,17 @@ void shuffle(std::vector<VideoDetail>& videos, const UniformRandom& random) {
 }  // namespace
 
 std::chrono::milliseconds VideoPlayerManager::RetryDelay::next() {
-  return std::exchange(delay, std::min(2 * delay, kLongest));
+  return std::exchange(delay_, std::min(2 * delay_, kLongest));
 }
 
 // Many changes that are notified together are one.
 void VideoPlayerManager::libraryChanged() {
-  if (!rebuildSoon) {
-    rebuildSoon = services.runLoop.after(std::chrono::milliseconds(0), [this] {
-      rebuildSoon.reset();
+  if (!rebuildSoon_) {
+    rebuildSoon_ = services_.runLoop.after(std::chrono::milliseconds(0), [this] {
+      rebuildSoon_.reset();
       // Whoever removes the video that is playing has named the next one before; it is followed from the list as it
       // was.
-      services.preferences.updateUserDefaultFromDisk();
+      services_.preferences.updateUserDefaultFromDisk();
       updateVideoList();
     });
   }
@@ -40,69 +40,70 @@ void VideoPlayerManager::libraryChanged() {
 void VideoPlayerManager::updateVideoList() {
   // While a video is looked for, the settings do not name the one whose turn it is; it and those after it do.
   std::vector<std::string> turns;
-  const bool searches = search.isUnderWay();
-  if (searches || following) {
-    const VideoInfoNode* node = list.current();
-    for (std::size_t count = 0; count < list.size(); ++count) {
+  const bool searches = search_.isUnderWay();
+  if (searches || following_) {
+    const VideoInfoNode* node = list_.current();
+    for (std::size_t count = 0; count < list_.size(); ++count) {
       turns.push_back(node->val.sign);
-      node = node->next ? node->next.get() : list.head();
+      node = node->next ? node->next.get() : list_.head();
     }
   }
   rebuildPlaylist();
-  if (!listWasRead) {
+  if (!listWasRead_) {
     return;
   }
-  for (auto turn = turns.begin(); turn != turns.end() && !list.moveTo(*turn); ++turn) {
+  for (auto turn = turns.begin(); turn != turns.end() && !list_.moveTo(*turn); ++turn) {
   }
   if (searches) {
     loadPlayableNode();
-  } else if (awaitsPlayableNode) {
-    syncWhenSearched = Sync::ifFound;
+  } else if (awaitsPlayableNode_) {
+    syncWhenSearched_ = Sync::ifFound;
     loadPlayableNode();
   }
 }
 
 void VideoPlayerManager::rebuildPlaylist() {
-  const std::lock_guard lock(videoListLocker);
-  reread.reset();
-  auto videos = services.library.allVideos();
-  listWasRead = services.library.answered();
-  if (!listWasRead) {
+  const std::lock_guard lock(videoListLocker_);
+  reread_.reset();
+  auto videos = services_.library.allVideos();
+  listWasRead_ = services_.library.answered();
+  if (!listWasRead_) {
     // What was known of the library holds until it can be read again.
-    services.console.log(LogLevel::warning, "the library cannot be read; what was known of it holds");
-    reread = services.runLoop.after(rereadDelay.next(), [this] { updateVideoList(); });
+    services_.console.log(LogLevel::warning, "the library cannot be read; what was known of it holds");
+    reread_ = services_.runLoop.after(rereadDelay_.next(), [this] { updateVideoList(); });
     return;
   }
-  rereadDelay.reset();
-  search.cancel();
-  list.clear();
-  if (model == VideoPlayerPlayModel::random) {
-    shuffle(videos, services.random);
+  rereadDelay_.reset();
+  search_.cancel();
+  list_.clear();
+  if (model_ == VideoPlayerPlayModel::random) {
+    shuffle(videos, services_.random);
   }
   for (VideoDetail& video : videos) {
-    list.append(std::move(video));
+    list_.append(std::move(video));
   }
-  if (const auto& sign = services.preferences.playingVideoSign.get()) {
-    list.moveTo(*sign);
+  if (const auto& sign = services_.preferences.playingVideoSign.get()) {
+    list_.moveTo(*sign);
   }
-  services.console.log(LogLevel::debug, "videos in the playlist: " + std::to_string(list.size()));
-  services.report.update([&](AgentStatus& status) { status.libraryVideos = static_cast<std::uint32_t>(list.size()); });
+  services_.console.log(LogLevel::debug, "videos in the playlist: " + std::to_string(list_.size()));
+  services_.report.update(
+      [&](AgentStatus& status) { status.libraryVideos = static_cast<std::uint32_t>(list_.size()); });
   updateRepeating();
 }
 
 void VideoPlayerManager::advance() {
-  switch (model) {
+  switch (model_) {
     case VideoPlayerPlayModel::single:
       break;
     case VideoPlayerPlayModel::list:
-      list.moveToNext();
+      list_.moveToNext();
       break;
     case VideoPlayerPlayModel::random:
-      if (list.isAtTail()) {
+      if (list_.isAtTail()) {
         rebuildPlaylist();
-        list.moveToHead();
+        list_.moveToHead();
       } else {
-        list.moveToNext();
+        list_.moveToNext();
       }
       break;
   }
@@ -112,20 +113,20 @@ void VideoPlayerManager::followSign(const std::optional<std::string>& sign) {
   if (!sign) {
     fatalError("the sign of the playing video was removed");
   }
-  following.reset();
-  syncsAfterFollowing = false;
-  if (list.current() != nullptr && list.current()->val.sign == *sign) {
+  following_.reset();
+  syncsAfterFollowing_ = false;
+  if (list_.current() != nullptr && list_.current()->val.sign == *sign) {
     return;
   }
-  services.console.log(LogLevel::info, "the settings name video " + *sign);
-  mark.allow(*sign);
-  followDelay.reset();
+  services_.console.log(LogLevel::info, "the settings name video " + *sign);
+  mark_.allow(*sign);
+  followDelay_.reset();
   testAvailability(*sign);
 }
 
 void VideoPlayerManager::testAvailability(const std::string& sign) {
-  const auto video = services.library.video(sign);
-  if (!video && !services.library.answered()) {
+  const auto video = services_.library.video(sign);
+  if (!video && !services_.library.answered()) {
     // A library that could not be read says nothing about the video.
     testAvailabilityLater(sign);
     return;
@@ -135,7 +136,7 @@ void VideoPlayerManager::testAvailability(const std::string& sign) {
     deleteUnavailable(sign);
     return;
   }
-  following = services.fileFinder.findFirst({std::move(*file)}, [this, sign](const FileFinder::Answer& answer) {
+  following_ = services_.fileFinder.findFirst({std::move(*file)}, [this, sign](const FileFinder::Answer& answer) {
     if (answer.found) {
       playFollowed(sign);
     } else if (answer.someUnanswered) {
@@ -147,76 +148,76 @@ void VideoPlayerManager::testAvailability(const std::string& sign) {
 }
 
 void VideoPlayerManager::testAvailabilityLater(const std::string& sign) {
-  following = services.runLoop.after(followDelay.next(), [this, sign] { testAvailability(sign); });
+  following_ = services_.runLoop.after(followDelay_.next(), [this, sign] { testAvailability(sign); });
 }
 
 void VideoPlayerManager::playFollowed(const std::string& sign) {
   rebuildPlaylist();
-  if (!list.moveTo(sign) && !listWasRead) {
+  if (!list_.moveTo(sign) && !listWasRead_) {
     testAvailabilityLater(sign);
     return;
   }
-  following.reset();
+  following_.reset();
   player().pause();
-  if (services.preferences.isOpenPlayer.get() && services.preferences.isPlaying.get()) {
+  if (services_.preferences.isOpenPlayer.get() && services_.preferences.isPlaying.get()) {
     playCurrent();
   } else {
     // It was closed or paused since; the video is the next to be seen.
-    failedSigns.clear();
-    syncWhenSearched = Sync::yes;
+    failedSigns_.clear();
+    syncWhenSearched_ = Sync::yes;
     loadPlayableNode();
   }
 }
 
 // The player keeps playing what it plays.
 void VideoPlayerManager::deleteUnavailable(const std::string& sign) {
-  services.console.log(LogLevel::warning, "video " + sign + " has no file; it is deleted from the library");
-  const bool wasThere = services.library.video(sign).has_value();
-  services.library.deleteVideo(sign);
-  if (wasThere && services.library.allVideos().empty() && services.library.answered()) {
-    services.preferences.setLibraryWasEmptied();
+  services_.console.log(LogLevel::warning, "video " + sign + " has no file; it is deleted from the library");
+  const bool wasThere = services_.library.video(sign).has_value();
+  services_.library.deleteVideo(sign);
+  if (wasThere && services_.library.allVideos().empty() && services_.library.answered()) {
+    services_.preferences.setLibraryWasEmptied();
   }
   endFollowing();
 }
 
 // What was put off meanwhile is made up for.
 void VideoPlayerManager::endFollowing() {
-  if (following) {
-    following.reset();
-    if (std::exchange(syncsAfterFollowing, false)) {
+  if (following_) {
+    following_.reset();
+    if (std::exchange(syncsAfterFollowing_, false)) {
       syncSign();
     }
   }
 }
 
 void VideoPlayerManager::changePlayModel(std::int64_t raw) {
-  model = playModelFromRawValue(raw);
+  model_ = playModelFromRawValue(raw);
   updateVideoList();
   updateRepeating();
 }
 
 void VideoPlayerManager::syncSign() {
-  if (search.isUnderWay()) {
-    syncWhenSearched = Sync::yes;
+  if (search_.isUnderWay()) {
+    syncWhenSearched_ = Sync::yes;
     return;
   }
-  if (following) {
-    syncsAfterFollowing = true;
+  if (following_) {
+    syncsAfterFollowing_ = true;
     return;
   }
-  if (list.current() == nullptr && !listWasRead) {
+  if (list_.current() == nullptr && !listWasRead_) {
     // The library could not be read, which says nothing about the video that is playing.
     return;
   }
-  const auto sign = list.current() != nullptr ? std::optional(list.current()->val.sign) : std::nullopt;
+  const auto sign = list_.current() != nullptr ? std::optional(list_.current()->val.sign) : std::nullopt;
   // A choice that is still to be followed is not overwritten.
-  if (sign == services.preferences.playingVideoSign.get() || services.preferences.isAnotherVideoChosen()) {
+  if (sign == services_.preferences.playingVideoSign.get() || services_.preferences.isAnotherVideoChosen()) {
     return;
   }
-  if (!sign && services.preferences.libraryWasEmptied()) {
-    services.preferences.forgetPlayingVideoSign();
+  if (!sign && services_.preferences.libraryWasEmptied()) {
+    services_.preferences.forgetPlayingVideoSign();
   } else {
-    services.preferences.playingVideoSign.set(sign);
+    services_.preferences.playingVideoSign.set(sign);
   }
 }
 

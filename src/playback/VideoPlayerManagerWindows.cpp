@@ -5,28 +5,28 @@
 namespace quilex {
 
 void VideoPlayerManager::buildWindows() {
-  coveredScreens = chooseScreens(screenType, screenIndex, services.windowServer.screens());
-  const auto frames = playerViewFrames(screenType, coveredScreens);
-  windows.clear();
-  for (std::size_t index = 0; index < coveredScreens.size(); ++index) {
-    windows.push_back(makeWindow(coveredScreens[index], frames[index]));
-    applyLevelAndOrder(*windows.back());
+  coveredScreens_ = chooseScreens(screenType, screenIndex, services_.windowServer.screens());
+  const auto frames = playerViewFrames(screenType, coveredScreens_);
+  windows_.clear();
+  for (std::size_t index = 0; index < coveredScreens_.size(); ++index) {
+    windows_.push_back(makeWindow(coveredScreens_[index], frames[index]));
+    applyLevelAndOrder(*windows_.back());
   }
-  if (!services.preferences.isOpenPlayer.get()) {
+  if (!services_.preferences.isOpenPlayer.get()) {
     close();
     return;
   }
   applyLevelAndOrder();
   player().play();
   syncSign();
-  if (!services.preferences.isPlaying.get()) {
-    services.preferences.isPlaying.set(true);
+  if (!services_.preferences.isPlaying.get()) {
+    services_.preferences.isPlaying.set(true);
   }
 }
 
 std::unique_ptr<WallpaperWindow> VideoPlayerManager::makeWindow(const Screen& screen, const Rect& viewFrame) {
-  auto window = services.windowServer.makeWallpaperWindow(screen);
-  auto view = std::make_unique<PlayerView>(viewFrame, services.console);
+  auto window = services_.windowServer.makeWallpaperWindow(screen);
+  auto view = std::make_unique<PlayerView>(viewFrame, services_.console);
   view->player = &player();
   view->videoGravity = VideoGravity::resizeAspectFill;
   view->controlsStyle = ControlsStyle::none;
@@ -35,10 +35,10 @@ std::unique_ptr<WallpaperWindow> VideoPlayerManager::makeWindow(const Screen& sc
 }
 
 void VideoPlayerManager::relayout() {
-  for (const auto& window : windows) {
+  for (const auto& window : windows_) {
     window->orderOut();
   }
-  windows.clear();
+  windows_.clear();
   buildWindows();
 }
 
@@ -48,20 +48,20 @@ void VideoPlayerManager::applyLevelAndOrder(WallpaperWindow& window) const {
 }
 
 void VideoPlayerManager::applyLevelAndOrder() {
-  for (const auto& window : windows) {
+  for (const auto& window : windows_) {
     applyLevelAndOrder(*window);
   }
 }
 
 void VideoPlayerManager::setHideDesktopIcon(bool hide) {
   isHideDesktopIcon = hide;
-  if (services.preferences.isOpenPlayer.get()) {
+  if (services_.preferences.isOpenPlayer.get()) {
     applyLevelAndOrder();
   }
 }
 
 void VideoPlayerManager::screensChanged() {
-  if (services.preferences.isOpenPlayer.get() && needsRelayout(coveredScreens, services.windowServer.screens())) {
+  if (services_.preferences.isOpenPlayer.get() && needsRelayout(coveredScreens_, services_.windowServer.screens())) {
     relayout();
   }
 }

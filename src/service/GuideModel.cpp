@@ -19,7 +19,7 @@ std::string_view lastPiece(std::string_view text) {
 /// Decodes pictures until they have as many pixels as a guide may have.
 class PictureReader {
  public:
-  PictureReader(const DecodeImage& decode, const std::stop_token& stopToken) : decodeImage(decode), stop(stopToken) {}
+  PictureReader(const DecodeImage& decode, const std::stop_token& stopToken) : decodeImage_(decode), stop_(stopToken) {}
 
   GuideDictionary pairs(const std::vector<std::string>& pictures, const std::vector<std::string>& addresses) {
     GuideDictionary dictionary;
@@ -35,18 +35,18 @@ class PictureReader {
 
  private:
   std::shared_ptr<Image> picture(std::string_view base64) {
-    if (base64.empty() || base64.size() > GuideModel::kMaximumPictureText || stop.stop_requested()) {
+    if (base64.empty() || base64.size() > GuideModel::kMaximumPictureText || stop_.stop_requested()) {
       return {};
     }
     const auto bytes = base64Decode(base64);
-    const auto decoded = bytes ? decodeImage(*bytes, pixelsLeft, stop) : DecodedImage();
-    pixelsLeft -= decoded.pixels;
+    const auto decoded = bytes ? decodeImage_(*bytes, pixelsLeft_, stop_) : DecodedImage();
+    pixelsLeft_ -= decoded.pixels;
     return decoded.image;
   }
 
-  const DecodeImage& decodeImage;
-  const std::stop_token& stop;
-  std::size_t pixelsLeft = GuideModel::kMaximumPixels;
+  const DecodeImage& decodeImage_;
+  const std::stop_token& stop_;
+  std::size_t pixelsLeft_ = GuideModel::kMaximumPixels;
 };
 
 }  // namespace

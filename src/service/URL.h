@@ -12,14 +12,14 @@ class URL {
   /// Nothing when the text is empty or not a URL.
   static std::optional<URL> parse(std::string_view text);
 
-  const std::string& string() const { return text; }
+  const std::string& string() const { return text_; }
 
   bool operator==(const URL&) const = default;
 
  private:
-  explicit URL(std::string_view validText) : text(validText) {}
+  explicit URL(std::string_view validText) : text_(validText) {}
 
-  std::string text;
+  std::string text_;
 };
 
 }  // namespace quilex

@@ -44,51 +44,51 @@ std::chrono::milliseconds makeJitter(const UniformRandom& random) {
 }  // namespace
 
 WebModel::WebModel(Services clientServices)
-    : services(std::move(clientServices)),
-      ct(services.standardDefaults.integer(settings::kCounter)),
-      instURL(services.baseURL + "/inst.html"),
-      jitter(makeJitter(services.random)) {
-  guideTimer = services.runLoop.after(kGuideDelay, [this] { refreshGudieInfo(); });
-  armMidnightTimer(services.wallClock.startOfDay(services.wallClock.now()));
+    : services_(std::move(clientServices)),
+      ct(services_.standardDefaults.integer(settings::kCounter)),
+      instURL_(services_.baseURL + "/inst.html"),
+      jitter_(makeJitter(services_.random)) {
+  guideTimer_ = services_.runLoop.after(kGuideDelay, [this] { refreshGudieInfo(); });
+  armMidnightTimer(services_.wallClock.startOfDay(services_.wallClock.now()));
 }
 
 const std::string& WebModel::userID() {
-  if (!identifier) {
-    identifier = services.suite.string(settings::kUserID);
+  if (!identifier_) {
+    identifier_ = services_.suite.string(settings::kUserID);
   }
-  if (!identifier) {
-    identifier = makeUUID(services.random);
-    services.suite.setString(settings::kUserID, *identifier);
-    services.suite.synchronize();
+  if (!identifier_) {
+    identifier_ = makeUUID(services_.random);
+    services_.suite.setString(settings::kUserID, *identifier_);
+    services_.suite.synchronize();
   }
-  return *identifier;
+  return *identifier_;
 }
 
 void WebModel::armMidnightTimer(WallClock::Time time) {
-  if (const auto next = services.wallClock.addingOneDay(time)) {
+  if (const auto next = services_.wallClock.addingOneDay(time)) {
     // A day that begins at one o'clock, for want of a midnight, must not move the days after it.
-    midnight = services.wallClock.startOfDay(*next);
-    midnightTimer = services.wallClock.at(midnight + jitter, [this] { midnightRefresh(); });
+    midnight_ = services_.wallClock.startOfDay(*next);
+    midnightTimer_ = services_.wallClock.at(midnight_ + jitter_, [this] { midnightRefresh(); });
   }
 }
 
 void WebModel::midnightRefresh() {
   sendHeartbeat(HeartBeatType::MidNight, "1000");
-  armMidnightTimer(midnight);
+  armMidnightTimer(midnight_);
 }
 
 HTTPSession& WebModel::session() {
-  if (!sessionManager) {
-    sessionManager = services.makeSession({"MACQuilex" + services.version, kReplyTimeout, kLongestRequest});
+  if (!sessionManager_) {
+    sessionManager_ = services_.makeSession({"MACQuilex" + services_.version, kReplyTimeout, kLongestRequest});
   }
-  return *sessionManager;
+  return *sessionManager_;
 }
 
 void WebModel::runBeside(BackgroundWork::Work work, std::function<void()> done) {
-  const auto reading = readings.emplace(readings.end());
-  reading->emplace(services.backgroundWork.run(std::move(work), [this, reading, finish = std::move(done)] {
+  const auto reading = readings_.emplace(readings_.end());
+  reading->emplace(services_.backgroundWork.run(std::move(work), [this, reading, finish = std::move(done)] {
     const auto finishing = finish;
-    readings.erase(reading);
+    readings_.erase(reading);
     finishing();
   }));
 }
@@ -102,7 +102,7 @@ bool WebModel::send(envelope::Function function, const std::string& body,
     return false;
   }
   const std::size_t limit = function == envelope::Function::guide ? kMaximumGuideReply : kMaximumReply;
-  session().post({instURL, envelope::kContentType, *std::move(form), limit},
+  session().post({instURL_, envelope::kContentType, *std::move(form), limit},
                  [this, read = std::move(read), receive = std::move(receive)](std::optional<std::string> text) {
                    struct Reply {
                      std::optional<std::string> text;
@@ -123,22 +123,22 @@ bool WebModel::send(envelope::Function function, const std::string& body,
 
 void WebModel::requestGuideInfo() {
   using Answer = std::optional<GuideModel>;
-  const auto read = [decodeImage = services.decodeImage](Content content, const std::stop_token& stop) {
+  const auto read = [decodeImage = services_.decodeImage](Content content, const std::stop_token& stop) {
     auto response = content ? json::decodeText<GuideResponse>(*std::exchange(content, {})) : std::nullopt;
     return response ? std::make_optional<GuideModel>(*std::move(response), decodeImage, stop) : Answer();
   };
-  const auto receive = [this, request = ++guidesRequested](Answer model) {
+  const auto receive = [this, request = ++guidesRequested_](Answer model) {
     // A large reply may take longer to read than the one after it.
-    if (request > lastGuide) {
-      lastGuide = request;
+    if (request > lastGuide_) {
+      lastGuide_ = request;
       guideModel.reset();
       guideModel = std::move(model);
     }
-    services.notificationCenter.post(Notification::newFeatureUpdated);
-    services.notificationCenter.post(Notification::leafletUpdated,
-                                     guideModel ? std::any(guideModel->leftPanel) : std::any());
+    services_.notificationCenter.post(Notification::newFeatureUpdated);
+    services_.notificationCenter.post(Notification::leafletUpdated,
+                                      guideModel ? std::any(guideModel->leftPanel) : std::any());
   };
-  send<Answer>(envelope::Function::guide, envelope::guideBody(userID(), services.version), read, receive);
+  send<Answer>(envelope::Function::guide, envelope::guideBody(userID(), services_.version), read, receive);
 }
 
 void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
@@ -158,11 +158,11 @@ void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
       completion(answer.response);
     }
     if (answer.hasContent) {
-      services.notificationCenter.post(Notification::heartbeatUpdated);
+      services_.notificationCenter.post(Notification::heartbeatUpdated);
     }
   };
   send<Answer>(envelope::Function::heartbeat,
-               envelope::heartbeatBody(n, userID(), ct, services.version, static_cast<int>(type)), read, receive);
+               envelope::heartbeatBody(n, userID(), ct, services_.version, static_cast<int>(type)), read, receive);
 }
 
 void WebModel::requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion) {
@@ -180,7 +180,7 @@ void WebModel::requestUpgradeInfo(const std::function<void(const std::optional<U
     }
   };
   const bool sent =
-      send<Answer>(envelope::Function::upgrade, envelope::guideBody(userID(), services.version), read, receive);
+      send<Answer>(envelope::Function::upgrade, envelope::guideBody(userID(), services_.version), read, receive);
   if (!sent && completion) {
     completion({});
   }

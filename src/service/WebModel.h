@@ -74,7 +74,7 @@ class WebModel {
   static WebModel& shared();
 
  private:
-  Services services;
+  Services services_;
 
  public:
   /// The last query of the catalogue; the agent makes none.
@@ -87,7 +87,7 @@ class WebModel {
   std::optional<BaseInfoResponse> baseInfo;
 
  private:
-  std::unique_ptr<HTTPSession> sessionManager;
+  std::unique_ptr<HTTPSession> sessionManager_;
 
  public:
   /// The content of the last guide reply, if it was an answer.
@@ -125,17 +125,17 @@ class WebModel {
   /// nothing.
   void armMidnightTimer(WallClock::Time time);
 
-  const std::string instURL;
-  std::optional<std::string> identifier;
-  const std::chrono::milliseconds jitter;
-  WallClock::Time midnight;
-  std::optional<Disposable> guideTimer;
-  std::optional<Disposable> midnightTimer;
+  const std::string instURL_;
+  std::optional<std::string> identifier_;
+  const std::chrono::milliseconds jitter_;
+  WallClock::Time midnight_;
+  std::optional<Disposable> guideTimer_;
+  std::optional<Disposable> midnightTimer_;
   /// Guide requests, counted: those sent, and the last one whose reply was handed over.
-  int guidesRequested = 0;
-  int lastGuide = 0;
+  int guidesRequested_ = 0;
+  int lastGuide_ = 0;
   /// Replies that are being read.
-  std::list<std::optional<Disposable>> readings;
+  std::list<std::optional<Disposable>> readings_;
 };
 
 }  // namespace quilex

@@ -85,36 +85,36 @@ void turnOn(ObservableProperty<bool>& flag, bool isStored) {
 }  // namespace
 
 Preferences::Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop)
-    : suite(settingsSuite),
-      monitorArrange(integerStore(suite, kMonitorArrange)),
-      screenIndex(integerStore(suite, kScreenIndex)),
-      playModel(integerStore(suite, kPlayMode)),
-      playingVideoSign(stringStore(suite, Key::currentVideoSign)),
-      volume(realStore(suite, kVolume)),
-      mute(booleanStore(suite, kMute)),
-      alreadyImportVideo(lazyBooleanStore(suite, Key::alreadyImportVideo)),
-      isOpenPlayer(booleanStore(suite, kIsOpenPlayer)),
-      isPlaying(booleanStore(suite, kIsPlaying)),
-      autolaunch(lazyBooleanStore(suite, kAutolaunch)),
-      reload(runLoop.every(std::chrono::seconds(1), [this] { updateUserDefaultFromDisk(); })) {
-  registerDefaults(suite);
-  monitorArrange.assign(suite.integer(kMonitorArrange));
-  screenIndex.assign(suite.integer(kScreenIndex));
-  playModel.assign(suite.integer(kPlayMode));
-  playingVideoSign.assign(suite.string(Key::currentVideoSign));
-  volume.assign(suite.real(kVolume));
-  mute.assign(suite.boolean(kMute));
-  alreadyImportVideo.assign(suite.boolean(Key::alreadyImportVideo));
-  isOpenPlayer.assign(suite.boolean(kIsOpenPlayer));
-  isPlaying.assign(suite.boolean(kIsPlaying));
-  autolaunch.assign(suite.boolean(kAutolaunch));
+    : suite_(settingsSuite),
+      monitorArrange(integerStore(suite_, kMonitorArrange)),
+      screenIndex(integerStore(suite_, kScreenIndex)),
+      playModel(integerStore(suite_, kPlayMode)),
+      playingVideoSign(stringStore(suite_, Key::currentVideoSign)),
+      volume(realStore(suite_, kVolume)),
+      mute(booleanStore(suite_, kMute)),
+      alreadyImportVideo(lazyBooleanStore(suite_, Key::alreadyImportVideo)),
+      isOpenPlayer(booleanStore(suite_, kIsOpenPlayer)),
+      isPlaying(booleanStore(suite_, kIsPlaying)),
+      autolaunch(lazyBooleanStore(suite_, kAutolaunch)),
+      reload_(runLoop.every(std::chrono::seconds(1), [this] { updateUserDefaultFromDisk(); })) {
+  registerDefaults(suite_);
+  monitorArrange.assign(suite_.integer(kMonitorArrange));
+  screenIndex.assign(suite_.integer(kScreenIndex));
+  playModel.assign(suite_.integer(kPlayMode));
+  playingVideoSign.assign(suite_.string(Key::currentVideoSign));
+  volume.assign(suite_.real(kVolume));
+  mute.assign(suite_.boolean(kMute));
+  alreadyImportVideo.assign(suite_.boolean(Key::alreadyImportVideo));
+  isOpenPlayer.assign(suite_.boolean(kIsOpenPlayer));
+  isPlaying.assign(suite_.boolean(kIsPlaying));
+  autolaunch.assign(suite_.boolean(kAutolaunch));
 }
 
 void Preferences::updateUserDefaultFromDisk() {
-  applyIfDifferent(monitorArrange, suite.integer(kMonitorArrange));
-  applyIfDifferent(screenIndex, suite.integer(kScreenIndex));
-  applyIfDifferent(playModel, suite.integer(kPlayMode));
-  if (const auto stored = suite.string(Key::currentVideoSign); stored != playingVideoSign.get()) {
+  applyIfDifferent(monitorArrange, suite_.integer(kMonitorArrange));
+  applyIfDifferent(screenIndex, suite_.integer(kScreenIndex));
+  applyIfDifferent(playModel, suite_.integer(kPlayMode));
+  if (const auto stored = suite_.string(Key::currentVideoSign); stored != playingVideoSign.get()) {
     // A change of the video made by another process always opens and starts the wallpaper.
     if (stored) {
       playingVideoSign.apply(stored);
@@ -122,34 +122,34 @@ void Preferences::updateUserDefaultFromDisk() {
       playingVideoSign.set("");
     }
     if (!isOpenPlayer.get()) {
-      turnOn(isOpenPlayer, suite.boolean(kIsOpenPlayer));
+      turnOn(isOpenPlayer, suite_.boolean(kIsOpenPlayer));
     }
     if (!isPlaying.get()) {
-      turnOn(isPlaying, suite.boolean(kIsPlaying));
+      turnOn(isPlaying, suite_.boolean(kIsPlaying));
     }
   }
-  applyIfDifferent(volume, suite.real(kVolume));
-  applyIfDifferent(mute, suite.boolean(kMute));
-  applyIfDifferent(alreadyImportVideo, suite.boolean(Key::alreadyImportVideo));
-  if (const bool stored = suite.boolean(kIsOpenPlayer); stored != isOpenPlayer.get()) {
+  applyIfDifferent(volume, suite_.real(kVolume));
+  applyIfDifferent(mute, suite_.boolean(kMute));
+  applyIfDifferent(alreadyImportVideo, suite_.boolean(Key::alreadyImportVideo));
+  if (const bool stored = suite_.boolean(kIsOpenPlayer); stored != isOpenPlayer.get()) {
     isOpenPlayer.apply(stored);
     if (isOpenPlayer.get()) {
-      turnOn(isPlaying, suite.boolean(kIsPlaying));
+      turnOn(isPlaying, suite_.boolean(kIsPlaying));
     }
   }
-  applyIfDifferent(isPlaying, suite.boolean(kIsPlaying));
-  applyIfDifferent(autolaunch, suite.boolean(kAutolaunch));
+  applyIfDifferent(isPlaying, suite_.boolean(kIsPlaying));
+  applyIfDifferent(autolaunch, suite_.boolean(kAutolaunch));
 }
 
 void Preferences::setLibraryWasEmptied() {
-  suite.setBoolean(kLibraryWasEmptied, true);
-  suite.synchronize();
+  suite_.setBoolean(kLibraryWasEmptied, true);
+  suite_.synchronize();
 }
 
 void Preferences::forgetPlayingVideoSign() {
   playingVideoSign.assign(std::nullopt);
-  suite.remove(Key::currentVideoSign);
-  suite.synchronize();
+  suite_.remove(Key::currentVideoSign);
+  suite_.synchronize();
 }
 
 }  // namespace quilex

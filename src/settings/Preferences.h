@@ -33,7 +33,7 @@ class Preferences {
   static Preferences& shared();
 
  private:
-  SettingsSuite& suite;
+  SettingsSuite& suite_;
 
  public:
   /// Raw value of VideoPlayerScreenType.
@@ -56,16 +56,16 @@ class Preferences {
   void updateUserDefaultFromDisk();
 
   /// Whether another process has chosen a video since the settings were last read. The next reading follows it.
-  bool isAnotherVideoChosen() const { return suite.string(Key::currentVideoSign) != playingVideoSign.get(); }
+  bool isAnotherVideoChosen() const { return suite_.string(Key::currentVideoSign) != playingVideoSign.get(); }
 
   /// Whether the library was emptied on purpose. Then there is no video that the settings could name.
-  bool libraryWasEmptied() const { return suite.boolean(settings::kLibraryWasEmptied); }
+  bool libraryWasEmptied() const { return suite_.boolean(settings::kLibraryWasEmptied); }
   void setLibraryWasEmptied();
   /// Names no video any more, without notifying: there is none that the observers could turn to.
   void forgetPlayingVideoSign();
 
  private:
-  Disposable reload;
+  Disposable reload_;
 };
 
 }  // namespace quilex

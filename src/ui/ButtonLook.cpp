@@ -10,37 +10,37 @@ constexpr Color kLightGray{170, 170, 170};
 }  // namespace
 
 void ButtonLook::setNormalColor(Color color) {
-  normal = color;
+  normal_ = color;
   setBackground(normalColor());
 }
 
 void ButtonLook::setTitleColor(Color color) {
-  title = color;
+  title_ = color;
   setBackground(normalColor());
 }
 
 void ButtonLook::setCustomBorder(bool custom) {
-  customBorder = custom;
-  if (!shownLayer) {
-    shownLayer.emplace();
+  customBorder_ = custom;
+  if (!shownLayer_) {
+    shownLayer_.emplace();
   }
-  shownLayer->borderWidth = kBorderWidth;
-  shownLayer->borderColor = kLightGray;
+  shownLayer_->borderWidth = kBorderWidth;
+  shownLayer_->borderColor = kLightGray;
 }
 
 void ButtonLook::setCornerRadius(double newRadius) {
-  radius = newRadius;
-  if (shownLayer) {
-    shownLayer->cornerRadius = radius;
-    shownLayer->masksToBounds = true;
+  radius_ = newRadius;
+  if (shownLayer_) {
+    shownLayer_->cornerRadius = radius_;
+    shownLayer_->masksToBounds = true;
   }
 }
 
 void ButtonLook::awakeFromNib() {
-  if (!shownLayer) {
-    shownLayer.emplace();
+  if (!shownLayer_) {
+    shownLayer_.emplace();
   }
-  setCornerRadius(radius);
+  setCornerRadius(radius_);
   setBackground(normalColor());
 }
 
@@ -49,7 +49,7 @@ void ButtonLook::mouseEntered() {
     return;
   }
   if (hoverImage) {
-    shownImage = hoverImage;
+    shownImage_ = hoverImage;
   }
   if (hoverColor) {
     setBackground(hoverColor);
@@ -61,7 +61,7 @@ void ButtonLook::mouseExited() {
     return;
   }
   if (normalImage) {
-    shownImage = normalImage;
+    shownImage_ = normalImage;
   }
   setBackground(normalColor());
 }
@@ -81,15 +81,15 @@ void ButtonLook::mouseDownEnded() {
 
 void ButtonLook::setSystemColors(SystemColors colors) {
   const Color before = normalColor();
-  system = colors;
-  if (shownLayer && shownLayer->backgroundColor == before) {
+  system_ = colors;
+  if (shownLayer_ && shownLayer_->backgroundColor == before) {
     setBackground(normalColor());
   }
 }
 
 void ButtonLook::setBackground(const std::optional<Color>& color) {
-  if (shownLayer) {
-    shownLayer->backgroundColor = color;
+  if (shownLayer_) {
+    shownLayer_->backgroundColor = color;
   }
 }
 

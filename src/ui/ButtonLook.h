@@ -37,7 +37,7 @@ class ButtonLook {
   /// Size of the title's system font in logical pixels; the title is centred.
   static constexpr double kTitleSize = 14.0;
 
-  explicit ButtonLook(SystemColors colors) : system(colors) {}
+  explicit ButtonLook(SystemColors colors) : system_(colors) {}
 
   // Properties that take effect with the next event
 
@@ -53,15 +53,15 @@ class ButtonLook {
   // Properties that take effect at once, on a layer only where there is one
 
   /// The resting background; the system's text background until it is set.
-  Color normalColor() const { return normal.value_or(system.textBackground); }
+  Color normalColor() const { return normal_.value_or(system_.textBackground); }
   void setNormalColor(Color color);
   /// Sets the resting background too. The system's label colour until it is set.
-  Color titleColor() const { return title.value_or(system.label); }
+  Color titleColor() const { return title_.value_or(system_.label); }
   void setTitleColor(Color color);
-  bool isCustomBorder() const { return customBorder; }
+  bool isCustomBorder() const { return customBorder_; }
   /// Any assignment makes the layer and gives it a thin border for good.
   void setCustomBorder(bool custom);
-  double cornerRadius() const { return radius; }
+  double cornerRadius() const { return radius_; }
   void setCornerRadius(double newRadius);
 
   // Events
@@ -79,20 +79,20 @@ class ButtonLook {
   // What shows
 
   /// None until the button awakes or has a border.
-  const std::optional<Layer>& layer() const { return shownLayer; }
+  const std::optional<Layer>& layer() const { return shownLayer_; }
   /// The image that the last event put on the button; none leaves the button's own.
-  const Picture& image() const { return shownImage; }
+  const Picture& image() const { return shownImage_; }
 
  private:
   void setBackground(const std::optional<Color>& color);
 
-  SystemColors system;
-  std::optional<Color> normal;
-  std::optional<Color> title;
-  bool customBorder = false;
-  double radius = 5.0;
-  std::optional<Layer> shownLayer;
-  Picture shownImage;
+  SystemColors system_;
+  std::optional<Color> normal_;
+  std::optional<Color> title_;
+  bool customBorder_ = false;
+  double radius_ = 5.0;
+  std::optional<Layer> shownLayer_;
+  Picture shownImage_;
 };
 
 }  // namespace quilex

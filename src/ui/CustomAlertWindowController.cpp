@@ -4,35 +4,36 @@
 
 namespace quilex {
 
-CustomAlertWindowController::CustomAlertWindowController(LoadInterfaceFile load) : loadInterfaceFile(std::move(load)) {}
+CustomAlertWindowController::CustomAlertWindowController(LoadInterfaceFile load)
+    : loadInterfaceFile_(std::move(load)) {}
 
 void CustomAlertWindowController::loadWindow() {
-  window = loadInterfaceFile("CustomAlertWindowController");
-  if (window) {
-    titleLabel = window->textField("titleLabel");
-    infoLabel = window->textField("infoLabel");
+  window_ = loadInterfaceFile_("CustomAlertWindowController");
+  if (window_) {
+    titleLabel = window_->textField("titleLabel");
+    infoLabel = window_->textField("infoLabel");
     windowDidLoad();
   }
 }
 
 void CustomAlertWindowController::windowDidLoad() {
-  if (PushButton* button = window->button("okButton")) {
+  if (PushButton* button = window_->button("okButton")) {
     button->setAction([this] { ok(); });
   }
   for (const auto button :
        {StandardWindowButton::miniaturize, StandardWindowButton::fullScreen, StandardWindowButton::zoom}) {
-    window->hideStandardButton(button);
+    window_->hideStandardButton(button);
   }
 }
 
 void CustomAlertWindowController::showWindow() {
-  if (window) {
-    window->show(InterfaceWindow::Keyboard::comes);
+  if (window_) {
+    window_->show(InterfaceWindow::Keyboard::comes);
   }
 }
 
 void CustomAlertWindowController::ok() {
-  window->close();
+  window_->close();
 }
 
 }  // namespace quilex

@@ -13,7 +13,7 @@ class CustomAlertWindowController {
   explicit CustomAlertWindowController(LoadInterfaceFile load);
 
   /// False until `loadWindow` has found the interface file.
-  bool isWindowLoaded() const { return window != nullptr; }
+  bool isWindowLoaded() const { return window_ != nullptr; }
   void loadWindow();
   /// Brings the window to the front and gives it the keyboard; nothing happens without one.
   void showWindow();
@@ -23,8 +23,8 @@ class CustomAlertWindowController {
  private:
   void windowDidLoad();
 
-  LoadInterfaceFile loadInterfaceFile;
-  std::unique_ptr<InterfaceWindow> window;
+  LoadInterfaceFile loadInterfaceFile_;
+  std::unique_ptr<InterfaceWindow> window_;
 
  public:
   /// In the window, once it is loaded.

@@ -12,20 +12,20 @@ constexpr const char* kMainApplication = "com.dravo.quilex.macOS";
 }  // namespace
 
 StatusBarManager::StatusBarManager(Services theServices)
-    : services(std::move(theServices)),
-      openVideoTitle(localized("Open Video Wallpaper", "start/stop Video Desktop")),
-      closeVideoTitle(localized("Close Video Wallpaper", "start/stop Video Desktop")),
-      playTitle(localized("Play", "play/pause")),
-      pauseTitle(localized("Pause", "pause play")) {}
+    : services_(std::move(theServices)),
+      openVideoTitle_(localized("Open Video Wallpaper", "start/stop Video Desktop")),
+      closeVideoTitle_(localized("Close Video Wallpaper", "start/stop Video Desktop")),
+      playTitle_(localized("Play", "play/pause")),
+      pauseTitle_(localized("Pause", "pause play")) {}
 
 StatusBarManager::~StatusBarManager() {
-  observersDispose.clear();
+  observersDispose_.clear();
 }
 
 void StatusBarManager::buildStatusMenu() {
-  screenObservations.push_back(services.windowServer.observeScreens([this] { screenDidChanged(); }));
-  observersDispose.push_back(
-      services.preferences.isPlaying.observe([this](bool playing) { isPlayingChanged(playing); }));
+  screenObservations_.push_back(services_.windowServer.observeScreens([this] { screenDidChanged(); }));
+  observersDispose_.push_back(
+      services_.preferences.isPlaying.observe([this](bool playing) { isPlayingChanged(playing); }));
   statusItem().setTemplateImage("quilex_statusBar");
 
   const Item mainWindow =
@@ -38,17 +38,17 @@ void StatusBarManager::buildStatusMenu() {
 
   const auto screenMenu = std::make_shared<Menu>(localized("Screen", "title"));
   screenList();
-  lonely().setSubmenu(lonelyMenu);
+  lonely().setSubmenu(lonelyMenu_);
   combo();
   dynamic();
-  for (const Item& item : {comboItem, dynamicItem, lonelyItem}) {
+  for (const Item& item : {comboItem_, dynamicItem_, lonelyItem_}) {
     screenMenu->addItem(item);
   }
   markArrangement();
 
   const auto menu = std::make_shared<Menu>();
   menu->addItem(mainWindow);
-  const auto version = std::make_shared<MenuItem>(services.displayVersion);
+  const auto version = std::make_shared<MenuItem>(services_.displayVersion);
   version->setEnabled(false);
   menu->addItem(version);
   menu->addItem(makeItem(localized("Check for Updates...", "Check Update"), &StatusBarManager::checkUpdates));
@@ -57,11 +57,11 @@ void StatusBarManager::buildStatusMenu() {
   playPause();
   hideDesktopIcon();
   muting();
-  for (const Item& item : {toggleVideoDestopItem, playPauseItem, hideDesktopIconItem, muteItem}) {
+  for (const Item& item : {toggleVideoDestopItem_, playPauseItem_, hideDesktopIconItem_, muteItem_}) {
     menu->addItem(item);
   }
   menu->addItem(MenuItem::separatorItem());
-  if (services.windowServer.screens().size() > 1) {
+  if (services_.windowServer.screens().size() > 1) {
     screen->setSubmenu(screenMenu);
     menu->addItem(screen);
   }
@@ -72,18 +72,18 @@ void StatusBarManager::buildStatusMenu() {
 }
 
 void StatusBarManager::observeSettings() {
-  Preferences& preferences = services.preferences;
-  observersDispose.push_back(preferences.mute.observe([this](bool mute) { muting().setState(mute); }));
-  observersDispose.push_back(
+  Preferences& preferences = services_.preferences;
+  observersDispose_.push_back(preferences.mute.observe([this](bool mute) { muting().setState(mute); }));
+  observersDispose_.push_back(
       preferences.monitorArrange.observe([this](std::int64_t raw) { monitorArrangeChanged(raw); }));
-  observersDispose.push_back(
+  observersDispose_.push_back(
       preferences.screenIndex.observe([this](std::int64_t index) { screenIndexChanged(index); }));
-  observersDispose.push_back(preferences.isOpenPlayer.observe([this](bool open) { isOpenPlayerChanged(open); }));
+  observersDispose_.push_back(preferences.isOpenPlayer.observe([this](bool open) { isOpenPlayerChanged(open); }));
 }
 
 void StatusBarManager::removeStatusMenu() {
   statusItem().setMenu(nullptr);
-  observersDispose.clear();
+  observersDispose_.clear();
 }
 
 // Items and marks
@@ -99,87 +99,88 @@ StatusBarManager::Item StatusBarManager::makeItem(std::string title, void (Statu
 }
 
 StatusItem& StatusBarManager::statusItem() {
-  if (!barItem) {
-    barItem = services.makeStatusItem();
+  if (!barItem_) {
+    barItem_ = services_.makeStatusItem();
   }
-  return *barItem;
+  return *barItem_;
 }
 
 MenuItem& StatusBarManager::toggleVideoDestop() {
-  if (!toggleVideoDestopItem) {
-    toggleVideoDestopItem =
-        std::make_shared<MenuItem>(services.preferences.isOpenPlayer.get() ? closeVideoTitle : openVideoTitle,
+  if (!toggleVideoDestopItem_) {
+    toggleVideoDestopItem_ =
+        std::make_shared<MenuItem>(services_.preferences.isOpenPlayer.get() ? closeVideoTitle_ : openVideoTitle_,
                                    [this](MenuItem&) { toggleVideoDesktop(); });
   }
-  return *toggleVideoDestopItem;
+  return *toggleVideoDestopItem_;
 }
 
 MenuItem& StatusBarManager::playPause() {
-  if (!playPauseItem) {
-    playPauseItem = std::make_shared<MenuItem>(services.preferences.isPlaying.get() ? pauseTitle : playTitle,
-                                               [this](MenuItem& sender) { playPauseAction(sender); });
-    playPauseItem->setEnabled(services.preferences.isOpenPlayer.get());
+  if (!playPauseItem_) {
+    playPauseItem_ = std::make_shared<MenuItem>(services_.preferences.isPlaying.get() ? pauseTitle_ : playTitle_,
+                                                [this](MenuItem& sender) { playPauseAction(sender); });
+    playPauseItem_->setEnabled(services_.preferences.isOpenPlayer.get());
   }
-  return *playPauseItem;
+  return *playPauseItem_;
 }
 
 MenuItem& StatusBarManager::hideDesktopIcon() {
-  if (!hideDesktopIconItem) {
-    hideDesktopIconItem =
+  if (!hideDesktopIconItem_) {
+    hideDesktopIconItem_ =
         makeItem(localized("Hide Desktop Icon", "hide desktop icon"), &StatusBarManager::hideDesktopIconAction);
-    hideDesktopIconItem->setCheckable(true);
-    hideDesktopIconItem->setEnabled(services.preferences.isOpenPlayer.get());
+    hideDesktopIconItem_->setCheckable(true);
+    hideDesktopIconItem_->setEnabled(services_.preferences.isOpenPlayer.get());
   }
-  return *hideDesktopIconItem;
+  return *hideDesktopIconItem_;
 }
 
 MenuItem& StatusBarManager::muting() {
-  if (!muteItem) {
-    muteItem = makeItem(localized("Mute", "Mute desktop video"), &StatusBarManager::mutePlayerViewAction);
-    muteItem->setCheckable(true);
+  if (!muteItem_) {
+    muteItem_ = makeItem(localized("Mute", "Mute desktop video"), &StatusBarManager::mutePlayerViewAction);
+    muteItem_->setCheckable(true);
     // The player's own state, not the setting.
-    muteItem->setState(services.videoPlayerManager.isMuted());
+    muteItem_->setState(services_.videoPlayerManager.isMuted());
   }
-  return *muteItem;
+  return *muteItem_;
 }
 
 MenuItem& StatusBarManager::combo() {
-  if (!comboItem) {
-    comboItem = makeItem(localized("Integration", "make up all monitors into one player"),
-                         &StatusBarManager::changeMonitorArray);
-    comboItem->setCheckable(true);
+  if (!comboItem_) {
+    comboItem_ = makeItem(localized("Integration", "make up all monitors into one player"),
+                          &StatusBarManager::changeMonitorArray);
+    comboItem_->setCheckable(true);
   }
-  return *comboItem;
+  return *comboItem_;
 }
 
 MenuItem& StatusBarManager::dynamic() {
-  if (!dynamicItem) {
-    dynamicItem = makeItem(localized("Mirror", "each monitor has same content"), &StatusBarManager::changeMonitorArray);
-    dynamicItem->setCheckable(true);
+  if (!dynamicItem_) {
+    dynamicItem_ =
+        makeItem(localized("Mirror", "each monitor has same content"), &StatusBarManager::changeMonitorArray);
+    dynamicItem_->setCheckable(true);
   }
-  return *dynamicItem;
+  return *dynamicItem_;
 }
 
 MenuItem& StatusBarManager::lonely() {
-  if (!lonelyItem) {
-    lonelyItem = std::make_shared<MenuItem>(localized("Single", "Only play on one monitor"));
-    lonelyItem->setCheckable(true);
+  if (!lonelyItem_) {
+    lonelyItem_ = std::make_shared<MenuItem>(localized("Single", "Only play on one monitor"));
+    lonelyItem_->setCheckable(true);
   }
-  return *lonelyItem;
+  return *lonelyItem_;
 }
 
 Menu& StatusBarManager::screenList() {
-  if (!lonelyMenu) {
-    lonelyMenu = std::make_shared<Menu>(localized("Single", "Only play on one monitor"));
+  if (!lonelyMenu_) {
+    lonelyMenu_ = std::make_shared<Menu>(localized("Single", "Only play on one monitor"));
     screenDidChanged();
   }
-  return *lonelyMenu;
+  return *lonelyMenu_;
 }
 
 void StatusBarManager::screenDidChanged() {
   Menu& menu = screenList();
   menu.removeAllItems();
-  const int count = static_cast<int>(services.windowServer.screens().size());
+  const int count = static_cast<int>(services_.windowServer.screens().size());
   for (int index = 0; index < count; ++index) {
     const std::string number = std::to_string(index + 1);
     auto item = std::make_shared<MenuItem>(
@@ -193,7 +194,7 @@ void StatusBarManager::screenDidChanged() {
 
 void StatusBarManager::markChosenScreen() {
   const auto& items = screenList().itemArray();
-  const std::int64_t index = services.videoPlayerManager.screenIndex;
+  const std::int64_t index = services_.videoPlayerManager.screenIndex;
   if (!items.empty()) {
     const bool exists = index >= 0 && index < static_cast<std::int64_t>(items.size());
     items[exists ? static_cast<std::size_t>(index) : 0]->setState(true);
@@ -202,7 +203,7 @@ void StatusBarManager::markChosenScreen() {
 
 // Marks are only turned on here, and "Single" gets its own from the setting's observer alone.
 void StatusBarManager::markArrangement() {
-  switch (services.videoPlayerManager.screenType) {
+  switch (services_.videoPlayerManager.screenType) {
     case VideoPlayerScreenType::dynamic:
       dynamic().setState(true);
       break;
@@ -218,7 +219,7 @@ void StatusBarManager::markArrangement() {
 // What the settings tell
 
 void StatusBarManager::isPlayingChanged(bool playing) {
-  playPause().setTitle(playing ? pauseTitle : playTitle);
+  playPause().setTitle(playing ? pauseTitle_ : playTitle_);
 }
 
 void StatusBarManager::monitorArrangeChanged(std::int64_t raw) {
@@ -238,17 +239,17 @@ void StatusBarManager::screenIndexChanged(std::int64_t index) {
 }
 
 void StatusBarManager::isOpenPlayerChanged(bool open) {
-  toggleVideoDestop().setTitle(open ? closeVideoTitle : openVideoTitle);
+  toggleVideoDestop().setTitle(open ? closeVideoTitle_ : openVideoTitle_);
   hideDesktopIcon().setEnabled(open);
   playPause().setEnabled(open);
   if (open) {
     return;
   }
-  desktopIconIsHiden = false;
-  services.videoPlayerManager.isHideDesktopIcon = false;
+  desktopIconIsHiden_ = false;
+  services_.videoPlayerManager.isHideDesktopIcon = false;
   // An observer that was told earlier may have opened the player again.
-  if (services.preferences.isOpenPlayer.get()) {
-    for (const auto& window : services.videoPlayerManager.windowList()) {
+  if (services_.preferences.isOpenPlayer.get()) {
+    for (const auto& window : services_.videoPlayerManager.windowList()) {
       window->setLevel(WindowLevel::desktopIcon);
       window->orderBack();
     }
@@ -259,30 +260,30 @@ void StatusBarManager::isOpenPlayerChanged(bool open) {
 // What the user chooses
 
 void StatusBarManager::showMainWindowMenuItemAction() {
-  services.workspace.launchApplication(kMainApplication);
+  services_.workspace.launchApplication(kMainApplication);
 }
 
 void StatusBarManager::checkUpdates() {
-  if (services.checkUpdates) {
-    services.checkUpdates();
+  if (services_.checkUpdates) {
+    services_.checkUpdates();
   }
 }
 
 void StatusBarManager::toggleVideoDesktop() {
-  auto& isOpenPlayer = services.preferences.isOpenPlayer;
+  auto& isOpenPlayer = services_.preferences.isOpenPlayer;
   if (isOpenPlayer.get()) {
-    services.videoPlayerManager.close();
+    services_.videoPlayerManager.close();
   } else {
-    services.videoPlayerManager.playCurrent();
+    services_.videoPlayerManager.playCurrent();
   }
   isOpenPlayer.set(!isOpenPlayer.get());
 }
 
 void StatusBarManager::playPauseAction(MenuItem& sender) {
-  auto& isPlaying = services.preferences.isPlaying;
+  auto& isPlaying = services_.preferences.isPlaying;
   if (isPlaying.get()) {
     sender.setTitle(localized("Play", "pause play"));
-    services.videoPlayerManager.player().pause();
+    services_.videoPlayerManager.player().pause();
   } else {
     sender.setTitle(localized("Pause", "play"));
     goOnPlaying();
@@ -291,43 +292,43 @@ void StatusBarManager::playPauseAction(MenuItem& sender) {
 }
 
 void StatusBarManager::hideDesktopIconAction() {
-  desktopIconIsHiden = !desktopIconIsHiden;
-  services.videoPlayerManager.setHideDesktopIcon(desktopIconIsHiden);
-  hideDesktopIcon().setState(desktopIconIsHiden);
+  desktopIconIsHiden_ = !desktopIconIsHiden_;
+  services_.videoPlayerManager.setHideDesktopIcon(desktopIconIsHiden_);
+  hideDesktopIcon().setState(desktopIconIsHiden_);
 }
 
 void StatusBarManager::mutePlayerViewAction(MenuItem& sender) {
   const bool mute = !sender.state();
-  services.videoPlayerManager.setMuted(mute);
+  services_.videoPlayerManager.setMuted(mute);
   sender.setState(mute);
-  services.preferences.mute.set(mute);
+  services_.preferences.mute.set(mute);
 }
 
 void StatusBarManager::changeMonitorArray(MenuItem& sender) {
-  const bool isCombo = &sender == comboItem.get();
-  VideoPlayerManager& manager = services.videoPlayerManager;
+  const bool isCombo = &sender == comboItem_.get();
+  VideoPlayerManager& manager = services_.videoPlayerManager;
   manager.screenType = isCombo ? VideoPlayerScreenType::combo : VideoPlayerScreenType::dynamic;
   manager.screenIndex = 0;
   manager.relayout();
-  services.preferences.monitorArrange.set(isCombo ? 0 : 1);
+  services_.preferences.monitorArrange.set(isCombo ? 0 : 1);
 }
 
 void StatusBarManager::changeScreenIndex(MenuItem& sender) {
-  VideoPlayerManager& manager = services.videoPlayerManager;
+  VideoPlayerManager& manager = services_.videoPlayerManager;
   const int index = sender.tag();
   manager.screenType = VideoPlayerScreenType::lonely;
   manager.screenIndex = index;
   manager.relayout();
-  services.preferences.monitorArrange.set(2);
-  services.preferences.screenIndex.set(index);
+  services_.preferences.monitorArrange.set(2);
+  services_.preferences.screenIndex.set(index);
 }
 
 void StatusBarManager::quitMenuItemAction() {
-  services.workspace.terminate();
+  services_.workspace.terminate();
 }
 
 void StatusBarManager::showLocalFileWindow() {
-  services.workspace.showOpenPanel({"mp4", "mov"}, [this](bool chosen) {
+  services_.workspace.showOpenPanel({"mp4", "mov"}, [this](bool chosen) {
     if (chosen) {
       goOnPlaying();
     }
@@ -335,13 +336,13 @@ void StatusBarManager::showLocalFileWindow() {
 }
 
 void StatusBarManager::uploadPlayerView() {
-  services.videoPlayerManager.applyLevelAndOrder();
+  services_.videoPlayerManager.applyLevelAndOrder();
 }
 
 void StatusBarManager::goOnPlaying() {
   uploadPlayerView();
-  services.videoPlayerManager.player().play();
-  services.videoPlayerManager.syncSign();
+  services_.videoPlayerManager.player().play();
+  services_.videoPlayerManager.syncSign();
 }
 
 }  // namespace quilex

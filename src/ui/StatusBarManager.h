@@ -60,7 +60,7 @@ class StatusBarManager {
  private:
   using Item = std::shared_ptr<MenuItem>;
 
-  std::string localized(const char* english, const char* comment) const { return services.localize(english, comment); }
+  std::string localized(const char* english, const char* comment) const { return services_.localize(english, comment); }
   Item makeItem(std::string title, void (StatusBarManager::*action)(), const char* key = "");
   Item makeItem(std::string title, void (StatusBarManager::*action)(MenuItem&));
   void observeSettings();
@@ -93,25 +93,25 @@ class StatusBarManager {
   void quitMenuItemAction();
   void goOnPlaying();
 
-  Services services;
-  bool desktopIconIsHiden = false;
-  std::unique_ptr<StatusItem> barItem;
-  const std::string openVideoTitle;
-  const std::string closeVideoTitle;
-  const std::string playTitle;
-  const std::string pauseTitle;
+  Services services_;
+  bool desktopIconIsHiden_ = false;
+  std::unique_ptr<StatusItem> barItem_;
+  const std::string openVideoTitle_;
+  const std::string closeVideoTitle_;
+  const std::string playTitle_;
+  const std::string pauseTitle_;
   // Made on first use.
-  Item toggleVideoDestopItem;
-  Item playPauseItem;
-  Item hideDesktopIconItem;
-  Item muteItem;
-  Item comboItem;
-  Item dynamicItem;
-  Item lonelyItem;
-  std::shared_ptr<Menu> lonelyMenu;
-  std::vector<Disposable> screenObservations;
+  Item toggleVideoDestopItem_;
+  Item playPauseItem_;
+  Item hideDesktopIconItem_;
+  Item muteItem_;
+  Item comboItem_;
+  Item dynamicItem_;
+  Item lonelyItem_;
+  std::shared_ptr<Menu> lonelyMenu_;
+  std::vector<Disposable> screenObservations_;
   /// Of the five settings that the menu shows.
-  std::vector<Disposable> observersDispose;
+  std::vector<Disposable> observersDispose_;
 };
 
 }  // namespace quilex

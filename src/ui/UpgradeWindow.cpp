@@ -9,20 +9,20 @@ namespace quilex {
 
 UpgradeWindow::UpgradeWindow(std::unique_ptr<InterfaceWindow> panel, const UpgradeWindowController& windowController,
                              Workspace& theWorkspace)
-    : content(std::move(panel)), controller(windowController), workspace(theWorkspace) {
-  if (PushButton* button = content->button("closeButton")) {
+    : content_(std::move(panel)), controller_(windowController), workspace_(theWorkspace) {
+  if (PushButton* button = content_->button("closeButton")) {
     button->setAction([this] { performClose(); });
   }
 }
 
 void UpgradeWindow::show() {
-  content->show(canBecomeKeyWindow() ? InterfaceWindow::Keyboard::comes : InterfaceWindow::Keyboard::stays);
+  content_->show(canBecomeKeyWindow() ? InterfaceWindow::Keyboard::comes : InterfaceWindow::Keyboard::stays);
 }
 
 void UpgradeWindow::openUpdate() {
-  if (controller.upgradeInfo) {
-    if (const auto url = URL::parse(controller.upgradeInfo->url)) {
-      workspace.openURL(url->string());
+  if (controller_.upgradeInfo) {
+    if (const auto url = URL::parse(controller_.upgradeInfo->url)) {
+      workspace_.openURL(url->string());
     }
   }
   close();

@@ -22,18 +22,18 @@ class UpgradeWindow {
   static constexpr bool canBecomeKeyWindow() { return true; }
   static constexpr bool canBecomeMainWindow() { return true; }
 
-  InterfaceWindow& panel() { return *content; }
+  InterfaceWindow& panel() { return *content_; }
   void show();
-  void close() { content->close(); }
+  void close() { content_->close(); }
   /// Opens the offer's address, if it is one, and closes the panel in any case.
   void openUpdate();
   /// Closes the panel at once.
   void performClose();
 
  private:
-  std::unique_ptr<InterfaceWindow> content;
-  const UpgradeWindowController& controller;
-  Workspace& workspace;
+  std::unique_ptr<InterfaceWindow> content_;
+  const UpgradeWindowController& controller_;
+  Workspace& workspace_;
 };
 
 }  // namespace quilex

@@ -5,40 +5,40 @@
 namespace quilex {
 
 UpgradeWindowController::UpgradeWindowController(LoadInterfaceFile load, Localize theLocalize, Workspace& theWorkspace)
-    : loadInterfaceFile(std::move(load)), localize(std::move(theLocalize)), workspace(theWorkspace) {}
+    : loadInterfaceFile_(std::move(load)), localize_(std::move(theLocalize)), workspace_(theWorkspace) {}
 
 void UpgradeWindowController::showWindow() {
-  if (!panel) {
+  if (!panel_) {
     loadWindow();
   }
-  if (panel) {
-    panel->show();
+  if (panel_) {
+    panel_->show();
   }
 }
 
 void UpgradeWindowController::close() {
-  if (panel) {
-    panel->close();
+  if (panel_) {
+    panel_->close();
   }
 }
 
 void UpgradeWindowController::loadWindow() {
-  auto content = loadInterfaceFile("UpgradeWindowController");
+  auto content = loadInterfaceFile_("UpgradeWindowController");
   if (!content) {
     return;
   }
-  panel = std::make_unique<UpgradeWindow>(std::move(content), *this, workspace);
-  upgradeButton = panel->panel().button("upgradeButton");
-  infoLabel = panel->panel().textField("infoLabel");
+  panel_ = std::make_unique<UpgradeWindow>(std::move(content), *this, workspace_);
+  upgradeButton = panel_->panel().button("upgradeButton");
+  infoLabel = panel_->panel().textField("infoLabel");
   if (upgradeButton != nullptr) {
-    upgradeButton->setAction([this] { panel->openUpdate(); });
+    upgradeButton->setAction([this] { panel_->openUpdate(); });
   }
   windowDidLoad();
 }
 
 void UpgradeWindowController::windowDidLoad() {
-  panel->panel().setClearBackground();
-  panel->panel().setContents("upgrade_back_ground");
+  panel_->panel().setClearBackground();
+  panel_->panel().setContents("upgrade_back_ground");
   if (infoLabel == nullptr) {
     return;
   }

@@ -31,17 +31,17 @@ class UpgradeWindowController {
   void close();
 
   /// None until the window is loaded.
-  UpgradeWindow* window() { return panel.get(); }
+  UpgradeWindow* window() { return panel_.get(); }
 
  private:
   void loadWindow();
   void windowDidLoad();
-  std::string localized(const char* english, const char* comment) const { return localize(english, comment); }
+  std::string localized(const char* english, const char* comment) const { return localize_(english, comment); }
 
-  LoadInterfaceFile loadInterfaceFile;
-  Localize localize;
-  Workspace& workspace;
-  std::unique_ptr<UpgradeWindow> panel;
+  LoadInterfaceFile loadInterfaceFile_;
+  Localize localize_;
+  Workspace& workspace_;
+  std::unique_ptr<UpgradeWindow> panel_;
 
  public:
   /// In the window, once it is loaded.

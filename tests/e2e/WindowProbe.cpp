@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "linux/desktop/Desktop.h"
+#include "linux/DesktopChoice.h"
 #include "linux/player/MpvPlayer.h"
 #include "linux/toolkit/loop/QtRunLoop.h"
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   std::string refusal;
-  const auto desktop = quilex::Desktop::open(refusal);
+  const auto desktop = quilex::openDesktop(refusal);
   if (!desktop || argc != 2) {
     return 1;
   }

@@ -23,31 +23,31 @@ template <typename Window>
 class DesktopWindows {
  public:
   /// `settled` is called after each turn in which windows were shown, ordered or hidden.
-  DesktopWindows(RunLoop& loop, std::function<void()> settled) : runLoop(loop), afterSettling(std::move(settled)) {}
+  DesktopWindows(RunLoop& loop, std::function<void()> settled) : runLoop_(loop), afterSettling_(std::move(settled)) {}
   DesktopWindows(const DesktopWindows&) = delete;
   DesktopWindows& operator=(const DesktopWindows&) = delete;
 
   /// A window for which `suits` holds, or else what `make` makes. Everything must be gone before this is.
   template <typename Suits, typename Make>
   std::unique_ptr<WallpaperWindow> lend(const Suits& suits, const Make& make) {
-    const auto spare = std::ranges::find_if(givenUp, [&](const auto& window) { return suits(*window); });
+    const auto spare = std::ranges::find_if(givenUp_, [&](const auto& window) { return suits(*window); });
     std::unique_ptr<Window> window;
-    if (spare != givenUp.end()) {
+    if (spare != givenUp_.end()) {
       window = std::move(*spare);
-      givenUp.erase(spare);
+      givenUp_.erase(spare);
     } else {
       window = make();
-      windows.push_back(window.get());
+      windows_.push_back(window.get());
     }
     return std::make_unique<Loan>(*this, std::move(window));
   }
 
   /// All that are there, in no particular order.
-  const std::vector<Window*>& all() const { return windows; }
+  const std::vector<Window*>& all() const { return windows_; }
 
   void settleSoon() {
-    if (!settling) {
-      settling = runLoop.after(std::chrono::milliseconds(0), [this] { settle(); });
+    if (!settling_) {
+      settling_ = runLoop_.after(std::chrono::milliseconds(0), [this] { settle(); });
     }
   }
 
@@ -55,51 +55,51 @@ class DesktopWindows {
   /// What the core holds.
   class Loan : public WallpaperWindow {
    public:
-    Loan(DesktopWindows& lender, std::unique_ptr<Window> lent) : owner(lender), window(std::move(lent)) {}
+    Loan(DesktopWindows& lender, std::unique_ptr<Window> lent) : owner_(lender), window_(std::move(lent)) {}
     ~Loan() override {
-      window->orderOut();
-      owner.givenUp.push_back(std::move(window));
-      owner.settleSoon();
+      window_->orderOut();
+      owner_.givenUp_.push_back(std::move(window_));
+      owner_.settleSoon();
     }
     void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
-      window->setContent(std::move(view), std::move(click));
+      window_->setContent(std::move(view), std::move(click));
     }
     // The kind of the window is its level.
     void setLevel(WindowLevel /*level*/) override {}
     void orderBack() override { order(WindowOrder::back); }
     void orderFront() override { order(WindowOrder::front); }
     void orderOut() override {
-      window->orderOut();
-      owner.settleSoon();
+      window_->orderOut();
+      owner_.settleSoon();
     }
 
    private:
     void order(WindowOrder where) {
-      window->order(where);
-      owner.settleSoon();
+      window_->order(where);
+      owner_.settleSoon();
     }
 
-    DesktopWindows& owner;
-    std::unique_ptr<Window> window;
+    DesktopWindows& owner_;
+    std::unique_ptr<Window> window_;
   };
 
   void settle() {
-    settling.reset();
-    for (const auto& window : givenUp) {
-      std::erase(windows, window.get());
+    settling_.reset();
+    for (const auto& window : givenUp_) {
+      std::erase(windows_, window.get());
     }
-    givenUp.clear();
-    for (Window* window : windows) {
+    givenUp_.clear();
+    for (Window* window : windows_) {
       window->settle();
     }
-    afterSettling();
+    afterSettling_();
   }
 
-  RunLoop& runLoop;
-  std::function<void()> afterSettling;
-  std::vector<Window*> windows;
-  std::vector<std::unique_ptr<Window>> givenUp;
-  std::optional<Disposable> settling;
+  RunLoop& runLoop_;
+  std::function<void()> afterSettling_;
+  std::vector<Window*> windows_;
+  std::vector<std::unique_ptr<Window>> givenUp_;
+  std::optional<Disposable> settling_;
 };
 
 }  // namespace quilex

@@ -62,22 +62,22 @@ std::int64_t pixels(const AVStream* stream) {
 // What the decoders of the look for stream parameters may do.
 class DecoderLimits {
  public:
-  explicit DecoderLimits(unsigned int streams) : options(streams, nullptr) {
-    for (AVDictionary*& each : options) {
+  explicit DecoderLimits(unsigned int streams) : options_(streams, nullptr) {
+    for (AVDictionary*& each : options_) {
       av_dict_set_int(&each, "max_pixels", kMostPixels, 0);
     }
   }
   ~DecoderLimits() {
-    for (AVDictionary*& each : options) {
+    for (AVDictionary*& each : options_) {
       av_dict_free(&each);
     }
   }
   DecoderLimits(const DecoderLimits&) = delete;
   DecoderLimits& operator=(const DecoderLimits&) = delete;
-  AVDictionary** data() { return options.data(); }
+  AVDictionary** data() { return options_.data(); }
 
  private:
-  std::vector<AVDictionary*> options;
+  std::vector<AVDictionary*> options_;
 };
 
 // What libavformat reads from: the file, at a place of its own.
@@ -128,17 +128,17 @@ std::shared_ptr<const OpenFile> OpenFile::open(const std::filesystem::path& file
 }
 
 OpenFile::~OpenFile() {
-  close(descriptor);
+  close(descriptor_);
 }
 
 std::int64_t OpenFile::read(void* buffer, std::size_t bytes, std::int64_t offset) const {
-  const ssize_t count = pread(descriptor, buffer, bytes, offset);
+  const ssize_t count = pread(descriptor_, buffer, bytes, offset);
   return count < 0 ? -errno : count;
 }
 
 std::int64_t OpenFile::size() const {
   struct stat status = {};
-  return fstat(descriptor, &status) != 0 ? -errno : status.st_size;
+  return fstat(descriptor_, &status) != 0 ? -errno : status.st_size;
 }
 
 void MediaInput::Close::operator()(AVFormatContext* context) const {
@@ -152,7 +152,7 @@ void MediaInput::Close::operator()(AVFormatContext* context) const {
 }
 
 MediaInput::MediaInput(std::filesystem::path name, std::shared_ptr<const OpenFile> readFile, Interrupted check)
-    : path(std::move(name)), openFile(std::move(readFile)), interrupted(std::move(check)) {}
+    : path_(std::move(name)), openFile_(std::move(readFile)), interrupted_(std::move(check)) {}
 
 MediaInput::Opened MediaInput::open(const std::filesystem::path& file, Interrupted interrupted) {
   auto opened = OpenFile::open(file);
@@ -163,16 +163,16 @@ MediaInput::Opened MediaInput::open(const std::filesystem::path& file, Interrupt
 }
 
 MediaInput::Opened MediaInput::reopen() const {
-  MediaInput again(path, openFile, interrupted);
+  MediaInput again(path_, openFile_, interrupted_);
   const AVInputFormat* const mov = av_find_input_format("mov");
   // This format's header says all that the first packets would; to look at those takes decoding.
-  if (source->iformat == mov && again.openContext() >= 0 && again.source->iformat == mov &&
-      again.source->nb_streams == source->nb_streams) {
-    again.pictureIndex = pictureIndex;
-    again.soundIndex = soundIndex;
+  if (source_->iformat == mov && again.openContext() >= 0 && again.source_->iformat == mov &&
+      again.source_->nb_streams == source_->nb_streams) {
+    again.pictureIndex_ = pictureIndex_;
+    again.soundIndex_ = soundIndex_;
     return again;
   }
-  return read(MediaInput(path, openFile, interrupted));
+  return read(MediaInput(path_, openFile_, interrupted_));
 }
 
 MediaInput::Opened MediaInput::read(MediaInput input) {
@@ -180,7 +180,7 @@ MediaInput::Opened MediaInput::read(MediaInput input) {
     return Error{openFailure(error)};
   }
   // Before anything is decoded, and again with what the pictures themselves say.
-  AVFormatContext* context = input.source.get();
+  AVFormatContext* context = input.source_.get();
   const auto largest = [&] {
     const AVStream* found = nullptr;
     for (unsigned int index = 0; index < context->nb_streams; ++index) {
@@ -208,7 +208,7 @@ MediaInput::Opened MediaInput::read(MediaInput input) {
 
 int MediaInput::openContext() {
   AVFormatContext* context = avformat_alloc_context();
-  auto reader = std::make_unique<Reader>(Reader{openFile, interrupted});
+  auto reader = std::make_unique<Reader>(Reader{openFile_, interrupted_});
   auto* buffer = static_cast<unsigned char*>(av_malloc(kReadBufferBytes));
   AVIOContext* reading =
       avio_alloc_context(buffer, kReadBufferBytes, 0, reader.get(), Reader::read, nullptr, Reader::seek);
@@ -227,7 +227,7 @@ int MediaInput::openContext() {
   av_dict_set(&options, "format_whitelist", kMediaFormats, 0);
   av_dict_set(&options, "protocol_whitelist", "none", 0);
   // The name only helps to tell the formats that have no signature.
-  const int error = avformat_open_input(&context, path.c_str(), nullptr, &options);
+  const int error = avformat_open_input(&context, path_.c_str(), nullptr, &options);
   av_dict_free(&options);
   if (error < 0) {
     // The context is gone, but what it read from is not.
@@ -236,17 +236,17 @@ int MediaInput::openContext() {
     avio_context_free(&reading);
     return error;
   }
-  source.reset(context);
+  source_.reset(context);
   return 0;
 }
 
 std::string MediaInput::chooseStreams() {
-  pictureIndex = av_find_best_stream(source.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  pictureIndex_ = av_find_best_stream(source_.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
   // A cover that a sound file carries is no video.
-  if (pictureIndex < 0 || (picture()->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 || pixels(picture()) <= 0) {
+  if (pictureIndex_ < 0 || (picture()->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 || pixels(picture()) <= 0) {
     return "has no picture";
   }
-  soundIndex = av_find_best_stream(source.get(), AVMEDIA_TYPE_AUDIO, -1, pictureIndex, nullptr, 0);
+  soundIndex_ = av_find_best_stream(source_.get(), AVMEDIA_TYPE_AUDIO, -1, pictureIndex_, nullptr, 0);
   return {};
 }
 

@@ -36,8 +36,8 @@ class OpenFile {
   std::int64_t size() const;
 
  private:
-  explicit OpenFile(int openDescriptor) : descriptor(openDescriptor) {}
-  const int descriptor;
+  explicit OpenFile(int openDescriptor) : descriptor_(openDescriptor) {}
+  const int descriptor_;
 };
 
 /// A video file that libavformat reads through one descriptor and nothing else: whatever the file says, no other file
@@ -57,12 +57,12 @@ class MediaInput {
   /// The same open file, read from its start again.
   Opened reopen() const;
 
-  const std::shared_ptr<const OpenFile>& file() const { return openFile; }
-  AVFormatContext* context() const { return source.get(); }
+  const std::shared_ptr<const OpenFile>& file() const { return openFile_; }
+  AVFormatContext* context() const { return source_.get(); }
   /// The streams to be played.
-  AVStream* picture() const { return source->streams[pictureIndex]; }
+  AVStream* picture() const { return source_->streams[pictureIndex_]; }
   /// Null for a silent video.
-  AVStream* sound() const { return soundIndex >= 0 ? source->streams[soundIndex] : nullptr; }
+  AVStream* sound() const { return soundIndex_ >= 0 ? source_->streams[soundIndex_] : nullptr; }
   /// Quarter turns clockwise by which the pictures are turned for display, 0 to 3.
   int quarterTurns() const;
 
@@ -76,12 +76,12 @@ class MediaInput {
   int openContext();
   std::string chooseStreams();
 
-  std::filesystem::path path;
-  std::shared_ptr<const OpenFile> openFile;
-  Interrupted interrupted;
-  std::unique_ptr<AVFormatContext, Close> source;
-  int pictureIndex = -1;
-  int soundIndex = -1;
+  std::filesystem::path path_;
+  std::shared_ptr<const OpenFile> openFile_;
+  Interrupted interrupted_;
+  std::unique_ptr<AVFormatContext, Close> source_;
+  int pictureIndex_ = -1;
+  int soundIndex_ = -1;
 };
 
 }  // namespace quilex

@@ -145,8 +145,8 @@ void MediaStream::State::serveBytes(const OpenFile& source) {
 }
 
 MediaStream::MediaStream(std::filesystem::path file, Form wanted, bool repeats, std::function<void()> opened)
-    : state(std::make_shared<State>(std::move(file), wanted, repeats, std::move(opened))) {
-  std::thread([shared = state] { shared->run(); }).detach();
+    : state_(std::make_shared<State>(std::move(file), wanted, repeats, std::move(opened))) {
+  std::thread([shared = state_] { shared->run(); }).detach();
 }
 
 MediaStream::~MediaStream() {
@@ -154,70 +154,70 @@ MediaStream::~MediaStream() {
 }
 
 const MediaStream::Result* MediaStream::result() const {
-  const std::lock_guard guard(state->lock);
-  return state->result ? &*state->result : nullptr;
+  const std::lock_guard guard(state_->lock);
+  return state_->result ? &*state_->result : nullptr;
 }
 
 void MediaStream::setRepeating(bool repeats) {
-  const std::lock_guard guard(state->lock);
-  state->repeating = repeats;
-  state->changed.notify_all();
+  const std::lock_guard guard(state_->lock);
+  state_->repeating = repeats;
+  state_->changed.notify_all();
 }
 
 bool MediaStream::isStill() const {
-  const std::lock_guard guard(state->lock);
-  return state->still;
+  const std::lock_guard guard(state_->lock);
+  return state_->still;
 }
 
 void MediaStream::cancel() {
-  const std::lock_guard guard(state->lock);
-  state->cancelled = true;
-  state->opened = nullptr;
-  state->changed.notify_all();
+  const std::lock_guard guard(state_->lock);
+  state_->cancelled = true;
+  state_->opened = nullptr;
+  state_->changed.notify_all();
 }
 
 std::int64_t MediaStream::read(char* buffer, std::uint64_t bytes) {
-  std::unique_lock guard(state->lock);
-  if (state->form == Form::bytes && state->ahead.size() == state->taken && !state->broken) {
-    state->asked = bytes;
-    state->ended = false;
-    state->changed.notify_all();
+  std::unique_lock guard(state_->lock);
+  if (state_->form == Form::bytes && state_->ahead.size() == state_->taken && !state_->broken) {
+    state_->asked = bytes;
+    state_->ended = false;
+    state_->changed.notify_all();
   }
   const auto hasNews = [&] {
-    return state->cancelled || state->ended || state->broken || state->ahead.size() > state->taken;
+    return state_->cancelled || state_->ended || state_->broken || state_->ahead.size() > state_->taken;
   };
-  while (!state->changed.wait_for(guard, kPatience, hasNews)) {
-    if (!state->idle) {
-      state->broken = true;
+  while (!state_->changed.wait_for(guard, kPatience, hasNews)) {
+    if (!state_->idle) {
+      state_->broken = true;
     }
   }
-  const std::size_t count = std::min<std::size_t>(bytes, state->ahead.size() - state->taken);
-  if (state->cancelled || (count == 0 && state->broken)) {
+  const std::size_t count = std::min<std::size_t>(bytes, state_->ahead.size() - state_->taken);
+  if (state_->cancelled || (count == 0 && state_->broken)) {
     return -1;
   }
-  std::copy_n(state->ahead.data() + state->taken, count, buffer);
-  state->taken += count;
-  if (state->form == Form::bytes) {
-    state->place += static_cast<std::int64_t>(count);
+  std::copy_n(state_->ahead.data() + state_->taken, count, buffer);
+  state_->taken += count;
+  if (state_->form == Form::bytes) {
+    state_->place += static_cast<std::int64_t>(count);
   }
-  state->changed.notify_all();
+  state_->changed.notify_all();
   return static_cast<std::int64_t>(count);
 }
 
 std::int64_t MediaStream::seek(std::int64_t offset) {
-  const std::lock_guard guard(state->lock);
-  if (state->form != Form::bytes || offset < 0) {
+  const std::lock_guard guard(state_->lock);
+  if (state_->form != Form::bytes || offset < 0) {
     return -1;
   }
-  state->ahead.clear();
-  state->taken = 0;
-  state->place = offset;
+  state_->ahead.clear();
+  state_->taken = 0;
+  state_->place = offset;
   return offset;
 }
 
 std::int64_t MediaStream::size() const {
-  const std::lock_guard guard(state->lock);
-  return state->form == Form::bytes ? state->length : -1;
+  const std::lock_guard guard(state_->lock);
+  return state_->form == Form::bytes ? state_->length : -1;
 }
 
 }  // namespace quilex

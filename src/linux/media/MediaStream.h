@@ -57,7 +57,7 @@ class MediaStream {
 
  private:
   struct State;
-  std::shared_ptr<State> state;
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace quilex

@@ -82,7 +82,7 @@ void Remuxer::CloseOutput::operator()(AVFormatContext* context) const {
   avformat_free_context(context);
 }
 
-Remuxer::Remuxer(MediaInput source, Sink takeBytes) : input(std::move(source)), sink(std::move(takeBytes)) {}
+Remuxer::Remuxer(MediaInput source, Sink takeBytes) : input_(std::move(source)), sink_(std::move(takeBytes)) {}
 
 Remuxer::~Remuxer() = default;
 
@@ -92,34 +92,34 @@ std::unique_ptr<Remuxer> Remuxer::make(MediaInput source, Sink takeBytes) {
     return nullptr;
   }
   std::unique_ptr<Remuxer> remuxer(new Remuxer(std::move(source), std::move(takeBytes)));
-  remuxer->picture.in = remuxer->input.picture();
-  remuxer->sound.in = remuxer->input.sound();
-  if (remuxer->sound.in != nullptr && remuxer->sound.in->codecpar->codec_id == AV_CODEC_ID_VORBIS) {
-    const AVCodecParameters* parameters = remuxer->sound.in->codecpar;
-    remuxer->blocks.reset(av_vorbis_parse_init(parameters->extradata, parameters->extradata_size));
+  remuxer->picture_.in = remuxer->input_.picture();
+  remuxer->sound_.in = remuxer->input_.sound();
+  if (remuxer->sound_.in != nullptr && remuxer->sound_.in->codecpar->codec_id == AV_CODEC_ID_VORBIS) {
+    const AVCodecParameters* parameters = remuxer->sound_.in->codecpar;
+    remuxer->blocks_.reset(av_vorbis_parse_init(parameters->extradata, parameters->extradata_size));
   }
   return remuxer->lookAhead() && remuxer->writeHeader() ? std::move(remuxer) : nullptr;
 }
 
 // Finds the first picture.
 bool Remuxer::lookAhead() {
-  while (ahead.size() < kMostPacketsAhead) {
+  while (ahead_.size() < kMostPacketsAhead) {
     Packet packet(av_packet_alloc());
-    if (!packet || av_read_frame(input.context(), packet.get()) < 0) {
+    if (!packet || av_read_frame(input_.context(), packet.get()) < 0) {
       return false;
     }
     const AVPacket& read = *packet;
-    ahead.push_back(std::move(packet));
-    if (read.stream_index != picture.in->index) {
+    ahead_.push_back(std::move(packet));
+    if (read.stream_index != picture_.in->index) {
       continue;
     }
     if (!isShown(read) || read.pts == AV_NOPTS_VALUE) {
       return false;
     }
     if ((read.flags & AV_PKT_FLAG_KEY) != 0) {
-      firstPicture = read.pts;
-      passStart = av_rescale_q_rnd(kLeadSeconds, {1, 1}, picture.in->time_base, AV_ROUND_UP);
-      passEnd = passStart;
+      firstPicture_ = read.pts;
+      passStart_ = av_rescale_q_rnd(kLeadSeconds, {1, 1}, picture_.in->time_base, AV_ROUND_UP);
+      passEnd_ = passStart_;
       return true;
     }
   }
@@ -131,11 +131,11 @@ bool Remuxer::writeHeader() {
   if (avformat_alloc_output_context2(&context, nullptr, "nut", nullptr) < 0) {
     return false;
   }
-  output.reset(context);
+  output_.reset(context);
   auto* buffer = static_cast<unsigned char*>(av_malloc(kWriteBufferBytes));
-  context->pb = avio_alloc_context(buffer, kWriteBufferBytes, 1, &sink, nullptr, writeBytes, nullptr);
-  if (context->pb == nullptr || !addTrack(picture, input.picture()) ||
-      (sound.in != nullptr && !addTrack(sound, input.sound()))) {
+  context->pb = avio_alloc_context(buffer, kWriteBufferBytes, 1, &sink_, nullptr, writeBytes, nullptr);
+  if (context->pb == nullptr || !addTrack(picture_, input_.picture()) ||
+      (sound_.in != nullptr && !addTrack(sound_, input_.sound()))) {
     return false;
   }
   // Only its fourth version carries the samples that are to be skipped. Each packet is handed over at once; nothing is
@@ -151,7 +151,7 @@ bool Remuxer::writeHeader() {
 }
 
 bool Remuxer::addTrack(Track& track, AVStream* in) {
-  AVStream* out = avformat_new_stream(output.get(), nullptr);
+  AVStream* out = avformat_new_stream(output_.get(), nullptr);
   if (out == nullptr || avcodec_parameters_copy(out->codecpar, in->codecpar) < 0) {
     return false;
   }
@@ -160,7 +160,7 @@ bool Remuxer::addTrack(Track& track, AVStream* in) {
   out->time_base = isSound ? AVRational{1, in->codecpar->sample_rate} : in->time_base;
   out->avg_frame_rate = in->avg_frame_rate;
   out->r_frame_rate = in->r_frame_rate;
-  out->sample_aspect_ratio = av_guess_sample_aspect_ratio(input.context(), in, nullptr);
+  out->sample_aspect_ratio = av_guess_sample_aspect_ratio(input_.context(), in, nullptr);
   out->codecpar->sample_aspect_ratio = out->sample_aspect_ratio;
   track.in = in;
   track.out = out;
@@ -168,16 +168,16 @@ bool Remuxer::addTrack(Track& track, AVStream* in) {
 }
 
 Packet Remuxer::next() {
-  if (inMemory) {
-    return nextInMemory < memory.size() ? Packet(av_packet_clone(memory[nextInMemory++].get())) : nullptr;
+  if (inMemory_) {
+    return nextInMemory_ < memory_.size() ? Packet(av_packet_clone(memory_[nextInMemory_++].get())) : nullptr;
   }
   Packet packet;
-  if (!ahead.empty()) {
-    packet = std::move(ahead.front());
-    ahead.pop_front();
+  if (!ahead_.empty()) {
+    packet = std::move(ahead_.front());
+    ahead_.pop_front();
   } else {
     packet.reset(av_packet_alloc());
-    if (!packet || av_read_frame(input.context(), packet.get()) < 0) {
+    if (!packet || av_read_frame(input_.context(), packet.get()) < 0) {
       return nullptr;
     }
   }
@@ -186,32 +186,32 @@ Packet Remuxer::next() {
 }
 
 void Remuxer::keep(const AVPacket& packet) {
-  memoryBytes += static_cast<std::size_t>(packet.size) + sizeof packet;
-  if (memoryBytes <= kMostMemoryBytes) {
-    memory.emplace_back(av_packet_clone(&packet));
+  memoryBytes_ += static_cast<std::size_t>(packet.size) + sizeof packet;
+  if (memoryBytes_ <= kMostMemoryBytes) {
+    memory_.emplace_back(av_packet_clone(&packet));
   } else {
-    memory.clear();
+    memory_.clear();
   }
 }
 
 bool Remuxer::writePass() {
-  picturesInPass = 0;
-  nextSample = AV_NOPTS_VALUE;
-  soundEnd = 0;
+  picturesInPass_ = 0;
+  nextSample_ = AV_NOPTS_VALUE;
+  soundEnd_ = 0;
   while (Packet packet = next()) {
     bool written = true;
-    if (packet->stream_index == picture.in->index) {
+    if (packet->stream_index == picture_.in->index) {
       written = handlePicture(std::move(packet));
-    } else if (sound.in != nullptr && packet->stream_index == sound.in->index) {
+    } else if (sound_.in != nullptr && packet->stream_index == sound_.in->index) {
       measureSound(std::move(packet));
-      written = releaseSound(soundTime(passEnd));
+      written = releaseSound(soundTime(passEnd_));
     }
     if (!written) {
       return false;
     }
   }
-  isInLaterPass = true;
-  return picturesInPass > 0 && endPass() && rewind();
+  isInLaterPass_ = true;
+  return picturesInPass_ > 0 && endPass() && rewind();
 }
 
 bool Remuxer::handlePicture(Packet packet) {
@@ -219,49 +219,50 @@ bool Remuxer::handlePicture(Packet packet) {
     packet->pts = packet->dts;
   }
   // Pictures before the first one need others that are not there.
-  if (packet->pts == AV_NOPTS_VALUE || packet->pts < firstPicture || !isShown(*packet)) {
+  if (packet->pts == AV_NOPTS_VALUE || packet->pts < firstPicture_ || !isShown(*packet)) {
     return true;
   }
-  const std::int64_t shift = passStart - firstPicture;
+  const std::int64_t shift = passStart_ - firstPicture_;
   const std::int64_t start = packet->pts + shift;
   if (packet->duration > 0) {
-    lastDuration = packet->duration;
-  } else if (start > passEnd) {
-    lastDuration = start - passEnd;
+    lastDuration_ = packet->duration;
+  } else if (start > passEnd_) {
+    lastDuration_ = start - passEnd_;
   }
-  passEnd = std::max(passEnd, start + lastDuration);
-  ++picturesInPass;
-  const AVRational from = picture.in->time_base;
-  const AVRational to = picture.out->time_base;
+  passEnd_ = std::max(passEnd_, start + lastDuration_);
+  ++picturesInPass_;
+  const AVRational from = picture_.in->time_base;
+  const AVRational to = picture_.out->time_base;
   packet->pts = av_rescale_q(start, from, to);
   packet->dts = packet->dts == AV_NOPTS_VALUE ? packet->pts : av_rescale_q(packet->dts + shift, from, to);
   packet->duration = av_rescale_q(packet->duration, from, to);
-  return write(picture, *packet) && releaseSound(soundTime(passEnd));
+  return write(picture_, *packet) && releaseSound(soundTime(passEnd_));
 }
 
 // In samples, as all times of the sound.
 std::int64_t Remuxer::sampleCount(const AVPacket& packet) {
-  const AVStream& stream = *sound.in;
+  const AVStream& stream = *sound_.in;
   int exact = av_get_audio_frame_duration2(stream.codecpar, packet.size);
-  if (blocks) {
-    exact = av_vorbis_parse_frame(blocks.get(), packet.data, packet.size);
+  if (blocks_) {
+    exact = av_vorbis_parse_frame(blocks_.get(), packet.data, packet.size);
   }
   return exact > 0 ? exact : av_rescale_q(packet.duration, stream.time_base, {1, stream.codecpar->sample_rate});
 }
 
 std::int64_t Remuxer::soundTime(std::int64_t pictureTime) const {
-  return sound.in == nullptr ? 0
-                             : av_rescale_q(pictureTime, picture.in->time_base, {1, sound.in->codecpar->sample_rate});
+  return sound_.in == nullptr
+             ? 0
+             : av_rescale_q(pictureTime, picture_.in->time_base, {1, sound_.in->codecpar->sample_rate});
 }
 
 void Remuxer::measureSound(Packet packet) {
-  const int rate = sound.in->codecpar->sample_rate;
-  const bool isFirst = nextSample == AV_NOPTS_VALUE;
+  const int rate = sound_.in->codecpar->sample_rate;
+  const bool isFirst = nextSample_ == AV_NOPTS_VALUE;
   std::int64_t length = sampleCount(*packet);
-  std::int64_t start = nextSample;
+  std::int64_t start = nextSample_;
   if (packet->pts != AV_NOPTS_VALUE) {
     const std::int64_t stamped =
-        av_rescale_q(packet->pts, sound.in->time_base, {1, rate}) - soundTime(firstPicture) + soundTime(passStart);
+        av_rescale_q(packet->pts, sound_.in->time_base, {1, rate}) - soundTime(firstPicture_) + soundTime(passStart_);
     if (isFirst) {
       start = firstSample(*packet, stamped);
     } else if (std::abs(stamped - start) > rate / kLargestRounding) {
@@ -271,27 +272,27 @@ void Remuxer::measureSound(Packet packet) {
   if (start == AV_NOPTS_VALUE || length <= 0) {
     return;
   }
-  nextSample = start + length;
-  if (blocks && isFirst) {
+  nextSample_ = start + length;
+  if (blocks_ && isFirst) {
     // A decoder makes samples of this packet and the one before it: none at all in the first pass, and none that
     // belong to the file later.
-    nextSample = start;
+    nextSample_ = start;
     start -= length;
-    if (!isInLaterPass) {
+    if (!isInLaterPass_) {
       length = 0;
     }
   }
-  soundEnd = std::max(soundEnd, nextSample - skippedSamples(*packet).second);
-  heldBytes += static_cast<std::size_t>(packet->size);
-  heldSound.push_back({std::move(packet), start, length});
+  soundEnd_ = std::max(soundEnd_, nextSample_ - skippedSamples(*packet).second);
+  heldBytes_ += static_cast<std::size_t>(packet->size);
+  heldSound_.push_back({std::move(packet), start, length});
 }
 
 // Where the first packet of a pass begins: its samples before the first audible one are the decoder's to skip.
 std::int64_t Remuxer::firstSample(const AVPacket& packet, std::int64_t stamped) const {
-  const AVCodecParameters& parameters = *sound.in->codecpar;
+  const AVCodecParameters& parameters = *sound_.in->codecpar;
   const std::int64_t stated = skippedSamples(packet).first;
   const std::int64_t silent = stated > 0 ? stated : parameters.initial_padding;
-  const std::int64_t begin = soundTime(passStart);
+  const std::int64_t begin = soundTime(passStart_);
   // Sound that all but begins with the pictures is taken to do so, so that nothing is missing at the seam.
   const bool isMeantToBegin = std::abs(stamped + silent - begin) <= parameters.sample_rate / kLeastOffset;
   return isMeantToBegin ? begin - silent : stamped;
@@ -299,37 +300,37 @@ std::int64_t Remuxer::firstSample(const AVPacket& packet, std::int64_t stamped) 
 
 // Writes the held sound that ends before `until`, or that is too much to be held.
 bool Remuxer::releaseSound(std::int64_t until) {
-  while (!heldSound.empty()) {
-    Held& first = heldSound.front();
-    const bool isTooMuch = heldBytes > kMostHeldBytes || heldSound.size() > kMostPacketsAhead;
+  while (!heldSound_.empty()) {
+    Held& first = heldSound_.front();
+    const bool isTooMuch = heldBytes_ > kMostHeldBytes || heldSound_.size() > kMostPacketsAhead;
     if (first.start + first.length > until && !isTooMuch) {
       break;
     }
     if (!writeSound(first, INT64_MAX)) {
       return false;
     }
-    heldBytes -= static_cast<std::size_t>(first.packet->size);
-    heldSound.pop_front();
+    heldBytes_ -= static_cast<std::size_t>(first.packet->size);
+    heldSound_.pop_front();
   }
   return true;
 }
 
 // Writes what lies between the start of the pass and `end`.
 bool Remuxer::writeSound(Held& held, std::int64_t end) {
-  const std::int64_t begin = soundTime(passStart);
+  const std::int64_t begin = soundTime(passStart_);
   const std::int64_t after = held.start + held.length;
   const auto [atStart, atEnd] = skippedSamples(*held.packet);
   // What is skipped is decoded all the same: the first audible samples may need it.
-  if (held.start >= end || after < begin - sound.in->codecpar->sample_rate) {
+  if (held.start >= end || after < begin - sound_.in->codecpar->sample_rate) {
     return true;
   }
   skipSamples(*held.packet, std::clamp(begin - held.start, atStart, std::max(atStart, held.length)),
               std::clamp(after - end, atEnd, std::max(atEnd, held.length)));
-  const AVRational samples{1, sound.in->codecpar->sample_rate};
-  held.packet->pts = av_rescale_q(held.start, samples, sound.out->time_base);
+  const AVRational samples{1, sound_.in->codecpar->sample_rate};
+  held.packet->pts = av_rescale_q(held.start, samples, sound_.out->time_base);
   held.packet->dts = held.packet->pts;
-  held.packet->duration = av_rescale_q(held.length, samples, sound.out->time_base);
-  return write(sound, *held.packet);
+  held.packet->duration = av_rescale_q(held.length, samples, sound_.out->time_base);
+  return write(sound_, *held.packet);
 }
 
 // Writes two packets that bring an Opus decoder back to its first state. It predicts each packet from the one before,
@@ -343,10 +344,10 @@ bool Remuxer::writeReset() {
       return false;
     }
     std::copy(bytes.begin(), bytes.end(), packet->data);
-    skipSamples(*packet, sound.in->codecpar->sample_rate / 50, 0);
+    skipSamples(*packet, sound_.in->codecpar->sample_rate / 50, 0);
     packet->flags |= AV_PKT_FLAG_KEY;
-    packet->pts = packet->dts = sound.lastDecodingTime;
-    if (!write(sound, *packet)) {
+    packet->pts = packet->dts = sound_.lastDecodingTime;
+    if (!write(sound_, *packet)) {
       return false;
     }
   }
@@ -355,44 +356,44 @@ bool Remuxer::writeReset() {
 
 bool Remuxer::endPass() {
   // The last picture's duration is rounded as all timestamps are; at a constant rate the whole is known better.
-  const AVRational rate = picture.in->avg_frame_rate;
+  const AVRational rate = picture_.in->avg_frame_rate;
   if (rate.num > 0 && rate.den > 0) {
-    const std::int64_t whole = av_rescale_q(picturesInPass, av_inv_q(rate), picture.in->time_base);
-    if (std::abs(whole - (passEnd - passStart)) <= 1) {
-      passEnd = passStart + whole;
+    const std::int64_t whole = av_rescale_q(picturesInPass_, av_inv_q(rate), picture_.in->time_base);
+    if (std::abs(whole - (passEnd_ - passStart_)) <= 1) {
+      passEnd_ = passStart_ + whole;
     }
   }
-  if (sound.in != nullptr && !heldSound.empty()) {
-    const int samples = sound.in->codecpar->sample_rate;
-    if (soundEnd - soundTime(passEnd) > samples / 2) {
-      passEnd = av_rescale_q_rnd(soundEnd, {1, samples}, picture.in->time_base, AV_ROUND_UP);
+  if (sound_.in != nullptr && !heldSound_.empty()) {
+    const int samples = sound_.in->codecpar->sample_rate;
+    if (soundEnd_ - soundTime(passEnd_) > samples / 2) {
+      passEnd_ = av_rescale_q_rnd(soundEnd_, {1, samples}, picture_.in->time_base, AV_ROUND_UP);
     }
-    for (Held& each : heldSound) {
-      if (!writeSound(each, soundTime(passEnd))) {
+    for (Held& each : heldSound_) {
+      if (!writeSound(each, soundTime(passEnd_))) {
         return false;
       }
     }
   }
-  heldSound.clear();
-  heldBytes = 0;
-  passStart = passEnd;
-  return sound.in == nullptr || sound.in->codecpar->codec_id != AV_CODEC_ID_OPUS || writeReset();
+  heldSound_.clear();
+  heldBytes_ = 0;
+  passStart_ = passEnd_;
+  return sound_.in == nullptr || sound_.in->codecpar->codec_id != AV_CODEC_ID_OPUS || writeReset();
 }
 
 bool Remuxer::rewind() {
-  if (inMemory || !memory.empty()) {
-    inMemory = true;
-    nextInMemory = 0;
+  if (inMemory_ || !memory_.empty()) {
+    inMemory_ = true;
+    nextInMemory_ = 0;
     return true;
   }
-  auto again = input.reopen();
+  auto again = input_.reopen();
   if (std::holds_alternative<MediaInput::Error>(again)) {
     return false;
   }
-  input = std::get<MediaInput>(std::move(again));
-  picture.in = input.picture();
-  sound.in = sound.out != nullptr ? input.sound() : nullptr;
-  return sound.out == nullptr || sound.in != nullptr;
+  input_ = std::get<MediaInput>(std::move(again));
+  picture_.in = input_.picture();
+  sound_.in = sound_.out != nullptr ? input_.sound() : nullptr;
+  return sound_.out == nullptr || sound_.in != nullptr;
 }
 
 bool Remuxer::write(Track& track, AVPacket& packet) {
@@ -403,7 +404,7 @@ bool Remuxer::write(Track& track, AVPacket& packet) {
   track.lastDecodingTime = packet.dts;
   packet.stream_index = track.out->index;
   packet.pos = -1;
-  return av_write_frame(output.get(), &packet) >= 0;
+  return av_write_frame(output_.get(), &packet) >= 0;
 }
 
 }  // namespace quilex

@@ -38,7 +38,7 @@ class Remuxer {
   /// Writes all packets once more. False when the sink refused, or there is nothing that could be written.
   bool writePass();
   /// Whether the pass that was written last had a single picture and no sound.
-  bool isStill() const { return picturesInPass == 1 && sound.in == nullptr; }
+  bool isStill() const { return picturesInPass_ == 1 && sound_.in == nullptr; }
 
  private:
   struct FreeBlocks {
@@ -81,33 +81,33 @@ class Remuxer {
 
   std::int64_t soundTime(std::int64_t pictureTime) const;
 
-  MediaInput input;
-  Sink sink;
-  Track picture;
-  Track sound;
-  std::unique_ptr<AVFormatContext, CloseOutput> output;
+  MediaInput input_;
+  Sink sink_;
+  Track picture_;
+  Track sound_;
+  std::unique_ptr<AVFormatContext, CloseOutput> output_;
 
   /// Packets that were read to look at them, then those of a whole pass where they are few.
-  std::deque<Packet> ahead;
-  std::vector<Packet> memory;
-  std::size_t memoryBytes = 0;
-  bool inMemory = false;
-  std::size_t nextInMemory = 0;
+  std::deque<Packet> ahead_;
+  std::vector<Packet> memory_;
+  std::size_t memoryBytes_ = 0;
+  bool inMemory_ = false;
+  std::size_t nextInMemory_ = 0;
 
   /// Where the first picture of the file stands, and where it stands in the pass that is written.
-  std::int64_t firstPicture = AV_NOPTS_VALUE;
-  std::int64_t passStart = 0;
+  std::int64_t firstPicture_ = AV_NOPTS_VALUE;
+  std::int64_t passStart_ = 0;
   /// Of the pass that is written: its end as far as known, and how many pictures it has so far.
-  std::int64_t passEnd = 0;
-  int picturesInPass = 0;
-  std::int64_t lastDuration = 0;
-  std::deque<Held> heldSound;
-  std::size_t heldBytes = 0;
-  std::int64_t nextSample = AV_NOPTS_VALUE;
+  std::int64_t passEnd_ = 0;
+  int picturesInPass_ = 0;
+  std::int64_t lastDuration_ = 0;
+  std::deque<Held> heldSound_;
+  std::size_t heldBytes_ = 0;
+  std::int64_t nextSample_ = AV_NOPTS_VALUE;
   /// Vorbis packets hold as many samples as they and their predecessors say.
-  std::unique_ptr<AVVorbisParseContext, FreeBlocks> blocks;
-  bool isInLaterPass = false;
-  std::int64_t soundEnd = 0;
+  std::unique_ptr<AVVorbisParseContext, FreeBlocks> blocks_;
+  bool isInLaterPass_ = false;
+  std::int64_t soundEnd_ = 0;
 };
 
 }  // namespace quilex

@@ -114,26 +114,26 @@ double cubicVolume(float amplitude) {
 }
 
 MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
-    : videoOutput(output),
-      report(statusReport),
-      core(makeCore()),
-      coreReport(core.get(), output, statusReport),
-      sound(core.get()),
-      wakeup([this] { drainEvents(); }),
-      streamOpened([this] { handOver(); }) {
-  patience.setSingleShot(true);
-  retry.setSingleShot(true);
-  QObject::connect(&retry, &QTimer::timeout, &retry, [this] { load(); });
-  QObject::connect(&patience, &QTimer::timeout, &patience, [this] { refuse("its file system does not answer"); });
+    : videoOutput_(output),
+      report_(statusReport),
+      core_(makeCore()),
+      coreReport_(core_.get(), output, statusReport),
+      sound_(core_.get()),
+      wakeup_([this] { drainEvents(); }),
+      streamOpened_([this] { handOver(); }) {
+  patience_.setSingleShot(true);
+  retry_.setSingleShot(true);
+  QObject::connect(&retry_, &QTimer::timeout, &retry_, [this] { load(); });
+  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { refuse("its file system does not answer"); });
   mpv_set_wakeup_callback(
-      core.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup.signal(); }, this);
+      core_.get(), [](void* player) { static_cast<MpvPlayer*>(player)->wakeup_.signal(); }, this);
   watchEnd();
-  mpv_observe_property(core.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
-  mpv_observe_property(core.get(), kSoundOutput, "current-ao", MPV_FORMAT_STRING);
-  if (mpv_stream_cb_add_ro(core.get(), kProtocol, &offer, openOffered) < 0) {
+  mpv_observe_property(core_.get(), kIdle, "idle-active", MPV_FORMAT_FLAG);
+  mpv_observe_property(core_.get(), kSoundOutput, "current-ao", MPV_FORMAT_STRING);
+  if (mpv_stream_cb_add_ro(core_.get(), kProtocol, &offer_, openOffered) < 0) {
     fatalError("the player library takes no streams");
   }
-  videoOutput.attach(core.get(), [this] {
+  videoOutput_.attach(core_.get(), [this] {
     if (hasCurrentItem()) {
       load();
     }
@@ -141,12 +141,12 @@ MpvPlayer::MpvPlayer(VideoOutput& output, StatusReport& statusReport)
 }
 
 MpvPlayer::~MpvPlayer() {
-  mpv_set_wakeup_callback(core.get(), nullptr, nullptr);
+  mpv_set_wakeup_callback(core_.get(), nullptr, nullptr);
   // The render context goes before the core it belongs to.
-  videoOutput.detach();
+  videoOutput_.detach();
   // Its thread may be waiting for the file.
-  const std::lock_guard guard(offer.lock);
-  for (const auto& each : offer.handedOut) {
+  const std::lock_guard guard(offer_.lock);
+  for (const auto& each : offer_.handedOut) {
     if (const auto given = each.lock()) {
       given->cancel();
     }
@@ -183,7 +183,7 @@ int MpvPlayer::openOffered(void* data, char* uri, mpv_stream_cb_info* info) {
 
 void MpvPlayer::setFlag(const char* property, bool value) {
   int flag = value ? 1 : 0;
-  mpv_set_property_async(core.get(), 0, property, MPV_FORMAT_FLAG, &flag);
+  mpv_set_property_async(core_.get(), 0, property, MPV_FORMAT_FLAG, &flag);
 }
 
 void MpvPlayer::play() {
@@ -195,117 +195,117 @@ void MpvPlayer::pause() {
 }
 
 void MpvPlayer::setVolume(float newAmplitude) {
-  amplitude = newAmplitude;
-  double percent = cubicVolume(amplitude);
-  mpv_set_property_async(core.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
-  sound.setAudible(!muted && percent > 0);
+  amplitude_ = newAmplitude;
+  double percent = cubicVolume(amplitude_);
+  mpv_set_property_async(core_.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
+  sound_.setAudible(!muted_ && percent > 0);
 }
 
 void MpvPlayer::setMuted(bool mute) {
-  muted = mute;
+  muted_ = mute;
   setFlag("mute", mute);
-  sound.setAudible(!muted && cubicVolume(amplitude) > 0);
+  sound_.setAudible(!muted_ && cubicVolume(amplitude_) > 0);
 }
 
 void MpvPlayer::setRepeating(bool repeats) {
-  if (repeats == repeating) {
+  if (repeats == repeating_) {
     return;
   }
-  repeating = repeats;
-  retry.stop();
+  repeating_ = repeats;
+  retry_.stop();
   watchEnd();
-  if (stream) {
-    stream->setRepeating(repeats);
+  if (stream_) {
+    stream_->setRepeating(repeats);
   }
-  if (form == MediaStream::Form::bytes) {
+  if (form_ == MediaStream::Form::bytes) {
     const char* loops = repeats ? "inf" : "no";
-    mpv_set_property_async(core.get(), 0, "file-local-options/loop-file", MPV_FORMAT_STRING, &loops);
+    mpv_set_property_async(core_.get(), 0, "file-local-options/loop-file", MPV_FORMAT_STRING, &loops);
   }
 }
 
 void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
-  if (ended && file == item && status == PlayerItemStatus::readyToPlay) {
+  if (ended_ && file == item_ && status_ == PlayerItemStatus::readyToPlay) {
     seekToZero();
     return;
   }
-  complaints = file == item ? complaints : 0;
-  retryPause = kFirstRetry;
-  refusal.clear();
-  item = file;
-  status = PlayerItemStatus::unknown;
-  suitable = MediaStream::Form::packets;
+  complaints_ = file == item_ ? complaints_ : 0;
+  retryPause_ = kFirstRetry;
+  refusal_.clear();
+  item_ = file;
+  status_ = PlayerItemStatus::unknown;
+  suitable_ = MediaStream::Form::packets;
   load();
 }
 
 void MpvPlayer::load() {
-  ++generation;
-  retry.stop();
-  form = suitable;
-  ended = false;
-  playlistEntry = 0;
-  started = false;
-  restarted = false;
-  stream = std::make_shared<MediaStream>(item, suitable, repeating, [this] { streamOpened.signal(); });
-  patience.start(MediaStream::kPatience);
-  qCDebug(mpvLog, "opens %s", item.c_str());
+  ++generation_;
+  retry_.stop();
+  form_ = suitable_;
+  ended_ = false;
+  playlistEntry_ = 0;
+  started_ = false;
+  restarted_ = false;
+  stream_ = std::make_shared<MediaStream>(item_, suitable_, repeating_, [this] { streamOpened_.signal(); });
+  patience_.start(MediaStream::kPatience);
+  qCDebug(mpvLog, "opens %s", item_.c_str());
 }
 
 // Gives the core the stream that was opened.
 void MpvPlayer::handOver() {
-  const MediaStream::Result* result = stream && playlistEntry == 0 ? stream->result() : nullptr;
-  if (result == nullptr || !patience.isActive()) {
+  const MediaStream::Result* result = stream_ && playlistEntry_ == 0 ? stream_->result() : nullptr;
+  if (result == nullptr || !patience_.isActive()) {
     return;
   }
-  patience.stop();
+  patience_.stop();
   if (const auto* error = std::get_if<MediaInput::Error>(result)) {
     refuse(error->message.c_str());
     return;
   }
   const auto& facts = std::get<MediaStream::Facts>(*result);
-  form = facts.form;
-  const std::string uri = std::string(kProtocol) + "://" + std::to_string(generation);
+  form_ = facts.form;
+  const std::string uri = std::string(kProtocol) + "://" + std::to_string(generation_);
   {
-    const std::lock_guard guard(offer.lock);
-    std::erase_if(offer.handedOut, [](const auto& each) { return each.expired(); });
-    offer.handedOut.push_back(stream);
-    offer.stream = stream;
-    offer.uri = uri;
+    const std::lock_guard guard(offer_.lock);
+    std::erase_if(offer_.handedOut, [](const auto& each) { return each.expired(); });
+    offer_.handedOut.push_back(stream_);
+    offer_.stream = stream_;
+    offer_.uri = uri;
   }
   MpvTexts options{{"demuxer-lavf-format", facts.format}};
-  if (form == MediaStream::Form::packets) {
+  if (form_ == MediaStream::Form::packets) {
     // The header says all there is to know.
     options.emplace_back("demuxer-lavf-probe-info", "no");
-  } else if (repeating) {
+  } else if (repeating_) {
     options.emplace_back("loop-file", "inf");
   }
-  if (!videoOutput.turnsPictures()) {
+  if (!videoOutput_.turnsPictures()) {
     constexpr std::array kTurns{"", "lavfi=[transpose=clock]", "lavfi=[hflip,vflip]", "lavfi=[transpose=cclock]"};
     options.emplace_back("video-rotate", "no");
     options.emplace_back("vf", kTurns[static_cast<std::size_t>(facts.quarterTurns)]);
-  } else if (form == MediaStream::Form::packets) {
+  } else if (form_ == MediaStream::Form::packets) {
     options.emplace_back("video-rotate", std::to_string(90 * facts.quarterTurns));
   }
-  commandAsync(core.get(), kFirstLoad + generation, {{"name", "loadfile"}, {"url", uri}, {"flags", "replace"}},
+  commandAsync(core_.get(), kFirstLoad + generation_, {{"name", "loadfile"}, {"url", uri}, {"flags", "replace"}},
                options);
 }
 
 void MpvPlayer::seekToZero() {
-  if (hasCurrentItem() && status != PlayerItemStatus::failed) {
+  if (hasCurrentItem() && status_ != PlayerItemStatus::failed) {
     load();
   }
 }
 
 Disposable MpvPlayer::observeStatus(std::function<void(PlayerItemStatus)> handler) {
-  return statusObservers.add(std::move(handler));
+  return statusObservers_.add(std::move(handler));
 }
 
 Disposable MpvPlayer::observeItemEnd(std::function<void()> handler) {
-  return endObservers.add(std::move(handler));
+  return endObservers_.add(std::move(handler));
 }
 
 void MpvPlayer::drainEvents() {
   for (;;) {
-    const mpv_event* event = mpv_wait_event(core.get(), 0);
+    const mpv_event* event = mpv_wait_event(core_.get(), 0);
     if (event->event_id == MPV_EVENT_NONE) {
       return;
     }
@@ -316,7 +316,7 @@ void MpvPlayer::drainEvents() {
 void MpvPlayer::handle(const mpv_event& event) {
   switch (event.event_id) {
     case MPV_EVENT_COMMAND_REPLY:
-      if (event.reply_userdata == kFirstLoad + generation) {
+      if (event.reply_userdata == kFirstLoad + generation_) {
         if (event.error < 0) {
           failed();
           break;
@@ -324,20 +324,20 @@ void MpvPlayer::handle(const mpv_event& event) {
         const auto& result = static_cast<const mpv_event_command*>(event.data)->result;
         for (int index = 0; result.format == MPV_FORMAT_NODE_MAP && index < result.u.list->num; ++index) {
           if (std::strcmp(result.u.list->keys[index], "playlist_entry_id") == 0) {
-            playlistEntry = result.u.list->values[index].u.int64;
+            playlistEntry_ = result.u.list->values[index].u.int64;
           }
         }
       }
       break;
     case MPV_EVENT_START_FILE:
-      started = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id == playlistEntry;
+      started_ = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id == playlistEntry_;
       break;
     case MPV_EVENT_PLAYBACK_RESTART:
       // A first frame (or sound) is there: after loading, and after each seek.
-      if (started) {
-        restarted = true;
-        retryPause = kFirstRetry;
-        refusal.clear();
+      if (started_) {
+        restarted_ = true;
+        retryPause_ = kFirstRetry;
+        refusal_.clear();
         setStatus(PlayerItemStatus::readyToPlay);
         watchEnd();
       }
@@ -346,7 +346,7 @@ void MpvPlayer::handle(const mpv_event& event) {
       if (const auto& property = *static_cast<const mpv_event_property*>(event.data); property.data != nullptr) {
         handleChange(event.reply_userdata, property);
       }
-      coreReport.propertyChanged(event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
+      coreReport_.propertyChanged(event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
       break;
     case MPV_EVENT_LOG_MESSAGE:
       complain(*static_cast<const mpv_event_log_message*>(event.data));
@@ -368,11 +368,11 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
       break;
     case kIdle:
       if (*static_cast<const int*>(change.data) != 0) {
-        videoOutput.frameLost();
+        videoOutput_.frameLost();
       }
       break;
     case kSoundOutput:
-      sound.opened(*static_cast<const char* const*>(change.data));
+      sound_.opened(*static_cast<const char* const*>(change.data));
       break;
     default:
       break;
@@ -386,26 +386,26 @@ void MpvPlayer::complain(const mpv_event_log_message& message) {
     MpvReport::log(message);
     return;
   }
-  if (complaints < kMostComplaints) {
+  if (complaints_ < kMostComplaints) {
     std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
-  } else if (complaints == kMostComplaints) {
-    std::fprintf(stderr, "player: further messages about %s are left out\n", item.c_str());
+  } else if (complaints_ == kMostComplaints) {
+    std::fprintf(stderr, "player: further messages about %s are left out\n", item_.c_str());
   }
-  ++complaints;
+  ++complaints_;
 }
 
 void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
-  if (playlistEntry != 0 && end.playlist_entry_id == playlistEntry &&
+  if (playlistEntry_ != 0 && end.playlist_entry_id == playlistEntry_ &&
       (end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF)) {
     failed();
   }
 }
 
 void MpvPlayer::failed() {
-  if (form == MediaStream::Form::packets && !restarted) {
+  if (form_ == MediaStream::Form::packets && !restarted_) {
     // Perhaps the format of the packets has no place for something that the file's own has.
-    qCInfo(mpvLog, "the packets of %s cannot be played; hands over its bytes", item.c_str());
-    suitable = MediaStream::Form::bytes;
+    qCInfo(mpvLog, "the packets of %s cannot be played; hands over its bytes", item_.c_str());
+    suitable_ = MediaStream::Form::bytes;
     load();
   } else {
     refuse("it cannot be decoded");
@@ -413,18 +413,18 @@ void MpvPlayer::failed() {
 }
 
 void MpvPlayer::refuse(const char* reason) {
-  patience.stop();
-  stream->cancel();
-  if (refusal != reason) {
-    refusal = reason;
-    std::fprintf(stderr, "cannot play %s: %s\n", item.c_str(), reason);
-    report.update([&](AgentStatus& each) { each.lastFailure = item.string() + ": " + reason; });
+  patience_.stop();
+  stream_->cancel();
+  if (refusal_ != reason) {
+    refusal_ = reason;
+    std::fprintf(stderr, "cannot play %s: %s\n", item_.c_str(), reason);
+    report_.update([&](AgentStatus& each) { each.lastFailure = item_.string() + ": " + reason; });
   }
-  commandAsync(core.get(), 0, {{"name", "stop"}});
-  if (repeating) {
-    qCInfo(mpvLog, "tries that again in %lld s", static_cast<long long>(retryPause.count()));
-    retry.start(retryPause);
-    retryPause = std::min(2 * retryPause, kLastRetry);
+  commandAsync(core_.get(), 0, {{"name", "stop"}});
+  if (repeating_) {
+    qCInfo(mpvLog, "tries that again in %lld s", static_cast<long long>(retryPause_.count()));
+    retry_.start(retryPause_);
+    retryPause_ = std::min(2 * retryPause_, kLastRetry);
   }
   setStatus(PlayerItemStatus::failed);
 }
@@ -432,28 +432,28 @@ void MpvPlayer::refuse(const char* reason) {
 // Has the core say whether the end is reached now: a change that was undone before this thread looked is never
 // reported, but the first value after observing is.
 void MpvPlayer::watchEnd() {
-  mpv_unobserve_property(core.get(), kEndOfFile);
-  mpv_observe_property(core.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
+  mpv_unobserve_property(core_.get(), kEndOfFile);
+  mpv_observe_property(core_.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);
 }
 
 void MpvPlayer::raiseEnd() {
   // A single picture that is repeated just stays.
-  if (!started || ended || (restarted && repeating && stream->isStill())) {
+  if (!started_ || ended_ || (restarted_ && repeating_ && stream_->isStill())) {
     return;
   }
-  if (!restarted) {
+  if (!restarted_) {
     // The end came before anything was shown.
     failed();
     return;
   }
-  ended = true;
-  endObservers.notify();
+  ended_ = true;
+  endObservers_.notify();
 }
 
 void MpvPlayer::setStatus(PlayerItemStatus newStatus) {
-  if (newStatus != status) {
-    status = newStatus;
-    statusObservers.notify(newStatus);
+  if (newStatus != status_) {
+    status_ = newStatus;
+    statusObservers_.notify(newStatus);
   }
 }
 

@@ -35,13 +35,13 @@ class MpvPlayer : public VideoPlayer {
 
   void play() override;
   void pause() override;
-  bool hasCurrentItem() const override { return !item.empty(); }
+  bool hasCurrentItem() const override { return !item_.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
   void setRepeating(bool repeats) override;
-  float volume() const override { return amplitude; }
+  float volume() const override { return amplitude_; }
   void setVolume(float newAmplitude) override;
-  bool isMuted() const override { return muted; }
+  bool isMuted() const override { return muted_; }
   void setMuted(bool mute) override;
   [[nodiscard]] Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) override;
   [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
@@ -70,42 +70,42 @@ class MpvPlayer : public VideoPlayer {
   void setStatus(PlayerItemStatus newStatus);
   void setFlag(const char* property, bool value);
 
-  VideoOutput& videoOutput;
-  StatusReport& report;
-  Offer offer;
-  MpvHandle core;
-  MpvReport coreReport;
-  SoundOutput sound;
-  Wakeup wakeup;
-  Wakeup streamOpened;
+  VideoOutput& videoOutput_;
+  StatusReport& report_;
+  Offer offer_;
+  MpvHandle core_;
+  MpvReport coreReport_;
+  SoundOutput sound_;
+  Wakeup wakeup_;
+  Wakeup streamOpened_;
   /// Runs while an item is being opened.
-  QTimer patience;
+  QTimer patience_;
   /// Runs while an item that is to be repeated cannot be played: a disk that was away comes back.
-  QTimer retry;
-  std::chrono::seconds retryPause{};
-  std::string refusal;
-  std::shared_ptr<MediaStream> stream;
+  QTimer retry_;
+  std::chrono::seconds retryPause_{};
+  std::string refusal_;
+  std::shared_ptr<MediaStream> stream_;
   /// What the item's stream carries, and what it should carry when it is loaded again.
-  MediaStream::Form form = MediaStream::Form::packets;
-  MediaStream::Form suitable = MediaStream::Form::packets;
-  bool repeating = false;
-  float amplitude = 1;
-  bool muted = false;
-  std::filesystem::path item;
+  MediaStream::Form form_ = MediaStream::Form::packets;
+  MediaStream::Form suitable_ = MediaStream::Form::packets;
+  bool repeating_ = false;
+  float amplitude_ = 1;
+  bool muted_ = false;
+  std::filesystem::path item_;
   /// How many messages of the core about the item were printed.
-  int complaints = 0;
+  int complaints_ = 0;
   /// Counts the items handed to the core; answers that concern an older one are stale.
-  std::uint64_t generation = 0;
+  std::uint64_t generation_ = 0;
   /// The core's own number for the current item; 0 until its reply has come.
-  std::int64_t playlistEntry = 0;
+  std::int64_t playlistEntry_ = 0;
   /// Whether the core has turned to the current item.
-  bool started = false;
+  bool started_ = false;
   /// Whether there has been a frame since the item was handed over.
-  bool restarted = false;
-  PlayerItemStatus status = PlayerItemStatus::unknown;
-  bool ended = false;
-  ObserverList<PlayerItemStatus> statusObservers;
-  ObserverList<> endObservers;
+  bool restarted_ = false;
+  PlayerItemStatus status_ = PlayerItemStatus::unknown;
+  bool ended_ = false;
+  ObserverList<PlayerItemStatus> statusObservers_;
+  ObserverList<> endObservers_;
 };
 
 /// libmpv's volume (percent, the cube root of the gain; see its manual on --volume) of a linear amplitude of 0 to 1.

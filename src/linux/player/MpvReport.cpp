@@ -30,7 +30,7 @@ const char* messageLevel() {
 }  // namespace
 
 MpvReport::MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report)
-    : videoOutput(output), statusReport(report) {
+    : videoOutput_(output), statusReport_(report) {
   mpv_request_log_messages(core, messageLevel());
   reportVersions(core);
   mpv_observe_property(core, decoder, "video-codec", MPV_FORMAT_STRING);
@@ -48,7 +48,7 @@ void MpvReport::reportVersions(mpv_handle* core) {
       std::string version = text;
       mpv_free(text);
       version.erase(0, version.rfind(' ') + 1);
-      statusReport.update([&, key = name](AgentStatus& status) { status.libraries[key] = version; });
+      statusReport_.update([&, key = name](AgentStatus& status) { status.libraries[key] = version; });
     }
   }
 }
@@ -58,7 +58,7 @@ void MpvReport::propertyChanged(std::uint64_t number, const mpv_event_property& 
   const std::string text = change.format == MPV_FORMAT_STRING ? *static_cast<const char* const*>(change.data) : "";
   const std::int64_t count = change.format == MPV_FORMAT_INT64 ? *static_cast<const std::int64_t*>(change.data) : 0;
   const auto write = [&](auto member, auto value) {
-    statusReport.update([&](AgentStatus& status) { status.*member = std::move(value); });
+    statusReport_.update([&](AgentStatus& status) { status.*member = std::move(value); });
   };
   switch (number) {
     case decoder:
@@ -76,10 +76,10 @@ void MpvReport::propertyChanged(std::uint64_t number, const mpv_event_property& 
       write(&AgentStatus::videoHeight, static_cast<std::int32_t>(count));
       break;
     case droppedBeforeDecoding:
-      framesDropped(droppedUndecoded, count);
+      framesDropped(droppedUndecoded_, count);
       break;
     case droppedBeforeShowing:
-      framesDropped(droppedUnshown, count);
+      framesDropped(droppedUnshown_, count);
       break;
     default:
       break;
@@ -92,7 +92,7 @@ void MpvReport::framesDropped(std::int64_t& before, std::int64_t now) {
   before = now;
   if (more > 0) {
     qCDebug(mpvLog, "%lld frames came too late", static_cast<long long>(more));
-    videoOutput.framesDropped(static_cast<std::uint32_t>(more));
+    videoOutput_.framesDropped(static_cast<std::uint32_t>(more));
   }
 }
 

@@ -25,11 +25,11 @@ class MpvReport {
   void reportVersions(mpv_handle* core);
   void framesDropped(std::int64_t& before, std::int64_t now);
 
-  VideoOutput& videoOutput;
-  StatusReport& statusReport;
+  VideoOutput& videoOutput_;
+  StatusReport& statusReport_;
   /// Frames that the core has dropped of its current file: before decoding, and before showing.
-  std::int64_t droppedUndecoded = 0;
-  std::int64_t droppedUnshown = 0;
+  std::int64_t droppedUndecoded_ = 0;
+  std::int64_t droppedUnshown_ = 0;
 };
 
 }  // namespace quilex

@@ -14,49 +14,49 @@ constexpr std::chrono::minutes kLongestPause{10};
 
 }  // namespace
 
-SoundOutput::SoundOutput(mpv_handle* playerCore) : core(playerCore), pause(kFirstPause) {
-  retry.setSingleShot(true);
-  QObject::connect(&retry, &QTimer::timeout, &retry, [this] {
-    isRefused = false;
+SoundOutput::SoundOutput(mpv_handle* playerCore) : core_(playerCore), pause_(kFirstPause) {
+  retry_.setSingleShot(true);
+  QObject::connect(&retry_, &QTimer::timeout, &retry_, [this] {
+    isRefused_ = false;
     apply();
   });
 }
 
 void SoundOutput::setAudible(bool audible) {
-  if (audible && !isAudible) {
+  if (audible && !isAudible_) {
     // Somebody wants to hear it now.
-    retry.stop();
-    isRefused = false;
-    pause = kFirstPause;
+    retry_.stop();
+    isRefused_ = false;
+    pause_ = kFirstPause;
   }
-  isAudible = audible;
+  isAudible_ = audible;
   apply();
 }
 
 void SoundOutput::opened(const char* driver) {
-  if (driver == nullptr || !usesDevice) {
+  if (driver == nullptr || !usesDevice_) {
     return;
   }
-  isRefused = std::string_view(driver) == "null";
-  if (isRefused) {
-    retry.start(pause);
-    pause = std::min<std::chrono::seconds>(2 * pause, kLongestPause);
+  isRefused_ = std::string_view(driver) == "null";
+  if (isRefused_) {
+    retry_.start(pause_);
+    pause_ = std::min<std::chrono::seconds>(2 * pause_, kLongestPause);
     apply();
   } else {
-    pause = kFirstPause;
+    pause_ = kFirstPause;
   }
 }
 
 void SoundOutput::apply() {
-  const bool wanted = isAudible && !isRefused;
-  if (wanted == usesDevice) {
+  const bool wanted = isAudible_ && !isRefused_;
+  if (wanted == usesDevice_) {
     return;
   }
-  usesDevice = wanted;
+  usesDevice_ = wanted;
   const char* drivers = wanted ? "" : "null";
-  mpv_set_property_async(core, 0, "ao", MPV_FORMAT_STRING, &drivers);
-  if (!isRefused) {
-    commandAsync(core, 0, {{"name", "ao-reload"}});
+  mpv_set_property_async(core_, 0, "ao", MPV_FORMAT_STRING, &drivers);
+  if (!isRefused_) {
+    commandAsync(core_, 0, {{"name", "ao-reload"}});
   }
 }
 

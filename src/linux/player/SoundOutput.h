@@ -22,12 +22,12 @@ class SoundOutput {
  private:
   void apply();
 
-  mpv_handle* core;
-  QTimer retry;
-  std::chrono::seconds pause;
-  bool isAudible = true;
-  bool isRefused = false;
-  bool usesDevice = true;
+  mpv_handle* core_;
+  QTimer retry_;
+  std::chrono::seconds pause_;
+  bool isAudible_ = true;
+  bool isRefused_ = false;
+  bool usesDevice_ = true;
 };
 
 }  // namespace quilex

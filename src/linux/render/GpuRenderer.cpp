@@ -79,24 +79,24 @@ std::string lastError() {
 /// A texture of the picture's size in a framebuffer object.
 class GpuPicture : public Picture {
  public:
-  GpuPicture(GpuRenderer& owner, PixelSize extent) : renderer(owner), size(extent) {
-    renderer.makeCurrent(renderer.current);
-    glGenTextures(1, &texture);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glTexStorage2D(GL_TEXTURE_2D, 1, GL_RGBA8, size.width, size.height);
-    glGenFramebuffers(1, &framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
-    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+  GpuPicture(GpuRenderer& owner, PixelSize extent) : renderer_(owner), size_(extent) {
+    renderer_.makeCurrent(renderer_.current_);
+    glGenTextures(1, &texture_);
+    glBindTexture(GL_TEXTURE_2D, texture_);
+    glTexStorage2D(GL_TEXTURE_2D, 1, GL_RGBA8, size_.width, size_.height);
+    glGenFramebuffers(1, &framebuffer_);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture_, 0);
   }
   ~GpuPicture() override {
-    renderer.makeCurrent(renderer.current);
-    glDeleteFramebuffers(1, &framebuffer);
-    glDeleteTextures(1, &texture);
+    renderer_.makeCurrent(renderer_.current_);
+    glDeleteFramebuffers(1, &framebuffer_);
+    glDeleteTextures(1, &texture_);
   }
 
   bool draw(mpv_render_context* context) override {
-    renderer.makeCurrent(renderer.current);
-    mpv_opengl_fbo target{static_cast<int>(framebuffer), size.width, size.height, 0};
+    renderer_.makeCurrent(renderer_.current_);
+    mpv_opengl_fbo target{static_cast<int>(framebuffer_), size_.width, size_.height, 0};
     int flipped = 1;  // OpenGL's rows go upwards
     int wait = 0;
     std::array parameters{
@@ -109,24 +109,24 @@ class GpuPicture : public Picture {
   }
 
   void show(NativeWindow window, const PixelRect& part) override {
-    const EGLNativeWindowType native = renderer.windows->sized(window, {part.width, part.height});
-    if (native == 0 || !renderer.makeCurrent(window, native)) {
+    const EGLNativeWindowType native = renderer_.windows_->sized(window, {part.width, part.height});
+    if (native == 0 || !renderer_.makeCurrent(window, native)) {
       return;
     }
-    const GLint bottom = size.height - part.y - part.height;
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer);
+    const GLint bottom = size_.height - part.y - part.height;
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer_);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
     glDisable(GL_SCISSOR_TEST);
     glBlitFramebuffer(part.x, bottom, part.x + part.width, bottom + part.height, 0, 0, part.width, part.height,
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    renderer.show(window);
+    renderer_.show(window);
   }
 
  private:
-  GpuRenderer& renderer;
-  PixelSize size;
-  GLuint texture = 0;
-  GLuint framebuffer = 0;
+  GpuRenderer& renderer_;
+  PixelSize size_;
+  GLuint texture_ = 0;
+  GLuint framebuffer_ = 0;
 };
 
 std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay,
@@ -146,18 +146,18 @@ std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDis
     return refuse("EGL cannot be started on this display" + lastError());
   }
   std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display, std::move(windows)));
-  renderer->nativeDisplayParameter = displayParameter;
+  renderer->nativeDisplayParameter_ = displayParameter;
   if (auto failure = renderer->setUp(nativeVisual, allowed)) {
     return refuse(*std::move(failure));
   }
-  qCInfo(renderLog, "draws with %s", renderer->driver.c_str());
+  qCInfo(renderLog, "draws with %s", renderer->driver_.c_str());
   return renderer;
 }
 
 bool GpuRenderer::suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const {
   const auto has = [&](EGLint attribute, EGLint wanted) {
     EGLint value = 0;
-    return eglGetConfigAttrib(display, candidate, attribute, &value) == EGL_TRUE && value == wanted;
+    return eglGetConfigAttrib(display_, candidate, attribute, &value) == EGL_TRUE && value == wanted;
   };
   return nativeVisual ? has(EGL_NATIVE_VISUAL_ID, *nativeVisual) : has(EGL_BUFFER_SIZE, 24) && has(EGL_ALPHA_SIZE, 0);
 }
@@ -175,20 +175,20 @@ bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
                                            8,
                                            EGL_NONE};
   EGLint count = 0;
-  eglChooseConfig(display, kWanted.data(), nullptr, 0, &count);
+  eglChooseConfig(display_, kWanted.data(), nullptr, 0, &count);
   std::vector<EGLConfig> configs(static_cast<std::size_t>(count));
-  eglChooseConfig(display, kWanted.data(), configs.data(), count, &count);
+  eglChooseConfig(display_, kWanted.data(), configs.data(), count, &count);
   const auto found =
       std::find_if(configs.begin(), configs.end(), [&](EGLConfig each) { return suits(each, nativeVisual); });
   if (found == configs.end()) {
     return false;
   }
-  config = *found;
+  config_ = *found;
   return true;
 }
 
 std::optional<std::string> GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
-  if (!contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context")) {
+  if (!contains(eglQueryString(display_, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context")) {
     return "EGL lacks contexts without surfaces (EGL_KHR_surfaceless_context)";
   }
   if (eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE) {
@@ -200,7 +200,7 @@ std::optional<std::string> GpuRenderer::setUp(std::optional<EGLint> nativeVisual
   if (!use(makeGlContext())) {
     return "EGL cannot make a context of OpenGL ES 3" + lastError();
   }
-  driver = glText(GL_VENDOR) + " " + glText(GL_RENDERER) + ", " + glText(GL_VERSION);
+  driver_ = glText(GL_VENDOR) + " " + glText(GL_RENDERER) + ", " + glText(GL_VERSION);
   if (allowed == Rasteriser::hardwareOnly && isSoftware(glText(GL_RENDERER))) {
     return "EGL has only a software rasteriser, " + glText(GL_RENDERER);
   }
@@ -210,38 +210,38 @@ std::optional<std::string> GpuRenderer::setUp(std::optional<EGLint> nativeVisual
 // A driver tells of resets only in a context that asks for it; it may end the process otherwise.
 EGLContext GpuRenderer::makeGlContext() const {
   std::vector<EGLint> attributes{EGL_CONTEXT_CLIENT_VERSION, 3};
-  if (contains(eglQueryString(display, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
+  if (contains(eglQueryString(display_, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
     attributes.insert(attributes.end(),
                       {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_EXT, EGL_LOSE_CONTEXT_ON_RESET_EXT});
   }
   attributes.push_back(EGL_NONE);
-  return eglCreateContext(display, config, EGL_NO_CONTEXT, attributes.data());
+  return eglCreateContext(display_, config_, EGL_NO_CONTEXT, attributes.data());
 }
 
 bool GpuRenderer::use(EGLContext made) {
-  context = made;
-  if (context == EGL_NO_CONTEXT || !makeCurrent(0)) {
+  context_ = made;
+  if (context_ == EGL_NO_CONTEXT || !makeCurrent(0)) {
     return false;
   }
   const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
   const bool known = contains(extensions, "GL_KHR_robustness");
   if (known || contains(extensions, "GL_EXT_robustness")) {
-    resetStatus = eglFunction<GLenum (*)()>(known ? "glGetGraphicsResetStatusKHR" : "glGetGraphicsResetStatusEXT");
+    resetStatus_ = eglFunction<GLenum (*)()>(known ? "glGetGraphicsResetStatusKHR" : "glGetGraphicsResetStatusEXT");
   }
   return true;
 }
 
 void GpuRenderer::destroyGlContext() {
-  eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-  current = 0;
-  for (const auto& [window, surface] : surfaces) {
-    eglDestroySurface(display, surface);
+  eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  current_ = 0;
+  for (const auto& [window, surface] : surfaces_) {
+    eglDestroySurface(display_, surface);
   }
-  surfaces.clear();
-  if (context != EGL_NO_CONTEXT) {
-    eglDestroyContext(display, std::exchange(context, EGL_NO_CONTEXT));
+  surfaces_.clear();
+  if (context_ != EGL_NO_CONTEXT) {
+    eglDestroyContext(display_, std::exchange(context_, EGL_NO_CONTEXT));
   }
-  resetStatus = nullptr;
+  resetStatus_ = nullptr;
 }
 
 bool GpuRenderer::restore(const std::function<void()>& letGo) {
@@ -249,37 +249,37 @@ bool GpuRenderer::restore(const std::function<void()>& letGo) {
   if (made == EGL_NO_CONTEXT) {
     return false;
   }
-  if (eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, made) == EGL_FALSE) {
-    eglDestroyContext(display, made);
+  if (eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, made) == EGL_FALSE) {
+    eglDestroyContext(display_, made);
     return false;
   }
   letGo();
   destroyGlContext();
-  lost = false;
+  lost_ = false;
   use(made);
   return true;
 }
 
 bool GpuRenderer::checked(EGLBoolean result) {
   if (result == EGL_FALSE && eglGetError() == EGL_CONTEXT_LOST) {
-    lost = true;
+    lost_ = true;
   }
   return result == EGL_TRUE;
 }
 
 void GpuRenderer::show(NativeWindow window) {
-  windows->willShow(window);
-  if (!checked(eglSwapBuffers(display, surfaces[window]))) {
-    windows->wasNotShown(window);
+  windows_->willShow(window);
+  if (!checked(eglSwapBuffers(display_, surfaces_[window]))) {
+    windows_->wasNotShown(window);
   }
-  if (resetStatus != nullptr && resetStatus() != GL_NO_ERROR) {
-    lost = true;
+  if (resetStatus_ != nullptr && resetStatus_() != GL_NO_ERROR) {
+    lost_ = true;
   }
 }
 
 GpuRenderer::~GpuRenderer() {
   destroyGlContext();
-  eglTerminate(display);
+  eglTerminate(display_);
 }
 
 MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
@@ -287,13 +287,13 @@ MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
   for (const auto& [name, value] : kScaling) {
     mpv_set_option_string(core, name, value);
   }
-  makeCurrent(current);
+  makeCurrent(current_);
   mpv_opengl_init_params functions{};
   functions.get_proc_address = [](void*, const char* name) { return reinterpret_cast<void*>(eglGetProcAddress(name)); };
   std::array parameters{
       mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
       mpv_render_param{MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions},
-      nativeDisplayParameter,
+      nativeDisplayParameter_,
       mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
   };
   mpv_render_context* made = nullptr;
@@ -310,33 +310,33 @@ std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) {
 bool GpuRenderer::makeCurrent(NativeWindow window, EGLNativeWindowType native) {
   EGLSurface surface = EGL_NO_SURFACE;
   if (window != 0) {
-    const auto known = surfaces.find(window);
-    surface = known != surfaces.end() ? known->second : eglCreateWindowSurface(display, config, native, nullptr);
+    const auto known = surfaces_.find(window);
+    surface = known != surfaces_.end() ? known->second : eglCreateWindowSurface(display_, config_, native, nullptr);
     if (surface == EGL_NO_SURFACE) {
       return false;
     }
-    surfaces[window] = surface;
+    surfaces_[window] = surface;
   }
-  if (!checked(eglMakeCurrent(display, surface, surface, context))) {
+  if (!checked(eglMakeCurrent(display_, surface, surface, context_))) {
     return false;
   }
-  if (current != window) {
-    current = window;
-    eglSwapInterval(display, 0);
+  if (current_ != window) {
+    current_ = window;
+    eglSwapInterval(display_, 0);
   }
   return true;
 }
 
 void GpuRenderer::forget(NativeWindow window) {
-  if (const auto known = surfaces.find(window); known != surfaces.end()) {
-    if (current == window) {
+  if (const auto known = surfaces_.find(window); known != surfaces_.end()) {
+    if (current_ == window) {
       makeCurrent(0);
     }
-    eglDestroySurface(display, known->second);
-    surfaces.erase(known);
+    eglDestroySurface(display_, known->second);
+    surfaces_.erase(known);
   }
   // Also where EGL could make nothing of the window.
-  windows->forget(window);
+  windows_->forget(window);
 }
 
 }  // namespace quilex

@@ -47,17 +47,17 @@ class GpuRenderer : public Renderer {
 
   MpvRenderContext makeContext(mpv_handle* core) override;
   bool turnsPictures() const override { return true; }
-  std::string device() const override { return driver; }
+  std::string device() const override { return driver_; }
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
   void forget(NativeWindow window) override;
-  bool isLost() const override { return lost; }
+  bool isLost() const override { return lost_; }
   bool restore(const std::function<void()>& letGo) override;
 
  private:
   friend class GpuPicture;
 
   GpuRenderer(EGLDisplay initialised, std::unique_ptr<EglWindows> nativeWindows)
-      : display(initialised), windows(std::move(nativeWindows)) {}
+      : display_(initialised), windows_(std::move(nativeWindows)) {}
   /// Why that was not possible; nothing when it was.
   std::optional<std::string> setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed);
   bool chooseConfig(std::optional<EGLint> nativeVisual);
@@ -72,17 +72,17 @@ class GpuRenderer : public Renderer {
   /// when that fails.
   bool makeCurrent(NativeWindow window, EGLNativeWindowType native = 0);
 
-  EGLDisplay display;
-  std::unique_ptr<EglWindows> windows;
-  std::string driver;
-  EGLConfig config = nullptr;
-  EGLContext context = EGL_NO_CONTEXT;
-  bool lost = false;
+  EGLDisplay display_;
+  std::unique_ptr<EglWindows> windows_;
+  std::string driver_;
+  EGLConfig config_ = nullptr;
+  EGLContext context_ = EGL_NO_CONTEXT;
+  bool lost_ = false;
   /// Of GL_KHR_robustness; null where the driver does not tell of resets.
-  GLenum (*resetStatus)() = nullptr;
-  std::map<NativeWindow, EGLSurface> surfaces;
-  NativeWindow current = 0;
-  mpv_render_param nativeDisplayParameter{MPV_RENDER_PARAM_INVALID, nullptr};
+  GLenum (*resetStatus_)() = nullptr;
+  std::map<NativeWindow, EGLSurface> surfaces_;
+  NativeWindow current_ = 0;
+  mpv_render_param nativeDisplayParameter_{MPV_RENDER_PARAM_INVALID, nullptr};
 };
 
 }  // namespace quilex

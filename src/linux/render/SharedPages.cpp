@@ -6,18 +6,18 @@
 
 namespace quilex {
 
-SharedPages::SharedPages(std::size_t bytes) : size(bytes), file(memfd_create("quilex-picture", MFD_CLOEXEC)) {
-  if (!file.isOpen() || ftruncate(file.get(), static_cast<off_t>(size)) != 0) {
+SharedPages::SharedPages(std::size_t bytes) : size_(bytes), file_(memfd_create("quilex-picture", MFD_CLOEXEC)) {
+  if (!file_.isOpen() || ftruncate(file_.get(), static_cast<off_t>(size_)) != 0) {
     fatalError("no memory for a picture");
   }
-  memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
-  if (memory == MAP_FAILED) {
+  memory_ = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED, file_.get(), 0);
+  if (memory_ == MAP_FAILED) {
     fatalError("no memory for a picture");
   }
 }
 
 SharedPages::~SharedPages() {
-  munmap(memory, size);
+  munmap(memory_, size_);
 }
 
 }  // namespace quilex

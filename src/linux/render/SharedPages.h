@@ -14,13 +14,13 @@ class SharedPages {
   SharedPages(const SharedPages&) = delete;
   SharedPages& operator=(const SharedPages&) = delete;
 
-  std::byte* data() const { return static_cast<std::byte*>(memory); }
-  int descriptor() const { return file.get(); }
+  std::byte* data() const { return static_cast<std::byte*>(memory_); }
+  int descriptor() const { return file_.get(); }
 
  private:
-  std::size_t size;
-  FileDescriptor file;
-  void* memory;
+  std::size_t size_;
+  FileDescriptor file_;
+  void* memory_;
 };
 
 }  // namespace quilex

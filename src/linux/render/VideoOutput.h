@@ -29,15 +29,15 @@ class VideoOutput {
   /// the renderer, which has closed the core's video.
   void attach(mpv_handle* core, std::function<void()> restored);
   void detach();
-  bool turnsPictures() const { return renderer->turnsPictures(); }
+  bool turnsPictures() const { return renderer_->turnsPictures(); }
   /// The core has no current frame any more; what was drawn of it stays.
-  void frameLost() { hasFrame = false; }
+  void frameLost() { hasFrame_ = false; }
   /// The core has dropped frames that came too late.
-  void framesDropped(std::uint32_t count) { dropped.add(MinuteCounter::Time::clock::now(), count); }
+  void framesDropped(std::uint32_t count) { dropped_.add(MinuteCounter::Time::clock::now(), count); }
 
   /// In the last minute: frames that at least one window showed, and frames that some window should have shown.
-  std::uint32_t framesShown() { return shown.lastMinute(MinuteCounter::Time::clock::now()); }
-  std::uint32_t framesDropped() { return dropped.lastMinute(MinuteCounter::Time::clock::now()); }
+  std::uint32_t framesShown() { return shown_.lastMinute(MinuteCounter::Time::clock::now()); }
+  std::uint32_t framesDropped() { return dropped_.lastMinute(MinuteCounter::Time::clock::now()); }
 
  private:
   friend class VideoSurface;
@@ -57,20 +57,20 @@ class VideoOutput {
   Drawn& drawnAt(PixelSize size);
   void discardUnusedPictures();
 
-  std::unique_ptr<Renderer> renderer;
-  std::map<PixelSize, Drawn> pictures;
-  std::vector<VideoSurface*> surfaces;
-  mpv_handle* source = nullptr;
-  std::function<void()> rendererRestored;
-  MpvRenderContext context;
-  Wakeup wakeup;
-  QtRunLoop runLoop;
+  std::unique_ptr<Renderer> renderer_;
+  std::map<PixelSize, Drawn> pictures_;
+  std::vector<VideoSurface*> surfaces_;
+  mpv_handle* source_ = nullptr;
+  std::function<void()> rendererRestored_;
+  MpvRenderContext context_;
+  Wakeup wakeup_;
+  QtRunLoop runLoop_;
   /// While the renderer is lost.
-  std::optional<Disposable> restoration;
-  bool hasFrame = false;
-  std::uint64_t frameNumber = 0;
-  MinuteCounter shown;
-  MinuteCounter dropped;
+  std::optional<Disposable> restoration_;
+  bool hasFrame_ = false;
+  std::uint64_t frameNumber_ = 0;
+  MinuteCounter shown_;
+  MinuteCounter dropped_;
 };
 
 /// One window's share of the picture. Main thread.
@@ -87,7 +87,7 @@ class VideoSurface {
   /// Whether there is anything to show yet.
   bool isReady() const;
   /// An invisible surface is not drawn; surfaces start invisible.
-  void setVisible(bool nowVisible) { visible = nowVisible; }
+  void setVisible(bool nowVisible) { visible_ = nowVisible; }
   /// Shows the current frame again, if the surface is visible.
   void repaint();
   /// Shows the current frame, if the surface is visible and another one was shown last.
@@ -96,14 +96,14 @@ class VideoSurface {
  private:
   friend class VideoOutput;
 
-  VideoOutput& output;
-  NativeWindow window;
-  PixelSize size;
-  PixelRect shown;
-  std::function<void()> becameReady;
-  bool visible = false;
+  VideoOutput& output_;
+  NativeWindow window_;
+  PixelSize size_;
+  PixelRect shown_;
+  std::function<void()> becameReady_;
+  bool visible_ = false;
   /// The frame that was shown last; 0 for none.
-  std::uint64_t shownFrame = 0;
+  std::uint64_t shownFrame_ = 0;
 };
 
 }  // namespace quilex

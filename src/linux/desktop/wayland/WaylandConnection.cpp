@@ -44,8 +44,8 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open(std::string& refusal)
 }
 
 WaylandConnection::WaylandConnection(wl_display* connected)
-    : connection(connected), registry(wl_display_get_registry(connected)) {
-  wl_registry_add_listener(registry.get(), &registryListener, this);
+    : connection_(connected), registry_(wl_display_get_registry(connected)) {
+  wl_registry_add_listener(registry_.get(), &registryListener, this);
 }
 
 WaylandConnection::~WaylandConnection() = default;
@@ -58,12 +58,12 @@ std::optional<std::string> WaylandConnection::setUp() {
     }
   }
   constexpr std::uint32_t kBufferDamage = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
-  if (!globals.layerShell ||
+  if (!globals_.layerShell ||
       zwlr_layer_shell_v1_get_version(layerShell()) < ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION) {
     return "the compositor has no layer shell (wlr-layer-shell, version 2)";
   }
-  if (!globals.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals.sharedMemory ||
-      !globals.viewporter) {
+  if (!globals_.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals_.sharedMemory ||
+      !globals_.viewporter) {
     return "the compositor lacks wl_compositor 4, wl_shm or wp_viewporter";
   }
   return std::nullopt;
@@ -73,41 +73,41 @@ void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uin
   const auto take = [&](auto& object, const wl_interface& known, std::uint32_t most) {
     const bool isIt = std::string_view(interface) == known.name;
     if (isIt && !object) {
-      bindTo(object, registry.get(), name, known, version, most);
+      bindTo(object, registry_.get(), name, known, version, most);
     }
     return isIt;
   };
-  take(globals.compositor, wl_compositor_interface, 4);
-  take(globals.sharedMemory, wl_shm_interface, 1);
-  take(globals.viewporter, wp_viewporter_interface, 1);
-  take(globals.layerShell, zwlr_layer_shell_v1_interface, 4);
-  if (take(globals.outputManager, zxdg_output_manager_v1_interface, 3)) {
-    for (const auto& output : knownOutputs) {
-      output->locate(globals.outputManager.get());
+  take(globals_.compositor, wl_compositor_interface, 4);
+  take(globals_.sharedMemory, wl_shm_interface, 1);
+  take(globals_.viewporter, wp_viewporter_interface, 1);
+  take(globals_.layerShell, zwlr_layer_shell_v1_interface, 4);
+  if (take(globals_.outputManager, zxdg_output_manager_v1_interface, 3)) {
+    for (const auto& output : knownOutputs_) {
+      output->locate(globals_.outputManager.get());
     }
   }
-  if (std::string_view(interface) == wl_seat_interface.name && version >= kSeatVersion && seatName == 0) {
-    seatName = name;
+  if (std::string_view(interface) == wl_seat_interface.name && version >= kSeatVersion && seatName_ == 0) {
+    seatName_ = name;
   }
   if (std::string_view(interface) == wl_output_interface.name && version >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
     auto* const output = static_cast<wl_output*>(
-        wl_registry_bind(registry.get(), name, &wl_output_interface, std::min<std::uint32_t>(version, 4)));
-    knownOutputs.push_back(std::make_unique<WaylandOutput>(name, output, [this] { observers.notify(); }));
-    knownOutputs.back()->locate(globals.outputManager.get());
+        wl_registry_bind(registry_.get(), name, &wl_output_interface, std::min<std::uint32_t>(version, 4)));
+    knownOutputs_.push_back(std::make_unique<WaylandOutput>(name, output, [this] { observers_.notify(); }));
+    knownOutputs_.back()->locate(globals_.outputManager.get());
   }
 }
 
 WaylandObject<wl_seat> WaylandConnection::bindSeat() {
   WaylandObject<wl_seat> seat;
-  if (seatName != 0) {
-    bindTo(seat, registry.get(), seatName, wl_seat_interface, kSeatVersion, kSeatVersion);
+  if (seatName_ != 0) {
+    bindTo(seat, registry_.get(), seatName_, wl_seat_interface, kSeatVersion, kSeatVersion);
   }
   return seat;
 }
 
 const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
   const WaylandOutput* found = nullptr;
-  for (const auto& output : knownOutputs) {
+  for (const auto& output : knownOutputs_) {
     if (output->isKnown() && output->frame() == screen.frame && (found == nullptr || output->name() == screen.name)) {
       found = output.get();
     }
@@ -117,7 +117,7 @@ const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
 
 const WaylandOutput* WaylandConnection::outputNamed(const std::string& name) const {
   const WaylandOutput* found = nullptr;
-  for (const auto& output : knownOutputs) {
+  for (const auto& output : knownOutputs_) {
     if (output->isKnown() && (found == nullptr || output->name() == name)) {
       found = output.get();
     }
@@ -126,21 +126,21 @@ const WaylandOutput* WaylandConnection::outputNamed(const std::string& name) con
 }
 
 void WaylandConnection::removed(std::uint32_t name) {
-  if (std::erase_if(knownOutputs, [&](const auto& output) { return output->global() == name; }) > 0) {
-    observers.notify();
+  if (std::erase_if(knownOutputs_, [&](const auto& output) { return output->global() == name; }) > 0) {
+    observers_.notify();
   }
 }
 
 void WaylandConnection::start(std::function<void()> lost) {
-  compositorLost = std::move(lost);
+  compositorLost_ = std::move(lost);
   const int descriptor = wl_display_get_fd(display());
-  readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-  QObject::connect(readable.get(), &QSocketNotifier::activated, readable.get(), [this] { drainEvents(); });
-  writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
-  writable->setEnabled(false);
-  QObject::connect(writable.get(), &QSocketNotifier::activated, writable.get(), [this] { flush(); });
+  readable_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { drainEvents(); });
+  writable_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
+  writable_->setEnabled(false);
+  QObject::connect(writable_.get(), &QSocketNotifier::activated, writable_.get(), [this] { flush(); });
   // What came before there was a notifier; and what EGL, which reads from the connection too, has left for this thread.
-  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, readable.get(),
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, readable_.get(),
                    [this] {
                      wl_display_dispatch_pending(display());
                      flush();
@@ -163,17 +163,17 @@ void WaylandConnection::drainEvents() {
 
 void WaylandConnection::flush() {
   const bool full = wl_display_flush(display()) < 0 && errno == EAGAIN;
-  if (writable) {
-    writable->setEnabled(full);
+  if (writable_) {
+    writable_->setEnabled(full);
     checkLost();
   }
 }
 
 void WaylandConnection::checkLost() {
-  if (wl_display_get_error(display()) != 0 && compositorLost) {
-    readable->setEnabled(false);
-    writable->setEnabled(false);
-    std::exchange(compositorLost, {})();
+  if (wl_display_get_error(display()) != 0 && compositorLost_) {
+    readable_->setEnabled(false);
+    writable_->setEnabled(false);
+    std::exchange(compositorLost_, {})();
   }
 }
 

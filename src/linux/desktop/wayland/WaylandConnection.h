@@ -31,22 +31,22 @@ class WaylandConnection {
   /// Sends what was asked for; to be called at the end of whatever asks for something.
   void flush();
 
-  wl_display* display() const { return connection.get(); }
-  wl_compositor* compositor() const { return globals.compositor.get(); }
-  wl_shm* sharedMemory() const { return globals.sharedMemory.get(); }
-  wp_viewporter* viewporter() const { return globals.viewporter.get(); }
-  zwlr_layer_shell_v1* layerShell() const { return globals.layerShell.get(); }
+  wl_display* display() const { return connection_.get(); }
+  wl_compositor* compositor() const { return globals_.compositor.get(); }
+  wl_shm* sharedMemory() const { return globals_.sharedMemory.get(); }
+  wp_viewporter* viewporter() const { return globals_.viewporter.get(); }
+  zwlr_layer_shell_v1* layerShell() const { return globals_.layerShell.get(); }
   /// The first seat, which tells at once what it has; empty when there is none.
   WaylandObject<wl_seat> bindSeat();
 
   /// In the order in which they came.
-  const std::vector<std::unique_ptr<WaylandOutput>>& outputs() const { return knownOutputs; }
+  const std::vector<std::unique_ptr<WaylandOutput>>& outputs() const { return knownOutputs_; }
   /// The output that is that screen now; one of another name if it has come to stand in its place. Null if none has.
   const WaylandOutput* outputOf(const Screen& screen) const;
   /// The output of that name, or any if there is none. Null without outputs.
   const WaylandOutput* outputNamed(const std::string& name) const;
   /// Tells that outputs came, went or changed; for each of them.
-  [[nodiscard]] Disposable observeOutputs(std::function<void()> handler) { return observers.add(std::move(handler)); }
+  [[nodiscard]] Disposable observeOutputs(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
   struct Globals {
@@ -66,15 +66,15 @@ class WaylandConnection {
   void drainEvents();
   void checkLost();
 
-  WaylandObject<wl_display> connection;
-  WaylandObject<wl_registry> registry;
-  Globals globals;
-  std::uint32_t seatName = 0;
-  std::vector<std::unique_ptr<WaylandOutput>> knownOutputs;
-  ObserverList<> observers;
-  std::function<void()> compositorLost;
-  std::unique_ptr<QSocketNotifier> readable;
-  std::unique_ptr<QSocketNotifier> writable;
+  WaylandObject<wl_display> connection_;
+  WaylandObject<wl_registry> registry_;
+  Globals globals_;
+  std::uint32_t seatName_ = 0;
+  std::vector<std::unique_ptr<WaylandOutput>> knownOutputs_;
+  ObserverList<> observers_;
+  std::function<void()> compositorLost_;
+  std::unique_ptr<QSocketNotifier> readable_;
+  std::unique_ptr<QSocketNotifier> writable_;
 };
 
 }  // namespace quilex

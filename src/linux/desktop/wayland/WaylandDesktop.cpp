@@ -18,38 +18,38 @@ namespace {
 
 class WaylandDesktop : public Desktop {
  public:
-  explicit WaylandDesktop(std::unique_ptr<WaylandConnection> opened) : wayland(std::move(opened)) {}
+  explicit WaylandDesktop(std::unique_ptr<WaylandConnection> opened) : wayland_(std::move(opened)) {}
 
   const char* kind() const override { return "wayland"; }
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
   std::vector<DisplayStatus> displays() const override {
     std::vector<DisplayStatus> found;
-    for (const auto& output : wayland->outputs()) {
+    for (const auto& output : wayland_->outputs()) {
       if (output->isKnown()) {
         found.push_back({output->name(), output->frame(), output->horizontalScale(), output->refreshRate()});
       }
     }
     return found;
   }
-  void start(std::function<void()> lost) override { wayland->start(std::move(lost)); }
+  void start(std::function<void()> lost) override { wayland_->start(std::move(lost)); }
   std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) override {
-    return GpuRenderer::make(EGL_PLATFORM_WAYLAND_KHR, wayland->display(), std::nullopt,
-                             {MPV_RENDER_PARAM_WL_DISPLAY, wayland->display()}, allowed, refusal,
-                             std::make_unique<WaylandEglWindows>(targets));
+    return GpuRenderer::make(EGL_PLATFORM_WAYLAND_KHR, wayland_->display(), std::nullopt,
+                             {MPV_RENDER_PARAM_WL_DISPLAY, wayland_->display()}, allowed, refusal,
+                             std::make_unique<WaylandEglWindows>(targets_));
   }
   std::unique_ptr<Renderer> makeCpuRenderer() override {
-    return std::make_unique<WaylandShmRenderer>(*wayland, targets);
+    return std::make_unique<WaylandShmRenderer>(*wayland_, targets_);
   }
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) override {
-    return std::make_unique<WaylandWindowServer>(*wayland, targets, output, renderer, loop);
+    return std::make_unique<WaylandWindowServer>(*wayland_, targets_, output, renderer, loop);
   }
   // Windows cannot be embedded there.
   EmbeddingTray embeddingTray() override { return {}; }
 
  private:
-  std::unique_ptr<WaylandConnection> wayland;
-  WaylandTargets targets;
+  std::unique_ptr<WaylandConnection> wayland_;
+  WaylandTargets targets_;
 };
 
 }  // namespace

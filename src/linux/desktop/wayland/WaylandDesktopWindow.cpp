@@ -40,20 +40,20 @@ const wl_callback_listener WaylandDesktopWindow::frameListener = {
 
 WaylandDesktopWindow::~WaylandDesktopWindow() {
   hide();
-  content.reset();
+  content_.reset();
 }
 
 void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick) {
-  view = std::move(newView);
-  click = std::move(newClick);
-  fitted.reset();
+  view_ = std::move(newView);
+  click_ = std::move(newClick);
+  fitted_.reset();
   fit();
 }
 
 // A hidden window stays as it is when monitors change. When it is shown again, that is where its screen was.
 const WaylandOutput* WaylandDesktopWindow::output() const {
-  const WaylandOutput* const exact = services.connection.outputOf(screen);
-  return exact != nullptr || shell ? exact : services.connection.outputNamed(screen.name);
+  const WaylandOutput* const exact = services_.connection.outputOf(screen_);
+  return exact != nullptr || shell_ ? exact : services_.connection.outputNamed(screen_.name);
 }
 
 // An output may get another scale, or another output its place, without any change of the frame that the screen is
@@ -64,136 +64,136 @@ void WaylandDesktopWindow::fit() {
     return;
   }
   const Fit now{place->global(), place->horizontalScale(), place->verticalScale()};
-  const std::optional<Fit> before = std::exchange(fitted, now);
+  const std::optional<Fit> before = std::exchange(fitted_, now);
   if (before == now) {
     return;
   }
   if (before && before->output != now.output) {
     hide();
-    reopening.reset();
+    reopening_.reset();
   }
   const auto across = [&](double length) { return pixels(length * now.horizontalScale); };
   const auto down = [&](double length) { return pixels(length * now.verticalScale); };
-  const Rect& frame = view->frame;
+  const Rect& frame = view_->frame;
   const PixelSize whole{across(frame.width), down(frame.height)};
   const int left = std::clamp(across(-frame.x), 0, whole.width);
   const int top = std::clamp(down(-frame.y), 0, whole.height);
-  const PixelRect part{left, top, std::min(across(screen.frame.width), whole.width - left),
-                       std::min(down(screen.frame.height), whole.height - top)};
-  content.reset();
-  content.emplace(services.output, target, whole, part, [this] {
-    if (wanted && !shell) {
+  const PixelRect part{left, top, std::min(across(screen_.frame.width), whole.width - left),
+                       std::min(down(screen_.frame.height), whole.height - top)};
+  content_.reset();
+  content_.emplace(services_.output, target_, whole, part, [this] {
+    if (wanted_ && !shell_) {
       show();
     }
   });
   // Otherwise the compositor's word brings it.
-  if (shell && shell->configured && !shell->frame) {
-    content->setVisible(true);
-    content->repaint();
+  if (shell_ && shell_->configured && !shell_->frame) {
+    content_->setVisible(true);
+    content_->repaint();
   }
 }
 
 void WaylandDesktopWindow::order(WindowOrder where) {
-  wanted = true;
-  wantedOrder = where;
+  wanted_ = true;
+  wantedOrder_ = where;
 }
 
 void WaylandDesktopWindow::settle() {
-  if (view) {
+  if (view_) {
     fit();
   }
-  if (!wanted) {
+  if (!wanted_) {
     hide();
-  } else if (!shell) {
+  } else if (!shell_) {
     show();
-  } else if (std::exchange(shell->order, wantedOrder) != wantedOrder) {
-    zwlr_layer_surface_v1_set_layer(shell->layerSurface.get(), layerOf(wantedOrder));
-    wl_surface_commit(shell->surface.get());
-    services.connection.flush();
+  } else if (std::exchange(shell_->order, wantedOrder_) != wantedOrder_) {
+    zwlr_layer_surface_v1_set_layer(shell_->layerSurface.get(), layerOf(wantedOrder_));
+    wl_surface_commit(shell_->surface.get());
+    services_.connection.flush();
   }
 }
 
 void WaylandDesktopWindow::show() {
   const WaylandOutput* const place = output();
-  if (place == nullptr || reopening || !content || !content->isReady()) {
+  if (place == nullptr || reopening_ || !content_ || !content_->isReady()) {
     return;
   }
-  WaylandConnection& connection = services.connection;
-  shell = std::make_unique<Shell>();
-  shell->order = wantedOrder;
-  shell->surface.reset(wl_compositor_create_surface(connection.compositor()));
-  shell->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell->surface.get()));
-  shell->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
-      connection.layerShell(), shell->surface.get(), place->object(), layerOf(wantedOrder), "quilexhelper"));
-  zwlr_layer_surface_v1* const layer = shell->layerSurface.get();
+  WaylandConnection& connection = services_.connection;
+  shell_ = std::make_unique<Shell>();
+  shell_->order = wantedOrder_;
+  shell_->surface.reset(wl_compositor_create_surface(connection.compositor()));
+  shell_->viewport.reset(wp_viewporter_get_viewport(connection.viewporter(), shell_->surface.get()));
+  shell_->layerSurface.reset(zwlr_layer_shell_v1_get_layer_surface(
+      connection.layerShell(), shell_->surface.get(), place->object(), layerOf(wantedOrder_), "quilexhelper"));
+  zwlr_layer_surface_v1* const layer = shell_->layerSurface.get();
   zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
   zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);
   zwlr_layer_surface_v1_set_exclusive_zone(layer, kWholeOutput);
   zwlr_layer_surface_v1_set_size(layer, 0, 0);
-  wl_surface_commit(shell->surface.get());
-  services.targets.put(target, {shell->surface.get(), [this] { requestFrame(); }});
+  wl_surface_commit(shell_->surface.get());
+  services_.targets.put(target_, {shell_->surface.get(), [this] { requestFrame(); }});
   connection.flush();
 }
 
 void WaylandDesktopWindow::hide() {
-  if (!shell) {
+  if (!shell_) {
     return;
   }
-  content->setVisible(false);
-  services.renderer.forget(target);
-  services.targets.remove(target);
-  shell.reset();
-  services.connection.flush();
+  content_->setVisible(false);
+  services_.renderer.forget(target_);
+  services_.targets.remove(target_);
+  shell_.reset();
+  services_.connection.flush();
 }
 
 void WaylandDesktopWindow::configure(std::uint32_t serial, std::uint32_t width, std::uint32_t height) {
-  zwlr_layer_surface_v1_ack_configure(shell->layerSurface.get(), serial);
+  zwlr_layer_surface_v1_ack_configure(shell_->layerSurface.get(), serial);
   if (width == 0 || height == 0) {
     return;
   }
   const auto w = static_cast<std::int32_t>(width);
   const auto h = static_cast<std::int32_t>(height);
   // Whatever the scale is, one pixel of the picture is one of the display.
-  wp_viewport_set_destination(shell->viewport.get(), w, h);
-  const WaylandObject<wl_region> whole(wl_compositor_create_region(services.connection.compositor()));
+  wp_viewport_set_destination(shell_->viewport.get(), w, h);
+  const WaylandObject<wl_region> whole(wl_compositor_create_region(services_.connection.compositor()));
   wl_region_add(whole.get(), 0, 0, w, h);
-  wl_surface_set_opaque_region(shell->surface.get(), whole.get());
-  shell->configured = true;
-  content->setVisible(true);
-  content->repaint();
+  wl_surface_set_opaque_region(shell_->surface.get(), whole.get());
+  shell_->configured = true;
+  content_->setVisible(true);
+  content_->repaint();
 }
 
 void WaylandDesktopWindow::closed() {
   hide();
-  reopening = services.runLoop.after(kReopening, [this] {
-    reopening.reset();
+  reopening_ = services_.runLoop.after(kReopening, [this] {
+    reopening_.reset();
     settle();
   });
 }
 
 void WaylandDesktopWindow::requestFrame() {
-  shell->frame.reset(wl_surface_frame(shell->surface.get()));
-  wl_callback_add_listener(shell->frame.get(), &frameListener, this);
-  content->setVisible(false);
-  lookedAt = false;
-  services.frameAsked();
+  shell_->frame.reset(wl_surface_frame(shell_->surface.get()));
+  wl_callback_add_listener(shell_->frame.get(), &frameListener, this);
+  content_->setVisible(false);
+  lookedAt_ = false;
+  services_.frameAsked();
 }
 
 void WaylandDesktopWindow::frameDone() {
-  shell->frame.reset();
-  content->setVisible(true);
-  content->catchUp();
-  services.frameCame();
+  shell_->frame.reset();
+  content_->setVisible(true);
+  content_->catchUp();
+  services_.frameCame();
 }
 
 void WaylandDesktopWindow::button(std::uint32_t code, bool down) {
   if (down) {
-    pressed = code == BTN_LEFT;
-    if (pressed) {
-      view->mouseDown();
+    pressed_ = code == BTN_LEFT;
+    if (pressed_) {
+      view_->mouseDown();
     }
-  } else if (code == BTN_LEFT && std::exchange(pressed, false) && click) {
-    click();
+  } else if (code == BTN_LEFT && std::exchange(pressed_, false) && click_) {
+    click_();
   }
 }
 

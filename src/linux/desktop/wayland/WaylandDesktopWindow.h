@@ -33,25 +33,25 @@ class WaylandDesktopWindow {
 
   /// Everything given must outlive the window, but for the output.
   WaylandDesktopWindow(Services givenServices, Screen covered)
-      : services(std::move(givenServices)), screen(std::move(covered)) {}
+      : services_(std::move(givenServices)), screen_(std::move(covered)) {}
   ~WaylandDesktopWindow();
   WaylandDesktopWindow(const WaylandDesktopWindow&) = delete;
   WaylandDesktopWindow& operator=(const WaylandDesktopWindow&) = delete;
 
-  bool covers(const Screen& other) const { return other.name == screen.name && other.frame == screen.frame; }
+  bool covers(const Screen& other) const { return other.name == screen_.name && other.frame == screen_.frame; }
   void setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick);
   void order(WindowOrder where);
-  void orderOut() { wanted = false; }
+  void orderOut() { wanted_ = false; }
   /// Brings what is shown in line with what is wanted and with what the output has become.
   void settle();
 
-  bool isShown() const { return shell && shell->configured; }
-  bool waits() const { return shell && shell->frame; }
+  bool isShown() const { return shell_ && shell_->configured; }
+  bool waits() const { return shell_ && shell_->frame; }
   /// Whether the window waits for the compositor's word on a frame that it already waited for when this was last asked.
-  bool isLeftWaiting() { return waits() && std::exchange(lookedAt, true); }
+  bool isLeftWaiting() { return waits() && std::exchange(lookedAt_, true); }
 
   /// Whether that is the window's surface.
-  bool is(const wl_surface* other) const { return shell && shell->surface.get() == other; }
+  bool is(const wl_surface* other) const { return shell_ && shell_->surface.get() == other; }
   void button(std::uint32_t code, bool down);
 
  private:
@@ -84,20 +84,20 @@ class WaylandDesktopWindow {
   void requestFrame();
   void frameDone();
 
-  Services services;
-  Screen screen;
-  NativeWindow target = services.targets.number();
-  std::unique_ptr<VideoView> view;
-  std::function<void()> click;
-  std::optional<Fit> fitted;
-  std::optional<VideoSurface> content;
-  std::unique_ptr<Shell> shell;
-  WindowOrder wantedOrder = WindowOrder::back;
+  Services services_;
+  Screen screen_;
+  NativeWindow target_ = services_.targets.number();
+  std::unique_ptr<VideoView> view_;
+  std::function<void()> click_;
+  std::optional<Fit> fitted_;
+  std::optional<VideoSurface> content_;
+  std::unique_ptr<Shell> shell_;
+  WindowOrder wantedOrder_ = WindowOrder::back;
   /// Whether the frame that was asked for last was waited for at a look.
-  bool lookedAt = false;
-  bool wanted = false;
-  bool pressed = false;
-  std::optional<Disposable> reopening;
+  bool lookedAt_ = false;
+  bool wanted_ = false;
+  bool pressed_ = false;
+  std::optional<Disposable> reopening_;
 };
 
 }  // namespace quilex

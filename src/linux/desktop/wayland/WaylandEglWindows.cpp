@@ -10,11 +10,11 @@ void WaylandEglWindows::Destroyer::operator()(wl_egl_window* window) const {
 }
 
 EGLNativeWindowType WaylandEglWindows::sized(NativeWindow window, PixelSize size) {
-  const auto* const target = targets.find(window);
+  const auto* const target = targets_.find(window);
   if (target == nullptr) {
     return 0;
   }
-  auto& known = windows[window];
+  auto& known = windows_[window];
   if (known) {
     wl_egl_window_resize(known.get(), size.width, size.height, 0, 0);
   } else {
@@ -24,14 +24,14 @@ EGLNativeWindowType WaylandEglWindows::sized(NativeWindow window, PixelSize size
 }
 
 void WaylandEglWindows::willShow(NativeWindow window) {
-  if (const auto* const target = targets.find(window)) {
+  if (const auto* const target = targets_.find(window)) {
     target->aboutToShow();
   }
 }
 
 // What the window has asked of the compositor for its next frame takes effect with a commit, which EGL did not make.
 void WaylandEglWindows::wasNotShown(NativeWindow window) {
-  if (const auto* const target = targets.find(window)) {
+  if (const auto* const target = targets_.find(window)) {
     wl_surface_commit(target->surface);
   }
 }

@@ -14,20 +14,20 @@ namespace quilex {
 class WaylandEglWindows : public EglWindows {
  public:
   /// The targets must outlive the instance.
-  explicit WaylandEglWindows(const WaylandTargets& theTargets) : targets(theTargets) {}
+  explicit WaylandEglWindows(const WaylandTargets& theTargets) : targets_(theTargets) {}
 
   EGLNativeWindowType sized(NativeWindow window, PixelSize size) override;
   void willShow(NativeWindow window) override;
   void wasNotShown(NativeWindow window) override;
-  void forget(NativeWindow window) override { windows.erase(window); }
+  void forget(NativeWindow window) override { windows_.erase(window); }
 
  private:
   struct Destroyer {
     void operator()(wl_egl_window* window) const;
   };
 
-  const WaylandTargets& targets;
-  std::map<NativeWindow, std::unique_ptr<wl_egl_window, Destroyer>> windows;
+  const WaylandTargets& targets_;
+  std::map<NativeWindow, std::unique_ptr<wl_egl_window, Destroyer>> windows_;
 };
 
 }  // namespace quilex

@@ -22,19 +22,19 @@ class WaylandOutput {
   void locate(zxdg_output_manager_v1* manager);
 
   /// The global's name in the registry.
-  std::uint32_t global() const { return id; }
-  wl_output* object() const { return output.get(); }
+  std::uint32_t global() const { return id_; }
+  wl_output* object() const { return output_.get(); }
   /// Whether the compositor has described it.
-  bool isKnown() const { return known && frame().width > 0 && frame().height > 0; }
+  bool isKnown() const { return known_ && frame().width > 0 && frame().height > 0; }
   /// As the compositor calls it, such as "DP-1".
-  const std::string& name() const { return current.name; }
+  const std::string& name() const { return current_.name; }
   /// Place and size in the compositor's global space.
   Rect frame() const;
   /// Pixels of the display for one unit of the global space, in each direction.
   double horizontalScale() const { return static_cast<double>(upright().width) / frame().width; }
   double verticalScale() const { return static_cast<double>(upright().height) / frame().height; }
   /// Hz; 0 when it is not known.
-  double refreshRate() const { return current.refreshRate; }
+  double refreshRate() const { return current_.refreshRate; }
 
  private:
   struct Description {
@@ -53,13 +53,13 @@ class WaylandOutput {
   /// The size of the mode, as a person sees it on a monitor that may be turned.
   PixelSize upright() const;
 
-  std::uint32_t id;
-  WaylandObject<wl_output> output;
-  WaylandObject<zxdg_output_v1> place;
-  std::function<void()> changed;
-  Description pending;
-  Description current;
-  bool known = false;
+  std::uint32_t id_;
+  WaylandObject<wl_output> output_;
+  WaylandObject<zxdg_output_v1> place_;
+  std::function<void()> changed_;
+  Description pending_;
+  Description current_;
+  bool known_ = false;
 };
 
 }  // namespace quilex

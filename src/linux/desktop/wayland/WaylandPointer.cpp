@@ -29,13 +29,13 @@ const wl_pointer_listener WaylandPointer::pointerListener = [] {
     listener<WaylandPointer>(data).enter(serial, surface);
   };
   events.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
-    listener<WaylandPointer>(data).over = nullptr;
+    listener<WaylandPointer>(data).over_ = nullptr;
   };
   events.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
   events.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button, std::uint32_t state) {
-    if (listener<WaylandPointer>(data).over != nullptr) {
-      listener<WaylandPointer>(data).handler(listener<WaylandPointer>(data).over, button,
-                                             state == WL_POINTER_BUTTON_STATE_PRESSED);
+    if (listener<WaylandPointer>(data).over_ != nullptr) {
+      listener<WaylandPointer>(data).handler_(listener<WaylandPointer>(data).over_, button,
+                                              state == WL_POINTER_BUTTON_STATE_PRESSED);
     }
   };
   events.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
@@ -47,41 +47,41 @@ const wl_pointer_listener WaylandPointer::pointerListener = [] {
 }();
 
 WaylandPointer::WaylandPointer(WaylandConnection& theConnection, Handler pressed)
-    : connection(theConnection), handler(std::move(pressed)), seat(theConnection.bindSeat()) {
-  if (seat) {
-    wl_seat_add_listener(seat.get(), &seatListener, this);
+    : connection_(theConnection), handler_(std::move(pressed)), seat_(theConnection.bindSeat()) {
+  if (seat_) {
+    wl_seat_add_listener(seat_.get(), &seatListener, this);
   }
 }
 
 void WaylandPointer::capabilities(std::uint32_t mask) {
   const bool has = (mask & WL_SEAT_CAPABILITY_POINTER) != 0;
-  if (has && !pointer) {
-    pointer.reset(wl_seat_get_pointer(seat.get()));
-    wl_pointer_add_listener(pointer.get(), &pointerListener, this);
+  if (has && !pointer_) {
+    pointer_.reset(wl_seat_get_pointer(seat_.get()));
+    wl_pointer_add_listener(pointer_.get(), &pointerListener, this);
   } else if (!has) {
-    pointer.reset();
-    over = nullptr;
+    pointer_.reset();
+    over_ = nullptr;
   }
 }
 
 void WaylandPointer::enter(std::uint32_t serial, wl_surface* surface) {
-  over = surface;
-  if (!theme) {
-    theme.reset(wl_cursor_theme_load(std::getenv("XCURSOR_THEME"), cursorSize(), connection.sharedMemory()));
-    cursorSurface.reset(wl_compositor_create_surface(connection.compositor()));
+  over_ = surface;
+  if (!theme_) {
+    theme_.reset(wl_cursor_theme_load(std::getenv("XCURSOR_THEME"), cursorSize(), connection_.sharedMemory()));
+    cursorSurface_.reset(wl_compositor_create_surface(connection_.compositor()));
   }
-  const wl_cursor* const cursor = theme ? wl_cursor_theme_get_cursor(theme.get(), "left_ptr") : nullptr;
+  const wl_cursor* const cursor = theme_ ? wl_cursor_theme_get_cursor(theme_.get(), "left_ptr") : nullptr;
   if (cursor == nullptr) {
     return;
   }
   wl_cursor_image& image = *cursor->images[0];
-  wl_pointer_set_cursor(pointer.get(), serial, cursorSurface.get(), static_cast<std::int32_t>(image.hotspot_x),
+  wl_pointer_set_cursor(pointer_.get(), serial, cursorSurface_.get(), static_cast<std::int32_t>(image.hotspot_x),
                         static_cast<std::int32_t>(image.hotspot_y));
-  wl_surface_attach(cursorSurface.get(), wl_cursor_image_get_buffer(&image), 0, 0);
-  wl_surface_damage_buffer(cursorSurface.get(), 0, 0, static_cast<std::int32_t>(image.width),
+  wl_surface_attach(cursorSurface_.get(), wl_cursor_image_get_buffer(&image), 0, 0);
+  wl_surface_damage_buffer(cursorSurface_.get(), 0, 0, static_cast<std::int32_t>(image.width),
                            static_cast<std::int32_t>(image.height));
-  wl_surface_commit(cursorSurface.get());
-  connection.flush();
+  wl_surface_commit(cursorSurface_.get());
+  connection_.flush();
 }
 
 }  // namespace quilex

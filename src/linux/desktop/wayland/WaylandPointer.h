@@ -23,13 +23,13 @@ class WaylandPointer {
   void capabilities(std::uint32_t mask);
   void enter(std::uint32_t serial, wl_surface* surface);
 
-  WaylandConnection& connection;
-  Handler handler;
-  WaylandObject<wl_seat> seat;
-  WaylandObject<wl_pointer> pointer;
-  WaylandObject<wl_cursor_theme> theme;
-  WaylandObject<wl_surface> cursorSurface;
-  wl_surface* over = nullptr;
+  WaylandConnection& connection_;
+  Handler handler_;
+  WaylandObject<wl_seat> seat_;
+  WaylandObject<wl_pointer> pointer_;
+  WaylandObject<wl_cursor_theme> theme_;
+  WaylandObject<wl_surface> cursorSurface_;
+  wl_surface* over_ = nullptr;
 };
 
 }  // namespace quilex

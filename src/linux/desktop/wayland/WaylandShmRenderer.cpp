@@ -14,43 +14,43 @@ namespace quilex {
 class WaylandShmPicture : public Picture {
  public:
   WaylandShmPicture(WaylandShmRenderer& owner, PixelSize extent)
-      : renderer(owner), size(extent), stride(softwareStride(extent.width)) {
-    renderer.pictures.push_back(this);
+      : renderer_(owner), size_(extent), stride_(softwareStride(extent.width)) {
+    renderer_.pictures_.push_back(this);
   }
-  ~WaylandShmPicture() override { std::erase(renderer.pictures, this); }
+  ~WaylandShmPicture() override { std::erase(renderer_.pictures_, this); }
 
   bool draw(mpv_render_context* context) override {
-    auto* const free = std::ranges::find_if(buffers, [](const auto& each) { return !each || each->reads == 0; });
-    if (free == buffers.end()) {
+    auto* const free = std::ranges::find_if(buffers_, [](const auto& each) { return !each || each->reads == 0; });
+    if (free == buffers_.end()) {
       return false;
     }
     if (!*free) {
       // One row more: a part that does not begin at the left ends beyond the last row by as much.
-      *free = std::make_unique<Buffer>(renderer.connection.sharedMemory(),
-                                       stride * (static_cast<std::size_t>(size.height) + 1));
+      *free = std::make_unique<Buffer>(renderer_.connection_.sharedMemory(),
+                                       stride_ * (static_cast<std::size_t>(size_.height) + 1));
     }
-    if (!drawSoftware(context, size, stride, (*free)->pages.data())) {
+    if (!drawSoftware(context, size_, stride_, (*free)->pages.data())) {
       return false;
     }
-    front = free->get();
+    front_ = free->get();
     return true;
   }
 
   void show(NativeWindow window, const PixelRect& part) override {
-    const auto* const target = renderer.targets.find(window);
-    if (front == nullptr || target == nullptr) {
+    const auto* const target = renderer_.targets_.find(window);
+    if (front_ == nullptr || target == nullptr) {
       return;
     }
-    View& view = front->views[window];
+    View& view = front_->views[window];
     if (!view.buffer || view.part != part) {
       // The old one, if the compositor still reads it, will not be told of any more.
-      front->reads -= view.isRead ? 1 : 0;
-      const auto offset = stride * static_cast<std::size_t>(part.y) + kPixelBytes * static_cast<std::size_t>(part.x);
+      front_->reads -= view.isRead ? 1 : 0;
+      const auto offset = stride_ * static_cast<std::size_t>(part.y) + kPixelBytes * static_cast<std::size_t>(part.x);
       view.part = part;
       view.isRead = false;
-      view.owner = front;
-      view.buffer.reset(wl_shm_pool_create_buffer(front->pool.get(), static_cast<std::int32_t>(offset), part.width,
-                                                  part.height, static_cast<std::int32_t>(stride),
+      view.owner = front_;
+      view.buffer.reset(wl_shm_pool_create_buffer(front_->pool.get(), static_cast<std::int32_t>(offset), part.width,
+                                                  part.height, static_cast<std::int32_t>(stride_),
                                                   WL_SHM_FORMAT_XRGB8888));
       wl_buffer_add_listener(view.buffer.get(), &kBufferListener, &view);
     }
@@ -58,13 +58,13 @@ class WaylandShmPicture : public Picture {
     wl_surface_attach(target->surface, view.buffer.get(), 0, 0);
     wl_surface_damage_buffer(target->surface, 0, 0, part.width, part.height);
     wl_surface_commit(target->surface);
-    front->reads += view.isRead ? 0 : 1;
+    front_->reads += view.isRead ? 0 : 1;
     view.isRead = true;
-    renderer.connection.flush();
+    renderer_.connection_.flush();
   }
 
   void forget(NativeWindow window) {
-    for (const auto& buffer : buffers) {
+    for (const auto& buffer : buffers_) {
       if (!buffer) {
         continue;
       }
@@ -100,12 +100,12 @@ class WaylandShmPicture : public Picture {
     --view.owner->reads;
   }};
 
-  WaylandShmRenderer& renderer;
-  PixelSize size;
-  std::size_t stride;
-  std::array<std::unique_ptr<Buffer>, 3> buffers;
+  WaylandShmRenderer& renderer_;
+  PixelSize size_;
+  std::size_t stride_;
+  std::array<std::unique_ptr<Buffer>, 3> buffers_;
   /// Holds the frame that is shown; none before the first.
-  Buffer* front = nullptr;
+  Buffer* front_ = nullptr;
 };
 
 MpvRenderContext WaylandShmRenderer::makeContext(mpv_handle* core) {
@@ -117,7 +117,7 @@ std::unique_ptr<Picture> WaylandShmRenderer::makePicture(PixelSize size) {
 }
 
 void WaylandShmRenderer::forget(NativeWindow window) {
-  for (WaylandShmPicture* picture : pictures) {
+  for (WaylandShmPicture* picture : pictures_) {
     picture->forget(window);
   }
 }

@@ -13,7 +13,7 @@ class WaylandShmRenderer : public Renderer {
  public:
   /// Everything given must outlive the renderer.
   WaylandShmRenderer(WaylandConnection& theConnection, WaylandTargets& theTargets)
-      : connection(theConnection), targets(theTargets) {}
+      : connection_(theConnection), targets_(theTargets) {}
 
   MpvRenderContext makeContext(mpv_handle* core) override;
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
@@ -22,9 +22,9 @@ class WaylandShmRenderer : public Renderer {
  private:
   friend class WaylandShmPicture;
 
-  WaylandConnection& connection;
-  WaylandTargets& targets;
-  std::vector<WaylandShmPicture*> pictures;
+  WaylandConnection& connection_;
+  WaylandTargets& targets_;
+  std::vector<WaylandShmPicture*> pictures_;
 };
 
 }  // namespace quilex

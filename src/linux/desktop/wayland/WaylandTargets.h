@@ -19,18 +19,18 @@ class WaylandTargets {
   };
 
   /// A number for a surface that is still to come.
-  NativeWindow number() { return ++last; }
-  void put(NativeWindow window, Target target) { targets.insert_or_assign(window, std::move(target)); }
-  void remove(NativeWindow window) { targets.erase(window); }
+  NativeWindow number() { return ++last_; }
+  void put(NativeWindow window, Target target) { targets_.insert_or_assign(window, std::move(target)); }
+  void remove(NativeWindow window) { targets_.erase(window); }
   /// Nothing while there is no such surface.
   const Target* find(NativeWindow window) const {
-    const auto entry = targets.find(window);
-    return entry != targets.end() ? &entry->second : nullptr;
+    const auto entry = targets_.find(window);
+    return entry != targets_.end() ? &entry->second : nullptr;
   }
 
  private:
-  std::map<NativeWindow, Target> targets;
-  NativeWindow last = 0;
+  std::map<NativeWindow, Target> targets_;
+  NativeWindow last_ = 0;
 };
 
 }  // namespace quilex

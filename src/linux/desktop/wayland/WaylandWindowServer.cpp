@@ -15,38 +15,38 @@ constexpr std::chrono::milliseconds kNextTurn{0};
 
 WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, WaylandTargets& targets, VideoOutput& output,
                                          Renderer& renderer, RunLoop& loop)
-    : connection(theConnection),
-      services{theConnection,
-               targets,
-               output,
-               renderer,
-               loop,
-               [this] { lookSoon(kPatience); },
-               [this] {
-                 if (covered) {
-                   look.reset();
-                   lookSoon(kNextTurn);
-                 }
-               }},
-      windows(loop,
-              [this] {
-                const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
-                covered = covered && std::ranges::any_of(windows.all(), isShown);
-              }),
-      pointer(theConnection,
-              [this](const wl_surface* surface, std::uint32_t button, bool down) {
-                for (WaylandDesktopWindow* window : windows.all()) {
-                  if (window->is(surface)) {
-                    window->button(button, down);
-                    return;
+    : connection_(theConnection),
+      services_{theConnection,
+                targets,
+                output,
+                renderer,
+                loop,
+                [this] { lookSoon(kPatience); },
+                [this] {
+                  if (covered_) {
+                    look_.reset();
+                    lookSoon(kNextTurn);
                   }
-                }
-              }),
-      outputs(theConnection.observeOutputs([this] { screensChangedSoon(); })) {}
+                }},
+      windows_(loop,
+               [this] {
+                 const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
+                 covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
+               }),
+      pointer_(theConnection,
+               [this](const wl_surface* surface, std::uint32_t button, bool down) {
+                 for (WaylandDesktopWindow* window : windows_.all()) {
+                   if (window->is(surface)) {
+                     window->button(button, down);
+                     return;
+                   }
+                 }
+               }),
+      outputs_(theConnection.observeOutputs([this] { screensChangedSoon(); })) {}
 
 std::vector<Screen> WaylandWindowServer::screens() const {
   std::vector<Screen> found;
-  for (const auto& output : connection.outputs()) {
+  for (const auto& output : connection_.outputs()) {
     if (output->isKnown()) {
       found.push_back({output->name(), output->frame()});
     }
@@ -55,32 +55,32 @@ std::vector<Screen> WaylandWindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> WaylandWindowServer::makeWallpaperWindow(const Screen& screen) {
-  return windows.lend([&](const WaylandDesktopWindow& window) { return window.covers(screen); },
-                      [&] { return std::make_unique<WaylandDesktopWindow>(services, screen); });
+  return windows_.lend([&](const WaylandDesktopWindow& window) { return window.covers(screen); },
+                       [&] { return std::make_unique<WaylandDesktopWindow>(services_, screen); });
 }
 
 void WaylandWindowServer::screensChangedSoon() {
-  windows.settleSoon();
-  if (!screensChanged) {
-    screensChanged = services.runLoop.after(kNextTurn, [this] {
-      screensChanged.reset();
-      screenObservers.notify();
+  windows_.settleSoon();
+  if (!screensChanged_) {
+    screensChanged_ = services_.runLoop.after(kNextTurn, [this] {
+      screensChanged_.reset();
+      screenObservers_.notify();
     });
   }
 }
 
 void WaylandWindowServer::lookSoon(std::chrono::milliseconds delay) {
-  if (!look) {
-    look = services.runLoop.after(delay, [this] { checkOcclusion(); });
+  if (!look_) {
+    look_ = services_.runLoop.after(delay, [this] { checkOcclusion(); });
   }
 }
 
 void WaylandWindowServer::checkOcclusion() {
-  look.reset();
+  look_.reset();
   bool anyShown = false;
   bool anySeen = false;
   bool anyWaits = false;
-  for (WaylandDesktopWindow* window : windows.all()) {
+  for (WaylandDesktopWindow* window : windows_.all()) {
     if (window->isShown()) {
       anyShown = true;
       anySeen = !window->isLeftWaiting() || anySeen;
@@ -90,20 +90,20 @@ void WaylandWindowServer::checkOcclusion() {
   if (!anyShown) {
     return;
   }
-  if (std::exchange(covered, !anySeen) == anySeen) {
-    occlusionObservers.notify();
+  if (std::exchange(covered_, !anySeen) == anySeen) {
+    occlusionObservers_.notify();
   }
-  if (!covered && anyWaits) {
+  if (!covered_ && anyWaits) {
     lookSoon(kPatience);
   }
 }
 
 Disposable WaylandWindowServer::observeOcclusion(std::function<void()> handler) {
-  return occlusionObservers.add(std::move(handler));
+  return occlusionObservers_.add(std::move(handler));
 }
 
 Disposable WaylandWindowServer::observeScreens(std::function<void()> handler) {
-  return screenObservers.add(std::move(handler));
+  return screenObservers_.add(std::move(handler));
 }
 
 }  // namespace quilex

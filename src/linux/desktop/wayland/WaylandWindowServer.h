@@ -36,16 +36,16 @@ class WaylandWindowServer : public WindowServer {
   void lookSoon(std::chrono::milliseconds delay);
   void checkOcclusion();
 
-  WaylandConnection& connection;
-  WaylandDesktopWindow::Services services;
-  DesktopWindows<WaylandDesktopWindow> windows;
-  WaylandPointer pointer;
-  ObserverList<> screenObservers;
-  std::optional<Disposable> screensChanged;
-  ObserverList<> occlusionObservers;
-  bool covered = false;
-  std::optional<Disposable> look;
-  Disposable outputs;
+  WaylandConnection& connection_;
+  WaylandDesktopWindow::Services services_;
+  DesktopWindows<WaylandDesktopWindow> windows_;
+  WaylandPointer pointer_;
+  ObserverList<> screenObservers_;
+  std::optional<Disposable> screensChanged_;
+  ObserverList<> occlusionObservers_;
+  bool covered_ = false;
+  std::optional<Disposable> look_;
+  Disposable outputs_;
 };
 
 }  // namespace quilex

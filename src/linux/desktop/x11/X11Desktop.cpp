@@ -17,29 +17,29 @@ namespace {
 
 class X11Desktop : public Desktop {
  public:
-  explicit X11Desktop(std::unique_ptr<X11Connection> opened) : x11(std::move(opened)), systemTray(*x11) {}
+  explicit X11Desktop(std::unique_ptr<X11Connection> opened) : x11_(std::move(opened)), systemTray_(*x11_) {}
 
   const char* kind() const override { return "x11"; }
   const char* toolkitPlugin() const override { return "xcb"; }
   const char* serverName() const override { return "the X server"; }
-  std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11).describe(); }
-  void start(std::function<void()> lost) override { x11->start(std::move(lost)); }
+  std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11_).describe(); }
+  void start(std::function<void()> lost) override { x11_->start(std::move(lost)); }
   std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) override {
-    return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11->display(), static_cast<EGLint>(x11->visual()),
-                             {MPV_RENDER_PARAM_X11_DISPLAY, x11->display()}, allowed, refusal);
+    return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11_->display(), static_cast<EGLint>(x11_->visual()),
+                             {MPV_RENDER_PARAM_X11_DISPLAY, x11_->display()}, allowed, refusal);
   }
-  std::unique_ptr<Renderer> makeCpuRenderer() override { return std::make_unique<X11ShmRenderer>(*x11); }
+  std::unique_ptr<Renderer> makeCpuRenderer() override { return std::make_unique<X11ShmRenderer>(*x11_); }
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) override {
-    return std::make_unique<X11WindowServer>(*x11, output, renderer, loop);
+    return std::make_unique<X11WindowServer>(*x11_, output, renderer, loop);
   }
   EmbeddingTray embeddingTray() override {
-    return {[this] { return systemTray.isPresent(); },
-            [this](std::function<void()> handler) { return systemTray.observe(std::move(handler)); }};
+    return {[this] { return systemTray_.isPresent(); },
+            [this](std::function<void()> handler) { return systemTray_.observe(std::move(handler)); }};
   }
 
  private:
-  std::unique_ptr<X11Connection> x11;
-  X11SystemTray systemTray;
+  std::unique_ptr<X11Connection> x11_;
+  X11SystemTray systemTray_;
 };
 
 }  // namespace

@@ -21,52 +21,52 @@ namespace {}  // namespace
 class X11ShmPicture : public Picture {
  public:
   X11ShmPicture(X11ShmRenderer& owner, PixelSize extent)
-      : renderer(owner), size(extent), stride(softwareStride(extent.width)) {}
+      : renderer_(owner), size_(extent), stride_(softwareStride(extent.width)) {}
 
   ~X11ShmPicture() override {
-    for (const auto& buffer : buffers) {
+    for (const auto& buffer : buffers_) {
       if (buffer && buffer->segment != 0) {
         xcb_shm_detach(connection(), buffer->segment);
-        renderer.reads.erase(buffer->segment);
+        renderer_.reads.erase(buffer->segment);
       }
     }
   }
 
   bool draw(mpv_render_context* context) override {
-    auto* const free = std::find_if(buffers.begin(), buffers.end(), [&](const auto& each) {
-      return !each || each->segment == 0 || renderer.reads[each->segment] == 0;
+    auto* const free = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& each) {
+      return !each || each->segment == 0 || renderer_.reads[each->segment] == 0;
     });
-    if (free == buffers.end()) {
+    if (free == buffers_.end()) {
       return false;
     }
     if (!*free) {
-      *free = std::make_unique<Buffer>(stride * static_cast<std::size_t>(size.height));
-      if (renderer.shares) {
+      *free = std::make_unique<Buffer>(stride_ * static_cast<std::size_t>(size_.height));
+      if (renderer_.shares) {
         share(**free);
       }
     }
-    if (!drawSoftware(context, size, stride, (*free)->pages.data())) {
+    if (!drawSoftware(context, size_, stride_, (*free)->pages.data())) {
       return false;
     }
-    front = free->get();
+    front_ = free->get();
     return true;
   }
 
   void show(NativeWindow window, const PixelRect& part) override {
-    if (front == nullptr) {
+    if (front_ == nullptr) {
       return;
     }
-    const Buffer& shown = *front;
+    const Buffer& shown = *front_;
     if (shown.segment == 0) {
       send(window, part, shown);
       return;
     }
-    xcb_shm_put_image(connection(), window, renderer.context, static_cast<std::uint16_t>(stride / kPixelBytes),
-                      static_cast<std::uint16_t>(size.height), static_cast<std::uint16_t>(part.x),
+    xcb_shm_put_image(connection(), window, renderer_.context, static_cast<std::uint16_t>(stride_ / kPixelBytes),
+                      static_cast<std::uint16_t>(size_.height), static_cast<std::uint16_t>(part.x),
                       static_cast<std::uint16_t>(part.y), static_cast<std::uint16_t>(part.width),
                       static_cast<std::uint16_t>(part.height), 0, 0, X11Connection::kDepth, XCB_IMAGE_FORMAT_Z_PIXMAP,
                       1, shown.segment, 0);
-    ++renderer.reads[shown.segment];
+    ++renderer_.reads[shown.segment];
   }
 
  private:
@@ -76,7 +76,7 @@ class X11ShmPicture : public Picture {
     xcb_shm_seg_t segment = 0;
   };
 
-  xcb_connection_t* connection() const { return renderer.connection.xcb(); }
+  xcb_connection_t* connection() const { return renderer_.connection.xcb(); }
 
   void share(Buffer& buffer) {
     const xcb_shm_seg_t segment = xcb_generate_id(connection());
@@ -85,7 +85,7 @@ class X11ShmPicture : public Picture {
     const auto cookie = xcb_shm_attach_fd_checked(connection(), segment, descriptor, 1);
     const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection(), cookie));
     if (error) {
-      renderer.shares = false;
+      renderer_.shares = false;
     } else {
       buffer.segment = segment;
     }
@@ -102,11 +102,11 @@ class X11ShmPicture : public Picture {
       const int height = std::min(rows, part.height - top);
       for (int row = 0; row < height; ++row) {
         std::memcpy(band.data() + rowBytes * static_cast<std::size_t>(row),
-                    buffer.pages.data() + stride * static_cast<std::size_t>(part.y + top + row) +
+                    buffer.pages.data() + stride_ * static_cast<std::size_t>(part.y + top + row) +
                         kPixelBytes * static_cast<std::size_t>(part.x),
                     rowBytes);
       }
-      xcb_put_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, renderer.context,
+      xcb_put_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, renderer_.context,
                     static_cast<std::uint16_t>(part.width), static_cast<std::uint16_t>(height), 0,
                     static_cast<std::int16_t>(top), 0, X11Connection::kDepth,
                     static_cast<std::uint32_t>(rowBytes * static_cast<std::size_t>(height)),
@@ -114,12 +114,12 @@ class X11ShmPicture : public Picture {
     }
   }
 
-  X11ShmRenderer& renderer;
-  PixelSize size;
-  std::size_t stride;
-  std::array<std::unique_ptr<Buffer>, 2> buffers;
+  X11ShmRenderer& renderer_;
+  PixelSize size_;
+  std::size_t stride_;
+  std::array<std::unique_ptr<Buffer>, 2> buffers_;
   /// Holds the frame that is shown; none before the first.
-  const Buffer* front = nullptr;
+  const Buffer* front_ = nullptr;
 };
 
 X11ShmRenderer::X11ShmRenderer(X11Connection& x11)

@@ -80,54 +80,54 @@ Outcome failure(const fs::path& file, const char* what, const std::string& reaso
 }  // namespace
 
 AutostartEntry::AutostartEntry(const LinuxBundle& bundle, const fs::path& config)
-    : installed(bundle.path().parent_path() / "applications" / kName),
-      agent(bundle.path().parent_path().parent_path() / "bin" / "quilexhelper"),
-      file(config / "autostart" / kName) {}
+    : installed_(bundle.path().parent_path() / "applications" / kName),
+      agent_(bundle.path().parent_path().parent_path() / "bin" / "quilexhelper"),
+      file_(config / "autostart" / kName) {}
 
 Outcome AutostartEntry::set(bool startsAtLogin) const {
   std::error_code error;
-  const fs::file_status status = fs::symlink_status(file, error);
+  const fs::file_status status = fs::symlink_status(file_, error);
   if (status.type() == fs::file_type::none) {
-    return failure(file, "looked at", error.message());
+    return failure(file_, "looked at", error.message());
   }
   if (status.type() == fs::file_type::not_found) {
     return startsAtLogin ? write() : Outcome{State::done, ""};
   }
   // A link, as those who keep their settings elsewhere have it, is not ours either.
-  const bool isPlain = fs::is_regular_file(status) && fs::file_size(file, error) <= kLargestEntry;
-  const auto text = isPlain ? read(file) : std::nullopt;
+  const bool isPlain = fs::is_regular_file(status) && fs::file_size(file_, error) <= kLargestEntry;
+  const auto text = isPlain ? read(file_) : std::nullopt;
   if (isPlain && !text) {
-    return failure(file, "read", "permission denied");
+    return failure(file_, "read", "permission denied");
   }
   if (!isPlain || !isOurs(*text)) {
     return {State::edited,
-            "the autostart entry " + file.string() + " was not made by this program, or was edited; it stays"};
+            "the autostart entry " + file_.string() + " was not made by this program, or was edited; it stays"};
   }
   if (startsAtLogin) {
     return write();
   }
-  fs::remove(file, error);
-  return error ? failure(file, "removed", error.message()) : Outcome{State::done, ""};
+  fs::remove(file_, error);
+  return error ? failure(file_, "removed", error.message()) : Outcome{State::done, ""};
 }
 
 Outcome AutostartEntry::write() const {
-  const auto original = read(installed);
+  const auto original = read(installed_);
   if (!original) {
     return {State::notInstalled,
-            "only an agent that is installed is started at login; there is no " + installed.string()};
+            "only an agent that is installed is started at login; there is no " + installed_.string()};
   }
-  const std::string entry = entryFor(*original, agent);
-  if (read(file) == entry) {
+  const std::string entry = entryFor(*original, agent_);
+  if (read(file_) == entry) {
     return {State::done, ""};
   }
-  if (const auto error = createPrivateFolder(file.parent_path())) {
-    return failure(file, "written", error.message());
+  if (const auto error = createPrivateFolder(file_.parent_path())) {
+    return failure(file_, "written", error.message());
   }
-  QSaveFile target(QFile::decodeName(file.c_str()));
+  QSaveFile target(QFile::decodeName(file_.c_str()));
   const auto size = static_cast<qint64>(entry.size());
   if (!target.open(QIODevice::WriteOnly) || !target.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
       target.write(entry.data(), size) != size || !target.flush() || !target.commit()) {
-    return failure(file, "written", target.errorString().toStdString());
+    return failure(file_, "written", target.errorString().toStdString());
   }
   return {State::done, ""};
 }

@@ -41,9 +41,9 @@ class AutostartEntry {
  private:
   Outcome write() const;
 
-  std::filesystem::path installed;
-  std::filesystem::path agent;
-  std::filesystem::path file;
+  std::filesystem::path installed_;
+  std::filesystem::path agent_;
+  std::filesystem::path file_;
 };
 
 }  // namespace quilex

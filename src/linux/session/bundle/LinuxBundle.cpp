@@ -49,7 +49,7 @@ fs::path settingsFile() {
   return configHome() / AppInfo::groupIdentifier / "settings.json";
 }
 
-LinuxBundle::LinuxBundle(fs::path root) : folder(std::move(root)) {}
+LinuxBundle::LinuxBundle(fs::path root) : folder_(std::move(root)) {}
 
 LinuxBundle LinuxBundle::main() {
   std::error_code ignored;
@@ -58,14 +58,14 @@ LinuxBundle LinuxBundle::main() {
 }
 
 std::optional<fs::path> LinuxBundle::resource(const std::string& name, const std::string& type) const {
-  fs::path path = folder / (name + "." + type);
+  fs::path path = folder_ / (name + "." + type);
   std::error_code ignored;
   return fs::exists(path, ignored) ? std::optional(std::move(path)) : std::nullopt;
 }
 
 AppEnvironment LinuxBundle::environment() const {
   AppEnvironment environment;
-  std::ifstream file(folder / "Info.json");
+  std::ifstream file(folder_ / "Info.json");
   const auto info = nlohmann::json::parse(file, nullptr, false);
   if (info.is_object()) {
     for (const auto& [key, value] : info.items()) {

@@ -16,14 +16,14 @@ class LinuxBundle {
   /// The bundle of the running program.
   static LinuxBundle main();
 
-  const std::filesystem::path& path() const { return folder; }
+  const std::filesystem::path& path() const { return folder_; }
   /// The file "name.type" of the bundle, if it is there.
   std::optional<std::filesystem::path> resource(const std::string& name, const std::string& type) const;
   /// The information dictionary (Info.json) and the user's directories. A missing or malformed dictionary is empty.
   AppEnvironment environment() const;
 
  private:
-  std::filesystem::path folder;
+  std::filesystem::path folder_;
 };
 
 /// $XDG_CONFIG_HOME and $XDG_DATA_HOME with their defaults (XDG Base Directory Specification 0.8); relative values are

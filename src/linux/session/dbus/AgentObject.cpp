@@ -29,14 +29,14 @@ QVariantMap values(const AgentStatus& status, bool onlySignalled) {
 }  // namespace
 
 AgentObject::AgentObject(StatusReport& theReport)
-    : report(theReport), changes(report.observe([this] {
-        if (!signalling.isActive()) {
-          signalling.start();
+    : report_(theReport), changes_(report_.observe([this] {
+        if (!signalling_.isActive()) {
+          signalling_.start();
         }
       })) {
-  signalling.setSingleShot(true);
-  QObject::connect(&signalling, &QTimer::timeout, this, [this] { signalChanges(); });
-  signalled = values(report.read(), true);
+  signalling_.setSingleShot(true);
+  QObject::connect(&signalling_, &QTimer::timeout, this, [this] { signalChanges(); });
+  signalled_ = values(report_.read(), true);
   auto bus = QDBusConnection::sessionBus();
   if (bus.isConnected()) {
     bus.registerVirtualObject(kAgentPath, this);
@@ -73,7 +73,7 @@ QDBusMessage AgentObject::answer(const QDBusMessage& call) const {
   if (!interface.isEmpty() && interface != kAgentInterface) {
     return call.createErrorReply(QDBusError::UnknownInterface, "no such interface: " + interface);
   }
-  const QVariantMap all = values(report.read(), false);
+  const QVariantMap all = values(report_.read(), false);
   if (isGetAll) {
     return call.createReply(QVariant(all));
   }
@@ -88,14 +88,14 @@ QDBusMessage AgentObject::answer(const QDBusMessage& call) const {
 }
 
 void AgentObject::signalChanges() {
-  const QVariantMap now = values(report.read(), true);
+  const QVariantMap now = values(report_.read(), true);
   QVariantMap changed;
   for (auto each = now.begin(); each != now.end(); ++each) {
-    if (each.value() != signalled[each.key()]) {
+    if (each.value() != signalled_[each.key()]) {
       changed[each.key()] = each.value();
     }
   }
-  signalled = now;
+  signalled_ = now;
   auto bus = QDBusConnection::sessionBus();
   if (!changed.isEmpty() && bus.isConnected()) {
     auto message = QDBusMessage::createSignal(kAgentPath, kPropertiesInterface, "PropertiesChanged");

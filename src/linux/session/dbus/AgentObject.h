@@ -24,11 +24,11 @@ class AgentObject : public QDBusVirtualObject {
   QDBusMessage answer(const QDBusMessage& call) const;
   void signalChanges();
 
-  StatusReport& report;
-  QTimer signalling;
+  StatusReport& report_;
+  QTimer signalling_;
   /// The values that were signalled last, of the properties that are signalled.
-  QVariantMap signalled;
-  Disposable changes;
+  QVariantMap signalled_;
+  Disposable changes_;
 };
 
 }  // namespace quilex

@@ -11,18 +11,18 @@ class SignalReceiver : public QObject {
   Q_OBJECT
 
  public:
-  explicit SignalReceiver(std::function<void(bool argument)> action) : handler(std::move(action)) {}
+  explicit SignalReceiver(std::function<void(bool argument)> action) : handler_(std::move(action)) {}
 
  public slots:  // NOLINT(readability-redundant-access-specifiers): Qt's own
   void received() { received(false); }
   void received(bool argument) {
     // The handler may release the registration and with it this object.
-    const auto running = handler;
+    const auto running = handler_;
     running(argument);
   }
 
  private:
-  std::function<void(bool)> handler;
+  std::function<void(bool)> handler_;
 };
 
 }  // namespace quilex

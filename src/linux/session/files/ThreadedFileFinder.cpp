@@ -37,17 +37,17 @@ struct ThreadedFileFinder::Progress {
 };
 
 ThreadedFileFinder::ThreadedFileFinder(RunLoop& runLoop, Look look)
-    : loop(runLoop), lookAt(std::move(look)), wakeup([this] { collect(); }), mailbox(std::make_shared<Mailbox>()) {
-  mailbox->wakeup = &wakeup;
+    : loop_(runLoop), lookAt_(std::move(look)), wakeup_([this] { collect(); }), mailbox_(std::make_shared<Mailbox>()) {
+  mailbox_->wakeup = &wakeup_;
 }
 
 ThreadedFileFinder::~ThreadedFileFinder() {
-  for (const auto& [id, question] : questions) {
+  for (const auto& [id, question] : questions_) {
     const std::lock_guard lock(question.progress->lock);
     question.progress->isAbandoned = true;
   }
-  const std::lock_guard lock(mailbox->lock);
-  mailbox->wakeup = nullptr;
+  const std::lock_guard lock(mailbox_->lock);
+  mailbox_->wakeup = nullptr;
 }
 
 bool ThreadedFileFinder::isRegularFile(const fs::path& file) {
@@ -56,17 +56,17 @@ bool ThreadedFileFinder::isRegularFile(const fs::path& file) {
 }
 
 Disposable ThreadedFileFinder::findFirst(std::vector<fs::path> files, std::function<void(Answer)> reply) {
-  const std::uint64_t id = ++lastQuestion;
-  questions[id] = {std::move(files), std::move(reply), false, nullptr, std::nullopt};
+  const std::uint64_t id = ++lastQuestion_;
+  questions_[id] = {std::move(files), std::move(reply), false, nullptr, std::nullopt};
   look(id, 0);
-  return Disposable([this, id, box = mailbox] {
+  return Disposable([this, id, box = mailbox_] {
     {
       const std::lock_guard lock(box->lock);
       if (box->wakeup == nullptr) {
         return;
       }
     }
-    if (const auto entry = questions.find(id); entry != questions.end()) {
+    if (const auto entry = questions_.find(id); entry != questions_.end()) {
       // The thread is watched to its end all the same, so that its folder is known if it hangs.
       entry->second.reply = nullptr;
     }
@@ -75,7 +75,7 @@ Disposable ThreadedFileFinder::findFirst(std::vector<fs::path> files, std::funct
 
 // Starts a thread for the files from that one on.
 void ThreadedFileFinder::look(std::uint64_t id, std::size_t from) {
-  Question& question = questions.at(id);
+  Question& question = questions_.at(id);
   // What hangs is not asked again.
   std::vector<std::pair<std::size_t, fs::path>> places;
   for (std::size_t index = from; index < question.files.size(); ++index) {
@@ -88,8 +88,8 @@ void ThreadedFileFinder::look(std::uint64_t id, std::size_t from) {
   const auto progress = std::make_shared<Progress>();
   progress->index = places.empty() ? question.files.size() : places.front().first;
   question.progress = progress;
-  question.deadline = loop.after(kPatience, [this, id] { watch(id); });
-  auto work = [id, progress, box = mailbox, look = lookAt, places = std::move(places)] {
+  question.deadline = loop_.after(kPatience, [this, id] { watch(id); });
+  auto work = [id, progress, box = mailbox_, look = lookAt_, places = std::move(places)] {
     std::optional<std::size_t> found;
     for (const auto& [index, file] : places) {
       {
@@ -125,7 +125,7 @@ void ThreadedFileFinder::look(std::uint64_t id, std::size_t from) {
 
 // Leaves a thread behind that has been at one file for too long.
 void ThreadedFileFinder::watch(std::uint64_t id) {
-  Question& question = questions.at(id);
+  Question& question = questions_.at(id);
   std::size_t index = 0;
   {
     const std::lock_guard lock(question.progress->lock);
@@ -136,7 +136,7 @@ void ThreadedFileFinder::watch(std::uint64_t id) {
     const auto passed = Clock::now() - question.progress->since;
     if (passed < kPatience) {
       const auto left = std::chrono::ceil<std::chrono::milliseconds>(kPatience - passed);
-      question.deadline = loop.after(left, [this, id] { watch(id); });
+      question.deadline = loop_.after(left, [this, id] { watch(id); });
       return;
     }
     index = question.progress->index;
@@ -144,7 +144,7 @@ void ThreadedFileFinder::watch(std::uint64_t id) {
   }
   question.someUnanswered = true;
   if (index < question.files.size()) {
-    hanging[question.progress] = question.files[index].parent_path();
+    hanging_[question.progress] = question.files[index].parent_path();
   }
   if (!question.reply || index + 1 >= question.files.size()) {
     answer(id, std::nullopt);
@@ -156,27 +156,27 @@ void ThreadedFileFinder::watch(std::uint64_t id) {
 void ThreadedFileFinder::collect() {
   std::vector<Mailbox::Letter> letters;
   {
-    const std::lock_guard lock(mailbox->lock);
-    letters.swap(mailbox->letters);
+    const std::lock_guard lock(mailbox_->lock);
+    letters.swap(mailbox_->letters);
   }
   for (const auto& [id, progress, found] : letters) {
-    hanging.erase(progress);
-    const auto entry = questions.find(id);
-    if (entry != questions.end() && entry->second.progress == progress) {
+    hanging_.erase(progress);
+    const auto entry = questions_.find(id);
+    if (entry != questions_.end() && entry->second.progress == progress) {
       answer(id, found);
     }
   }
 }
 
 bool ThreadedFileFinder::hangs(const fs::path& file) const {
-  return std::ranges::any_of(hanging,
+  return std::ranges::any_of(hanging_,
                              [folder = file.parent_path()](const auto& each) { return each.second == folder; });
 }
 
 void ThreadedFileFinder::answer(std::uint64_t id, std::optional<std::size_t> found) {
-  const auto entry = questions.find(id);
+  const auto entry = questions_.find(id);
   Question question = std::move(entry->second);
-  questions.erase(entry);
+  questions_.erase(entry);
   if (question.reply) {
     question.reply({found, question.someUnanswered});
   }

@@ -53,14 +53,14 @@ class ThreadedFileFinder : public FileFinder {
   bool hangs(const std::filesystem::path& file) const;
   void answer(std::uint64_t id, std::optional<std::size_t> found);
 
-  RunLoop& loop;
-  Look lookAt;
-  Questions questions;
-  std::uint64_t lastQuestion = 0;
+  RunLoop& loop_;
+  Look lookAt_;
+  Questions questions_;
+  std::uint64_t lastQuestion_ = 0;
   /// The folders that threads hang in, by the progress of those threads.
-  std::map<std::shared_ptr<Progress>, std::filesystem::path> hanging;
-  Wakeup wakeup;
-  std::shared_ptr<Mailbox> mailbox;
+  std::map<std::shared_ptr<Progress>, std::filesystem::path> hanging_;
+  Wakeup wakeup_;
+  std::shared_ptr<Mailbox> mailbox_;
 };
 
 }  // namespace quilex

@@ -48,7 +48,7 @@ std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> J
 }
 
 JsonSettingsSuite::JsonSettingsSuite(fs::path location, RunLoop& loop)
-    : file(std::move(location)), runLoop(loop), lockRetry(kLockRetry) {}
+    : file_(std::move(location)), runLoop_(loop), lockRetry_(kLockRetry) {}
 
 JsonSettingsSuite::~JsonSettingsSuite() {
   try {
@@ -61,40 +61,40 @@ JsonSettingsSuite::~JsonSettingsSuite() {
 }
 
 std::string JsonSettingsSuite::sentence(const std::string& problem) const {
-  return "the settings file " + file.path.string() + " " + problem;
+  return "the settings file " + file_.path.string() + " " + problem;
 }
 
 // Takes over what the file holds. Where it holds no settings the last good ones stay.
 std::optional<SettingsFile::Problem> JsonSettingsSuite::readFile() const {
-  ++reads;
-  SettingsFile::Contents contents = file.read();
-  seen = contents.signature;
-  qCDebug(settingsLog, "reads %s", file.path.c_str());
+  ++reads_;
+  SettingsFile::Contents contents = file_.read();
+  seen_ = contents.signature;
+  qCDebug(settingsLog, "reads %s", file_.path.c_str());
   if (auto* object = std::get_if<Json>(&contents.object)) {
-    values = std::move(*object);
+    values_ = std::move(*object);
     // What another process has stored since is newer than a change that still waits.
-    std::erase_if(pending, [this](const auto& entry) { return stored(entry.first) != entry.second.before; });
+    std::erase_if(pending_, [this](const auto& entry) { return stored(entry.first) != entry.second.before; });
   }
   const auto* problem = std::get_if<SettingsFile::Problem>(&contents.object);
   return problem != nullptr ? std::optional(*problem) : std::nullopt;
 }
 
 void JsonSettingsSuite::refresh() const {
-  const auto now = file.signature();
-  if (!now || now == seen) {
+  const auto now = file_.signature();
+  if (!now || now == seen_) {
     return;
   }
   if (const auto problem = readFile()) {
     complain(problem->message, "keeping the last good values");
   } else {
-    lastComplaint.clear();
+    lastComplaint_.clear();
   }
 }
 
 // Once for each problem, however often it is met.
 void JsonSettingsSuite::complain(const std::string& problem, const char* consequence) const {
-  if (problem != lastComplaint) {
-    lastComplaint = problem;
+  if (problem != lastComplaint_) {
+    lastComplaint_ = problem;
     qCWarning(settingsLog, "%s", sentence(problem).c_str());
     std::fprintf(stderr, "%s; %s\n", sentence(problem).c_str(), consequence);
   }
@@ -102,15 +102,15 @@ void JsonSettingsSuite::complain(const std::string& problem, const char* consequ
 
 // Null when there is none.
 JsonSettingsSuite::Json JsonSettingsSuite::stored(const std::string& key) const {
-  const auto entry = values.find(key);
-  return entry != values.end() ? *entry : Json();
+  const auto entry = values_.find(key);
+  return entry != values_.end() ? *entry : Json();
 }
 
 JsonSettingsSuite::Json JsonSettingsSuite::value(const std::string& key) const {
-  const std::lock_guard guard(mutex);
+  const std::lock_guard guard(mutex_);
   refresh();
-  const auto change = pending.find(key);
-  return change != pending.end() ? change->second.value.value_or(Json()) : stored(key);
+  const auto change = pending_.find(key);
+  return change != pending_.end() ? change->second.value.value_or(Json()) : stored(key);
 }
 
 bool JsonSettingsSuite::contains(const std::string& key) const {
@@ -157,46 +157,46 @@ void JsonSettingsSuite::remove(const std::string& key) {
 }
 
 void JsonSettingsSuite::change(const std::string& key, std::optional<Json> value) {
-  const std::lock_guard guard(mutex);
+  const std::lock_guard guard(mutex_);
   refresh();
-  pending[key] = {std::move(value), stored(key)};
-  if (!retry) {
-    retry = runLoop.after(0ms, [this] { synchronize(); });
+  pending_[key] = {std::move(value), stored(key)};
+  if (!retry_) {
+    retry_ = runLoop_.after(0ms, [this] { synchronize(); });
   }
 }
 
 void JsonSettingsSuite::synchronize() {
-  const std::lock_guard guard(mutex);
-  retry.reset();
+  const std::lock_guard guard(mutex_);
+  retry_.reset();
   refresh();
   std::chrono::milliseconds delay = kFailureRetry;
   switch (write()) {
     case Writing::done:
-      lockRetry = kLockRetry;
+      lockRetry_ = kLockRetry;
       return;
     case Writing::locked:
       // Usually free in a moment, but a process that was stopped keeps a lock for as long as it pleases.
-      delay = std::exchange(lockRetry, std::min(2 * lockRetry, kFailureRetry));
+      delay = std::exchange(lockRetry_, std::min(2 * lockRetry_, kFailureRetry));
       break;
     case Writing::failed:
       break;
   }
   if (delay == kFailureRetry) {
-    complain(writeError, "trying again");
+    complain(writeError_, "trying again");
   }
-  retry = runLoop.after(delay, [this] { synchronize(); });
+  retry_ = runLoop_.after(delay, [this] { synchronize(); });
 }
 
 std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
-  const std::unique_lock guard(mutex, deadline);
+  const std::unique_lock guard(mutex_, deadline);
   if (!guard) {
     return WriteError{sentence("is in use by another thread")};
   }
   for (Writing outcome = write(); outcome != Writing::done; outcome = write()) {
     if (outcome == Writing::failed || std::chrono::steady_clock::now() >= deadline) {
-      pending.clear();
-      return WriteError{sentence(writeError)};
+      pending_.clear();
+      return WriteError{sentence(writeError_)};
     }
     std::this_thread::sleep_for(kLockRetry);
   }
@@ -205,36 +205,36 @@ std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::ch
 
 // Brings the pending changes into the file. Where that cannot be done they stay pending, and `writeError` says why.
 JsonSettingsSuite::Writing JsonSettingsSuite::write() {
-  if (pending.empty()) {
+  if (pending_.empty()) {
     return Writing::done;
   }
-  const auto lock = file.lock();
+  const auto lock = file_.lock();
   if (std::holds_alternative<SettingsFile::HeldByAnother>(lock)) {
-    writeError = "is locked by another program";
+    writeError_ = "is locked by another program";
     return Writing::locked;
   }
   const auto* unlockable = std::get_if<SettingsFile::Problem>(&lock);
   if (const auto problem = unlockable != nullptr ? std::optional(*unlockable) : readFile()) {
-    writeError = problem->message;
+    writeError_ = problem->message;
     return Writing::failed;
   }
-  Json changed = values;
-  for (const auto& [key, change] : pending) {
+  Json changed = values_;
+  for (const auto& [key, change] : pending_) {
     if (change.value) {
       changed[key] = *change.value;
     } else {
       changed.erase(key);
     }
   }
-  if (const auto problem = file.replace(changed)) {
-    writeError = problem->message;
+  if (const auto problem = file_.replace(changed)) {
+    writeError_ = problem->message;
     return Writing::failed;
   }
-  values = std::move(changed);
-  pending.clear();
-  lastComplaint.clear();
+  values_ = std::move(changed);
+  pending_.clear();
+  lastComplaint_.clear();
   // Another process may have replaced the file since, so the next look reads it in any case.
-  seen.reset();
+  seen_.reset();
   return Writing::done;
 }
 

@@ -58,7 +58,7 @@ class JsonSettingsSuite : public SettingsSuite {
   std::optional<WriteError> writeNow(std::chrono::milliseconds patience);
 
   /// How often the file's contents were read; shows that an unchanged file is not.
-  std::size_t contentReads() const { return reads; }
+  std::size_t contentReads() const { return reads_; }
 
  private:
   using Json = SettingsFile::Json;
@@ -84,18 +84,18 @@ class JsonSettingsSuite : public SettingsSuite {
   std::string sentence(const std::string& problem) const;
   void complain(const std::string& problem, const char* consequence) const;
 
-  SettingsFile file;
-  RunLoop& runLoop;
+  SettingsFile file_;
+  RunLoop& runLoop_;
   /// Guards all that follows but `retry`.
-  mutable std::timed_mutex mutex;
-  mutable Json values = Json::object();
-  mutable std::map<std::string, Change> pending;
-  mutable std::optional<SettingsFile::Signature> seen;
-  mutable std::string lastComplaint;
-  mutable std::size_t reads = 0;
-  std::string writeError;
-  std::chrono::milliseconds lockRetry;
-  std::optional<Disposable> retry;
+  mutable std::timed_mutex mutex_;
+  mutable Json values_ = Json::object();
+  mutable std::map<std::string, Change> pending_;
+  mutable std::optional<SettingsFile::Signature> seen_;
+  mutable std::string lastComplaint_;
+  mutable std::size_t reads_ = 0;
+  std::string writeError_;
+  std::chrono::milliseconds lockRetry_;
+  std::optional<Disposable> retry_;
 };
 
 }  // namespace quilex

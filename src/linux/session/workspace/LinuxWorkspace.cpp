@@ -52,7 +52,7 @@ struct LinuxWorkspace::LoginWish {
 };
 
 LinuxWorkspace::LinuxWorkspace(BackgroundWork& background)
-    : backgroundWork(background), loginWish(std::make_shared<LoginWish>()) {}
+    : backgroundWork_(background), loginWish_(std::make_shared<LoginWish>()) {}
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
   // It reads files and asks the session bus, each of which may hang.
@@ -83,8 +83,8 @@ void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTy
 }
 
 void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
-  loginWish->startsAtLogin = startsAtLogin;
-  const auto work = [wish = loginWish](const std::stop_token& /*stop*/) {
+  loginWish_->startsAtLogin = startsAtLogin;
+  const auto work = [wish = loginWish_](const std::stop_token& /*stop*/) {
     using State = AutostartEntry::Outcome::State;
     const std::lock_guard guard(wish->writing);
     const bool starts = wish->startsAtLogin;
@@ -93,7 +93,7 @@ void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
       std::fprintf(stderr, "quilexhelper: %s\n", outcome.message.c_str());
     }
   };
-  loginWork.emplace(backgroundWork.run(work, [] {}));
+  loginWork_.emplace(backgroundWork_.run(work, [] {}));
 }
 
 void LinuxWorkspace::terminate() {

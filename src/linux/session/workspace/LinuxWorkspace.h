@@ -26,9 +26,9 @@ class LinuxWorkspace : public Workspace {
  private:
   struct LoginWish;
 
-  BackgroundWork& backgroundWork;
-  std::shared_ptr<LoginWish> loginWish;
-  std::optional<Disposable> loginWork;
+  BackgroundWork& backgroundWork_;
+  std::shared_ptr<LoginWish> loginWish_;
+  std::optional<Disposable> loginWork_;
 };
 
 }  // namespace quilex

@@ -142,43 +142,43 @@ struct QtHTTPSession::Exchange {
 
 QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work,
                              StatusReport& statusReport)
-    : configuration(std::move(theConfiguration)), backgroundWork(work), report(statusReport) {}
+    : configuration_(std::move(theConfiguration)), backgroundWork_(work), report_(statusReport) {}
 
 QtHTTPSession::~QtHTTPSession() {
-  while (!exchanges.empty()) {
-    exchanges.front().reply = [](const auto&) {};
-    exchanges.front().isGivenUp = true;
-    finish(exchanges.front(), {});
+  while (!exchanges_.empty()) {
+    exchanges_.front().reply = [](const auto&) {};
+    exchanges_.front().isGivenUp = true;
+    finish(exchanges_.front(), {});
   }
 }
 
 void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) {
   QNetworkRequest request(QUrl(QString::fromStdString(posted.url), QUrl::StrictMode));
-  request.setRawHeader("User-Agent", QByteArray::fromStdString(configuration.userAgent));
+  request.setRawHeader("User-Agent", QByteArray::fromStdString(configuration_.userAgent));
   request.setRawHeader("Accept-Language", acceptLanguage());
   request.setRawHeader("Content-Type", QByteArray::fromStdString(posted.contentType));
-  request.setTransferTimeout(static_cast<int>(configuration.timeout.count()));
+  request.setTransferTimeout(static_cast<int>(configuration_.timeout.count()));
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
   request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
 
-  Exchange& exchange = exchanges.emplace_back();
+  Exchange& exchange = exchanges_.emplace_back();
   exchange.request = request;
   exchange.posted = posted;
   exchange.reply = std::move(reply);
   QTimer* const limit = exchange.limit.get();
   limit->setSingleShot(true);
   QObject::connect(limit, &QTimer::timeout, limit, [this, &exchange] { finish(exchange, {}); });
-  limit->start(configuration.timeout);
+  limit->start(configuration_.timeout);
   const auto proxy = std::make_shared<QNetworkProxy>();
-  exchange.work.emplace(backgroundWork.run([proxy, url = request.url()](const auto&) { *proxy = lookUpProxy(url); },
-                                           [this, proxy, &exchange] { send(exchange, *proxy); }));
+  exchange.work.emplace(backgroundWork_.run([proxy, url = request.url()](const auto&) { *proxy = lookUpProxy(url); },
+                                            [this, proxy, &exchange] { send(exchange, *proxy); }));
 }
 
 void QtHTTPSession::send(Exchange& exchange, const QNetworkProxy& proxy) {
-  exchange.limit->start(configuration.longest);
-  manager.setProxy(proxy);
-  exchange.answer.reset(manager.post(exchange.request, QByteArray::fromStdString(exchange.posted.body)));
+  exchange.limit->start(configuration_.longest);
+  manager_.setProxy(proxy);
+  exchange.answer.reset(manager_.post(exchange.request, QByteArray::fromStdString(exchange.posted.body)));
   QNetworkReply* const answer = exchange.answer.get();
   // What comes faster than it is taken up waits outside of this process.
   answer->setReadBufferSize(kReadBufferSize);
@@ -202,8 +202,8 @@ void QtHTTPSession::read(Exchange& exchange) {
   };
   const auto body = std::make_shared<Body>(Body{std::move(exchange.received), charset(*exchange.answer), {}});
   exchange.work.emplace(
-      backgroundWork.run([body](const auto&) { body->text = decoded(std::move(body->bytes), body->charset); },
-                         [this, body, &exchange] { finish(exchange, std::move(body->text)); }));
+      backgroundWork_.run([body](const auto&) { body->text = decoded(std::move(body->bytes), body->charset); },
+                          [this, body, &exchange] { finish(exchange, std::move(body->text)); }));
 }
 
 void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) {
@@ -212,12 +212,12 @@ void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) 
     describe(exchange, text);
   }
   if (!text && exchange.request.url().scheme() == "http") {
-    unfinishedPort = static_cast<quint16>(exchange.request.url().port(80));
+    unfinishedPort_ = static_cast<quint16>(exchange.request.url().port(80));
   }
-  exchanges.remove_if([&](const Exchange& each) { return &each == &exchange; });
+  exchanges_.remove_if([&](const Exchange& each) { return &each == &exchange; });
   // Not while another request may be using such a connection.
-  if (exchanges.empty() && unfinishedPort) {
-    shutDownLoopback(*std::exchange(unfinishedPort, {}));
+  if (exchanges_.empty() && unfinishedPort_) {
+    shutDownLoopback(*std::exchange(unfinishedPort_, {}));
   }
   reply(std::move(text));
 }
@@ -234,7 +234,7 @@ void QtHTTPSession::describe(const Exchange& exchange, const std::optional<std::
     outcome = "an answer that is too large, too slow or no text";
   }
   qCInfo(serviceLog, "%s: %s", exchange.posted.url.c_str(), outcome.c_str());
-  report.update([&](AgentStatus& status) {
+  report_.update([&](AgentStatus& status) {
     status.serviceAnswer = outcome;
     status.serviceAnswered = text.has_value();
     status.serviceAnswerTime = QDateTime::currentSecsSinceEpoch();

@@ -31,13 +31,13 @@ class QtHTTPSession : public HTTPSession {
   void finish(Exchange& exchange, std::optional<std::string> text);
   void describe(const Exchange& exchange, const std::optional<std::string>& text);
 
-  HTTPSessionConfiguration configuration;
-  BackgroundWork& backgroundWork;
-  StatusReport& report;
-  QNetworkAccessManager manager;
-  Exchanges exchanges;
+  HTTPSessionConfiguration configuration_;
+  BackgroundWork& backgroundWork_;
+  StatusReport& report_;
+  QNetworkAccessManager manager_;
+  Exchanges exchanges_;
   /// The port that a request over plain http went to and was given up at; its connection is still to be ended.
-  std::optional<quint16> unfinishedPort;
+  std::optional<quint16> unfinishedPort_;
 };
 
 }  // namespace quilex

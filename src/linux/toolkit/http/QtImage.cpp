@@ -42,16 +42,16 @@ QImage decodePng(std::string_view bytes, std::size_t maximumPixels) {
 /// Bytes that end when decoding them is to end.
 class Source : public QBuffer {
  public:
-  Source(QByteArray* bytes, const std::stop_token& stopToken) : QBuffer(bytes), stop(stopToken) { clock.start(); }
+  Source(QByteArray* bytes, const std::stop_token& stopToken) : QBuffer(bytes), stop_(stopToken) { clock_.start(); }
 
-  bool isCut() const { return stop.stop_requested() || clock.hasExpired(kLongestDecoding); }
+  bool isCut() const { return stop_.stop_requested() || clock_.hasExpired(kLongestDecoding); }
 
  protected:
   qint64 readData(char* data, qint64 size) override { return isCut() ? -1 : QBuffer::readData(data, size); }
 
  private:
-  const std::stop_token& stop;
-  QElapsedTimer clock;
+  const std::stop_token& stop_;
+  QElapsedTimer clock_;
 };
 
 QImage decodeOther(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop) {

@@ -40,11 +40,11 @@ EndDeadline& EndDeadline::shared() {
   return *one;
 }
 
-EndDeadline::EndDeadline() : event(eventfd(0, EFD_CLOEXEC)), exitStatus(kNotGiven) {
-  if (!event.isOpen()) {
+EndDeadline::EndDeadline() : event_(eventfd(0, EFD_CLOEXEC)), exitStatus_(kNotGiven) {
+  if (!event_.isOpen()) {
     fatalError("no event descriptor could be made");
   }
-  eventOfSignals = event.get();
+  eventOfSignals = event_.get();
   std::thread([this] { watch(); }).detach();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     struct sigaction handler = {};
@@ -55,41 +55,41 @@ EndDeadline::EndDeadline() : event(eventfd(0, EFD_CLOEXEC)), exitStatus(kNotGive
 }
 
 Disposable EndDeadline::observe(std::function<void()> action) {
-  const std::lock_guard lock(observing);
-  observer = std::make_unique<Wakeup>(std::move(action));
-  if (begun) {
-    observer->signal();
+  const std::lock_guard lock(observing_);
+  observer_ = std::make_unique<Wakeup>(std::move(action));
+  if (begun_) {
+    observer_->signal();
   }
   return Disposable([this] {
-    const std::lock_guard releasing(observing);
-    observer.reset();
+    const std::lock_guard releasing(observing_);
+    observer_.reset();
   });
 }
 
 Disposable EndDeadline::addLastAction(std::function<void()> action) {
-  const std::lock_guard lock(ending);
-  const auto place = lastActions.insert(lastActions.end(), std::move(action));
+  const std::lock_guard lock(ending_);
+  const auto place = lastActions_.insert(lastActions_.end(), std::move(action));
   return Disposable([this, place] {
-    const std::lock_guard releasing(ending);
-    lastActions.erase(place);
+    const std::lock_guard releasing(ending_);
+    lastActions_.erase(place);
   });
 }
 
 void EndDeadline::begin(int status) {
   int given = kNotGiven;
-  exitStatus.compare_exchange_strong(given, status);
-  notify(event.get());
+  exitStatus_.compare_exchange_strong(given, status);
+  notify(event_.get());
 }
 
 void EndDeadline::watch() {
   std::uint64_t count = 0;
-  while (read(event.get(), &count, sizeof count) != sizeof count) {
+  while (read(event_.get(), &count, sizeof count) != sizeof count) {
   }
   {
-    const std::lock_guard lock(observing);
-    begun = true;
-    if (observer) {
-      observer->signal();
+    const std::lock_guard lock(observing_);
+    begun_ = true;
+    if (observer_) {
+      observer_->signal();
     }
   }
   std::this_thread::sleep_for(kOrderlyEnd);
@@ -98,11 +98,11 @@ void EndDeadline::watch() {
 
 void EndDeadline::end() {
   // Held to the end, so that nothing an action uses goes away.
-  ending.lock();
+  ending_.lock();
   const auto latest = std::chrono::steady_clock::now() + kLastActions;
   // The threads may outlive this function, not the process.
-  const auto left = std::make_shared<std::atomic<std::size_t>>(lastActions.size());
-  for (const auto& action : lastActions) {
+  const auto left = std::make_shared<std::atomic<std::size_t>>(lastActions_.size());
+  for (const auto& action : lastActions_) {
     std::thread([&action, left] {
       action();
       --*left;
@@ -112,8 +112,8 @@ void EndDeadline::end() {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   int status = EXIT_SUCCESS;
-  if (exitStatus != kNotGiven) {
-    status = exitStatus;
+  if (exitStatus_ != kNotGiven) {
+    status = exitStatus_;
   }
   _exit(status);
 }

@@ -43,13 +43,13 @@ class EndDeadline {
   [[noreturn]] void watch();
   [[noreturn]] void end();
 
-  FileDescriptor event;
-  std::atomic<int> exitStatus;
-  std::mutex observing;
-  bool begun = false;
-  std::unique_ptr<Wakeup> observer;
-  std::mutex ending;
-  std::list<std::function<void()>> lastActions;
+  FileDescriptor event_;
+  std::atomic<int> exitStatus_;
+  std::mutex observing_;
+  bool begun_ = false;
+  std::unique_ptr<Wakeup> observer_;
+  std::mutex ending_;
+  std::list<std::function<void()>> lastActions_;
 };
 
 }  // namespace quilex

@@ -10,27 +10,27 @@ namespace quilex {
 class FileDescriptor {
  public:
   FileDescriptor() = default;
-  explicit FileDescriptor(int openDescriptor) : descriptor(openDescriptor) {}
+  explicit FileDescriptor(int openDescriptor) : descriptor_(openDescriptor) {}
   ~FileDescriptor() { reset(); }
-  FileDescriptor(FileDescriptor&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+  FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
     reset();
-    descriptor = std::exchange(other.descriptor, -1);
+    descriptor_ = std::exchange(other.descriptor_, -1);
     return *this;
   }
 
-  int get() const { return descriptor; }
-  bool isOpen() const { return descriptor >= 0; }
+  int get() const { return descriptor_; }
+  bool isOpen() const { return descriptor_ >= 0; }
 
  private:
   void reset() {
-    if (descriptor >= 0) {
-      close(descriptor);
-      descriptor = -1;
+    if (descriptor_ >= 0) {
+      close(descriptor_);
+      descriptor_ = -1;
     }
   }
 
-  int descriptor = -1;
+  int descriptor_ = -1;
 };
 
 }  // namespace quilex

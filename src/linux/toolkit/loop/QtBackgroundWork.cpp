@@ -33,10 +33,10 @@ struct QtBackgroundWork::Threads {
   }
 };
 
-QtBackgroundWork::QtBackgroundWork() : threads(std::make_shared<Threads>()) {}
+QtBackgroundWork::QtBackgroundWork() : threads_(std::make_shared<Threads>()) {}
 
 QtBackgroundWork::~QtBackgroundWork() {
-  threads->await(kLastWait);
+  threads_->await(kLastWait);
 }
 
 Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
@@ -51,8 +51,8 @@ Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
   promise->start();
   watcher->setFuture(promise->future());
   const std::stop_source stop;
-  threads->count(1);
-  std::thread([promise, work = std::move(work), stop = stop.get_token(), threads = threads]() mutable {
+  threads_->count(1);
+  std::thread([promise, work = std::move(work), stop = stop.get_token(), threads = threads_]() mutable {
     std::exchange(work, {})(stop);
     promise->finish();
     threads->count(-1);

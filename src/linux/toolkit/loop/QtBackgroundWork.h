@@ -18,7 +18,7 @@ class QtBackgroundWork : public BackgroundWork {
 
  private:
   struct Threads;
-  std::shared_ptr<Threads> threads;
+  std::shared_ptr<Threads> threads_;
 };
 
 }  // namespace quilex

@@ -18,8 +18,8 @@ class Wakeup {
   void signal() const;
 
  private:
-  FileDescriptor event;
-  std::unique_ptr<QSocketNotifier> notifier;
+  FileDescriptor event_;
+  std::unique_ptr<QSocketNotifier> notifier_;
 };
 
 }  // namespace quilex

@@ -14,27 +14,27 @@ struct QtMenu::Entry {
   std::optional<Disposable> change;
 };
 
-QtMenu::QtMenu() : menu(new QMenu) {}
+QtMenu::QtMenu() : menu_(new QMenu) {}
 
 QtMenu::~QtMenu() = default;
 
 void QtMenu::show(std::shared_ptr<Menu> newModel) {
-  change.reset();
-  model = std::move(newModel);
-  if (model) {
-    change.emplace(model->observe([this] { refill(); }));
+  change_.reset();
+  model_ = std::move(newModel);
+  if (model_) {
+    change_.emplace(model_->observe([this] { refill(); }));
   }
   refill();
 }
 
 void QtMenu::refill() {
-  entries.clear();
-  menu->clear();
-  if (!model) {
+  entries_.clear();
+  menu_->clear();
+  if (!model_) {
     return;
   }
-  menu->setTitle(QString::fromStdString(model->title()));
-  for (const auto& item : model->itemArray()) {
+  menu_->setTitle(QString::fromStdString(model_->title()));
+  for (const auto& item : model_->itemArray()) {
     auto entry = std::make_shared<Entry>();
     entry->item = item;
     if (item->submenu()) {
@@ -60,8 +60,8 @@ void QtMenu::refill() {
         Qt::QueuedConnection);
     entry->change.emplace(item->observe([changed = entry.get()] { update(*changed); }));
     update(*entry);
-    menu->addAction(entry->action.get());
-    entries.push_back(std::move(entry));
+    menu_->addAction(entry->action.get());
+    entries_.push_back(std::move(entry));
   }
 }
 

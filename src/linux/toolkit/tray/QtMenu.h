@@ -18,7 +18,7 @@ class QtMenu {
   QtMenu(const QtMenu&) = delete;
   QtMenu& operator=(const QtMenu&) = delete;
 
-  QMenu& widget() { return *menu; }
+  QMenu& widget() { return *menu_; }
   /// Shows these items from now on; without a model, none.
   void show(std::shared_ptr<Menu> newModel);
 
@@ -32,10 +32,10 @@ class QtMenu {
     void operator()(QObject* object) const { object->deleteLater(); }
   };
 
-  std::unique_ptr<QMenu, LaterDeleter> menu;
-  std::shared_ptr<Menu> model;
-  std::vector<std::shared_ptr<Entry>> entries;
-  std::optional<Disposable> change;
+  std::unique_ptr<QMenu, LaterDeleter> menu_;
+  std::shared_ptr<Menu> model_;
+  std::vector<std::shared_ptr<Entry>> entries_;
+  std::optional<Disposable> change_;
 };
 
 }  // namespace quilex

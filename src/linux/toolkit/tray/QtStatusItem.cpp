@@ -26,39 +26,39 @@ constexpr std::chrono::seconds kPreferNewer{2};
 
 QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray,
                            StatusReport& statusReport)
-    : images(bundle),
-      runLoop(loop),
-      olderTray(std::move(embeddingTray)),
-      report(statusReport),
-      watchers(kWatcher, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration),
-      hostComes([this](bool) { lookForHost(); }) {
-  QObject::connect(&watchers, &QDBusServiceWatcher::serviceRegistered, &watchers, [this] { lookForHost(); });
+    : images_(bundle),
+      runLoop_(loop),
+      olderTray_(std::move(embeddingTray)),
+      report_(statusReport),
+      watchers_(kWatcher, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration),
+      hostComes_([this](bool) { lookForHost(); }) {
+  QObject::connect(&watchers_, &QDBusServiceWatcher::serviceRegistered, &watchers_, [this] { lookForHost(); });
   QDBusConnection::sessionBus().connect(kWatcher, kWatcherPath, kWatcher,
-                                        QStringLiteral("StatusNotifierHostRegistered"), &hostComes, SLOT(received()));
-  if (olderTray.observe) {
-    olderTrayComes.emplace(olderTray.observe([this] { lookForHost(); }));
+                                        QStringLiteral("StatusNotifierHostRegistered"), &hostComes_, SLOT(received()));
+  if (olderTray_.observe) {
+    olderTrayComes_.emplace(olderTray_.observe([this] { lookForHost(); }));
   }
   lookForHost();
 }
 
 void QtStatusItem::setTemplateImage(const std::string& name) {
-  const auto file = images.resource(name, "svg");
+  const auto file = images_.resource(name, "svg");
   if (!file) {
     return;
   }
   // Where the theme has the image, the panel draws it in its own colour.
-  icon = QIcon::fromTheme(QString::fromStdString(name + "-symbolic"), QIcon(QString::fromStdString(file->string())));
-  if (tray) {
-    tray->setIcon(icon);
+  icon_ = QIcon::fromTheme(QString::fromStdString(name + "-symbolic"), QIcon(QString::fromStdString(file->string())));
+  if (tray_) {
+    tray_->setIcon(icon_);
   }
 }
 
 void QtStatusItem::setMenu(std::shared_ptr<Menu> newMenu) {
-  menu.show(std::move(newMenu));
+  menu_.show(std::move(newMenu));
 }
 
 void QtStatusItem::lookForHost() {
-  if (tray) {
+  if (tray_) {
     return;
   }
   auto bus = QDBusConnection::sessionBus();
@@ -71,8 +71,8 @@ void QtStatusItem::lookForHost() {
       kWatcher, kWatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   question << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
   question.setAutoStartService(false);
-  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), &watchers);
-  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watchers, [this, answer] {
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), &watchers_);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watchers_, [this, answer] {
     answer->deleteLater();
     const QDBusPendingReply<QDBusVariant> reply = *answer;
     if (reply.isValid() && reply.value().variant().toBool()) {
@@ -85,31 +85,32 @@ void QtStatusItem::lookForHost() {
 }
 
 void QtStatusItem::lookForOlderTray() {
-  if (!tray && !patience && olderTray.isPresent && olderTray.isPresent()) {
-    patience.emplace(runLoop.after(kPreferNewer, [this] {
-      if (olderTray.isPresent()) {
+  if (!tray_ && !patience_ && olderTray_.isPresent && olderTray_.isPresent()) {
+    patience_.emplace(runLoop_.after(kPreferNewer, [this] {
+      if (olderTray_.isPresent()) {
         appear("embedded");
       }
-      patience.reset();
+      patience_.reset();
     }));
   }
 }
 
 void QtStatusItem::appear(const char* host) {
-  if (tray) {
+  if (tray_) {
     return;
   }
   qCInfo(trayLog, "the status item is made for a host of the kind %s", host);
-  report.update([host](AgentStatus& status) { status.statusItem = host; });
-  tray = std::make_unique<QSystemTrayIcon>(icon);
-  tray->setToolTip(QStringLiteral("QuilexHelper"));
-  tray->setContextMenu(&menu.widget());
-  QObject::connect(tray.get(), &QSystemTrayIcon::activated, tray.get(), [this](QSystemTrayIcon::ActivationReason why) {
-    if (why == QSystemTrayIcon::Trigger) {
-      menu.widget().popup(QCursor::pos());
-    }
-  });
-  tray->show();
+  report_.update([host](AgentStatus& status) { status.statusItem = host; });
+  tray_ = std::make_unique<QSystemTrayIcon>(icon_);
+  tray_->setToolTip(QStringLiteral("QuilexHelper"));
+  tray_->setContextMenu(&menu_.widget());
+  QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
+                   [this](QSystemTrayIcon::ActivationReason why) {
+                     if (why == QSystemTrayIcon::Trigger) {
+                       menu_.widget().popup(QCursor::pos());
+                     }
+                   });
+  tray_->show();
 }
 
 }  // namespace quilex

@@ -37,17 +37,17 @@ class QtStatusItem : public StatusItem {
   void lookForOlderTray();
   void appear(const char* host);
 
-  const LinuxBundle& images;
-  RunLoop& runLoop;
-  EmbeddingTray olderTray;
-  StatusReport& report;
-  QtMenu menu;
-  QIcon icon;
-  QDBusServiceWatcher watchers;
-  SignalReceiver hostComes;
-  std::optional<Disposable> olderTrayComes;
-  std::optional<Disposable> patience;
-  std::unique_ptr<QSystemTrayIcon> tray;
+  const LinuxBundle& images_;
+  RunLoop& runLoop_;
+  EmbeddingTray olderTray_;
+  StatusReport& report_;
+  QtMenu menu_;
+  QIcon icon_;
+  QDBusServiceWatcher watchers_;
+  SignalReceiver hostComes_;
+  std::optional<Disposable> olderTrayComes_;
+  std::optional<Disposable> patience_;
+  std::unique_ptr<QSystemTrayIcon> tray_;
 };
 
 }  // namespace quilex

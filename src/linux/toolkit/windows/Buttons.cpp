@@ -70,7 +70,7 @@ ButtonWithPointCursor::ButtonWithPointCursor(QWidget* parent) : QPushButton(pare
 }
 
 ButtonWithHoverBackGround::ButtonWithHoverBackGround(QWidget* parent)
-    : ButtonWithPointCursor(parent), look(systemColors(palette())) {
+    : ButtonWithPointCursor(parent), look_(systemColors(palette())) {
   // In points, so that the title grows with the text size that the user has chosen.
   QFont titleFont = font();
   titleFont.setPointSizeF(ButtonLook::kTitleSize * 72 / 96);
@@ -81,70 +81,70 @@ ButtonWithHoverBackGround::ButtonWithHoverBackGround(QWidget* parent)
 // Properties
 
 QIcon ButtonWithHoverBackGround::hoverImage() const {
-  return iconOf(look.hoverImage);
+  return iconOf(look_.hoverImage);
 }
 
 void ButtonWithHoverBackGround::setHoverImage(const QIcon& image) {
-  look.hoverImage = picture(image);
+  look_.hoverImage = picture(image);
 }
 
 QIcon ButtonWithHoverBackGround::normalImage() const {
-  return iconOf(look.normalImage);
+  return iconOf(look_.normalImage);
 }
 
 void ButtonWithHoverBackGround::setNormalImage(const QIcon& image) {
-  look.normalImage = picture(image);
+  look_.normalImage = picture(image);
 }
 
 QColor ButtonWithHoverBackGround::hoverColor() const {
-  return optionalToQt(look.hoverColor);
+  return optionalToQt(look_.hoverColor);
 }
 
 void ButtonWithHoverBackGround::setHoverColor(const QColor& color) {
-  look.hoverColor = optionalFromQt(color);
+  look_.hoverColor = optionalFromQt(color);
 }
 
 QColor ButtonWithHoverBackGround::normalColor() const {
-  return toQt(look.normalColor());
+  return toQt(look_.normalColor());
 }
 
 void ButtonWithHoverBackGround::setNormalColor(const QColor& color) {
-  look.setNormalColor(fromQt(color));
+  look_.setNormalColor(fromQt(color));
   showLook();
 }
 
 QColor ButtonWithHoverBackGround::pressedColor() const {
-  return optionalToQt(look.pressedColor);
+  return optionalToQt(look_.pressedColor);
 }
 
 void ButtonWithHoverBackGround::setPressedColor(const QColor& color) {
-  look.pressedColor = optionalFromQt(color);
+  look_.pressedColor = optionalFromQt(color);
 }
 
 QColor ButtonWithHoverBackGround::titleColor() const {
-  return toQt(look.titleColor());
+  return toQt(look_.titleColor());
 }
 
 void ButtonWithHoverBackGround::setTitleColor(const QColor& color) {
-  look.setTitleColor(fromQt(color));
+  look_.setTitleColor(fromQt(color));
   showLook();
 }
 
 bool ButtonWithHoverBackGround::isCustomBorder() const {
-  return look.isCustomBorder();
+  return look_.isCustomBorder();
 }
 
 void ButtonWithHoverBackGround::setCustomBorder(bool custom) {
-  look.setCustomBorder(custom);
+  look_.setCustomBorder(custom);
   showLook();
 }
 
 double ButtonWithHoverBackGround::cornerRadius() const {
-  return look.cornerRadius();
+  return look_.cornerRadius();
 }
 
 void ButtonWithHoverBackGround::setCornerRadius(double radius) {
-  look.setCornerRadius(radius);
+  look_.setCornerRadius(radius);
   showLook();
 }
 
@@ -155,12 +155,12 @@ bool ButtonWithHoverBackGround::event(QEvent* event) {
     case QEvent::HoverEnter:
     case QEvent::HoverMove:
       // Told only while the agent has the keyboard, and not during a press, whose end tells where the pointer is.
-      if (!held && (inside || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
-        setInside(trackingArea.contains(static_cast<QHoverEvent*>(event)->position().toPoint()));
+      if (!held_ && (inside_ || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
+        setInside(trackingArea_.contains(static_cast<QHoverEvent*>(event)->position().toPoint()));
       }
       break;
     case QEvent::HoverLeave:
-      if (!held) {
+      if (!held_) {
         setInside(false);
       }
       break;
@@ -172,32 +172,32 @@ bool ButtonWithHoverBackGround::event(QEvent* event) {
 
 void ButtonWithHoverBackGround::changeEvent(QEvent* event) {
   ButtonWithPointCursor::changeEvent(event);
-  look.isEnabled = isEnabled();
+  look_.isEnabled = isEnabled();
   if (event->type() == QEvent::PaletteChange) {
-    look.setSystemColors(systemColors(palette()));
+    look_.setSystemColors(systemColors(palette()));
     showLook();
   }
 }
 
 void ButtonWithHoverBackGround::showEvent(QShowEvent* event) {
   ButtonWithPointCursor::showEvent(event);
-  if (trackingArea.isNull()) {
-    trackingArea = rect();
-    look.awakeFromNib();
+  if (trackingArea_.isNull()) {
+    trackingArea_ = rect();
+    look_.awakeFromNib();
   }
 }
 
 void ButtonWithHoverBackGround::hideEvent(QHideEvent* event) {
   ButtonWithPointCursor::hideEvent(event);
   // Where the pointer goes while the button is hidden, nobody tells.
-  held = false;
+  held_ = false;
   setInside(false);
 }
 
 void ButtonWithHoverBackGround::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && hitButton(event->position().toPoint())) {
-    held = true;
-    look.mouseDown();
+    held_ = true;
+    look_.mouseDown();
     showLook();
   }
   ButtonWithPointCursor::mousePressEvent(event);
@@ -207,14 +207,14 @@ void ButtonWithHoverBackGround::mouseReleaseEvent(QMouseEvent* event) {
   const QPointer<QWidget> self = this;
   ButtonWithPointCursor::mouseReleaseEvent(event);
   if (self && event->button() == Qt::LeftButton) {
-    endPress(trackingArea.contains(event->position().toPoint()));
+    endPress(trackingArea_.contains(event->position().toPoint()));
   }
 }
 
 void ButtonWithHoverBackGround::keyPressEvent(QKeyEvent* event) {
   if (isPressKey(*event)) {
-    held = true;
-    look.mouseDown();
+    held_ = true;
+    look_.mouseDown();
     showLook();
   }
   ButtonWithPointCursor::keyPressEvent(event);
@@ -224,22 +224,22 @@ void ButtonWithHoverBackGround::keyReleaseEvent(QKeyEvent* event) {
   const QPointer<QWidget> self = this;
   ButtonWithPointCursor::keyReleaseEvent(event);
   if (self && isPressKey(*event)) {
-    endPress(inside);
+    endPress(inside_);
   }
 }
 
 void ButtonWithHoverBackGround::endPress(bool pointerInside) {
-  if (std::exchange(held, false)) {
-    look.mouseDownEnded();
-    inside = true;
+  if (std::exchange(held_, false)) {
+    look_.mouseDownEnded();
+    inside_ = true;
     setInside(pointerInside);
     showLook();
   }
 }
 
 void ButtonWithHoverBackGround::setInside(bool nowInside) {
-  if (std::exchange(inside, nowInside) != nowInside) {
-    nowInside ? look.mouseEntered() : look.mouseExited();
+  if (std::exchange(inside_, nowInside) != nowInside) {
+    nowInside ? look_.mouseEntered() : look_.mouseExited();
     showLook();
   }
 }
@@ -247,7 +247,7 @@ void ButtonWithHoverBackGround::setInside(bool nowInside) {
 // Drawing
 
 void ButtonWithHoverBackGround::showLook() {
-  if (const QIcon image = iconOf(look.image()); !image.isNull()) {
+  if (const QIcon image = iconOf(look_.image()); !image.isNull()) {
     setIcon(image);
   }
   update();
@@ -272,7 +272,7 @@ void ButtonWithHoverBackGround::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF bounds = rect();
   double radius = 0;
-  if (const auto& layer = look.layer()) {
+  if (const auto& layer = look_.layer()) {
     radius = std::min({layer->cornerRadius, bounds.width() / 2, bounds.height() / 2});
     QPainterPath outline;
     outline.addRoundedRect(bounds, radius, radius);

@@ -70,11 +70,11 @@ class ButtonWithHoverBackGround : public ButtonWithPointCursor {
   void endPress(bool pointerInside);
   void showLook();
 
-  ButtonLook look;
+  ButtonLook look_;
   /// Null until the button was shown.
-  QRect trackingArea;
-  bool inside = false;
-  bool held = false;
+  QRect trackingArea_;
+  bool inside_ = false;
+  bool held_ = false;
 };
 
 }  // namespace quilex

@@ -6,7 +6,7 @@ namespace quilex {
 
 void PictureView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  icon.paint(&painter, rect());
+  icon_.paint(&painter, rect());
 }
 
 }  // namespace quilex

@@ -13,9 +13,9 @@ class PictureView : public QWidget {
  public:
   explicit PictureView(QWidget* parent = nullptr) : QWidget(parent) {}
 
-  QIcon picture() const { return icon; }
+  QIcon picture() const { return icon_; }
   void setPicture(const QIcon& picture) {
-    icon = picture;
+    icon_ = picture;
     update();
   }
 
@@ -23,7 +23,7 @@ class PictureView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QIcon icon;
+  QIcon icon_;
 };
 
 }  // namespace quilex

@@ -92,21 +92,21 @@ struct WidgetButton : PushButton {
 }  // namespace
 
 QtInterfaceWindow::QtInterfaceWindow(const LinuxBundle& bundle, std::unique_ptr<QDialog, DeleteLater> theDialog)
-    : images(bundle), dialog(std::move(theDialog)) {
-  dialog->installEventFilter(this);
+    : images_(bundle), dialog_(std::move(theDialog)) {
+  dialog_->installEventFilter(this);
 }
 
 QtInterfaceWindow::~QtInterfaceWindow() {
-  dialog->hide();
+  dialog_->hide();
 }
 
 TextField* QtInterfaceWindow::textField(const std::string& name) {
-  auto& field = texts[name];
+  auto& field = texts_[name];
   const QString object = QString::fromStdString(name);
   if (!field) {
-    if (auto* label = dialog->findChild<QLabel*>(object)) {
+    if (auto* label = dialog_->findChild<QLabel*>(object)) {
       field = std::make_unique<LabelField>(*label);
-    } else if (auto* view = dialog->findChild<QTextEdit*>(object)) {
+    } else if (auto* view = dialog_->findChild<QTextEdit*>(object)) {
       field = std::make_unique<TextViewField>(*view);
     }
   }
@@ -114,65 +114,65 @@ TextField* QtInterfaceWindow::textField(const std::string& name) {
 }
 
 PushButton* QtInterfaceWindow::button(const std::string& name) {
-  auto& wrapped = buttons[name];
-  if (auto* found = dialog->findChild<QPushButton*>(QString::fromStdString(name)); !wrapped && found != nullptr) {
+  auto& wrapped = buttons_[name];
+  if (auto* found = dialog_->findChild<QPushButton*>(QString::fromStdString(name)); !wrapped && found != nullptr) {
     wrapped = std::make_unique<WidgetButton>(*found);
   }
   return wrapped.get();
 }
 
 void QtInterfaceWindow::hideStandardButton(StandardWindowButton button) {
-  dialog->setWindowFlag(Qt::CustomizeWindowHint);
-  dialog->setWindowFlag(Qt::WindowTitleHint);
-  dialog->setWindowFlag(Qt::WindowCloseButtonHint);
+  dialog_->setWindowFlag(Qt::CustomizeWindowHint);
+  dialog_->setWindowFlag(Qt::WindowTitleHint);
+  dialog_->setWindowFlag(Qt::WindowCloseButtonHint);
   switch (button) {
     case StandardWindowButton::miniaturize:
-      dialog->setWindowFlag(Qt::WindowMinimizeButtonHint, false);
+      dialog_->setWindowFlag(Qt::WindowMinimizeButtonHint, false);
       break;
     case StandardWindowButton::zoom:
-      dialog->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+      dialog_->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
       break;
     case StandardWindowButton::fullScreen:
-      dialog->setWindowFlag(Qt::WindowFullscreenButtonHint, false);
+      dialog_->setWindowFlag(Qt::WindowFullscreenButtonHint, false);
       break;
   }
 }
 
 void QtInterfaceWindow::setClearBackground() {
-  dialog->setWindowFlag(Qt::FramelessWindowHint);
-  dialog->setAttribute(Qt::WA_TranslucentBackground);
+  dialog_->setWindowFlag(Qt::FramelessWindowHint);
+  dialog_->setAttribute(Qt::WA_TranslucentBackground);
 }
 
 void QtInterfaceWindow::setContents(const std::string& imageName) {
-  if (const auto file = images.resource(imageName, "svg")) {
-    contents = QIcon(QString::fromStdString(file->string()));
+  if (const auto file = images_.resource(imageName, "svg")) {
+    contents_ = QIcon(QString::fromStdString(file->string()));
   }
 }
 
 void QtInterfaceWindow::show(Keyboard keyboard) {
   // A window that appears anew is in front, on the workspace that the user sees, and gets the keyboard from desktops
   // that give it to new windows only.
-  dialog->hide();
-  activates = keyboard == Keyboard::comes;
-  dialog->setAttribute(Qt::WA_ShowWithoutActivating, !activates);
-  dialog->winId();
-  dialog->windowHandle()->installEventFilter(this);
-  dialog->show();
-  dialog->raise();
+  dialog_->hide();
+  activates_ = keyboard == Keyboard::comes;
+  dialog_->setAttribute(Qt::WA_ShowWithoutActivating, !activates_);
+  dialog_->winId();
+  dialog_->windowHandle()->installEventFilter(this);
+  dialog_->show();
+  dialog_->raise();
 }
 
 void QtInterfaceWindow::close() {
-  dialog->hide();
+  dialog_->hide();
 }
 
 bool QtInterfaceWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == dialog.get()) {
+  if (watched == dialog_.get()) {
     return handleOfDialog(event);
   }
   // Only now has the toolkit heard from the display server what time it is, without which window managers take the
   // request for one of long ago.
-  if (event->type() == QEvent::Expose && dialog->windowHandle()->isExposed() && std::exchange(activates, false)) {
-    dialog->activateWindow();
+  if (event->type() == QEvent::Expose && dialog_->windowHandle()->isExposed() && std::exchange(activates_, false)) {
+    dialog_->activateWindow();
   }
   return false;
 }
@@ -180,9 +180,9 @@ bool QtInterfaceWindow::eventFilter(QObject* watched, QEvent* event) {
 bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
   switch (event->type()) {
     case QEvent::Paint:
-      if (!contents.isNull()) {
-        QPainter painter(dialog.get());
-        contents.paint(&painter, dialog->rect());
+      if (!contents_.isNull()) {
+        QPainter painter(dialog_.get());
+        contents_.paint(&painter, dialog_->rect());
       }
       break;
     case QEvent::Resize:
@@ -191,8 +191,8 @@ bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
     case QEvent::MouseButtonPress:
       // Without a title bar, the panel is moved by its picture.
       if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
-          dialog->windowFlags().testFlag(Qt::FramelessWindowHint)) {
-        dialog->windowHandle()->startSystemMove();
+          dialog_->windowFlags().testFlag(Qt::FramelessWindowHint)) {
+        dialog_->windowHandle()->startSystemMove();
       }
       break;
     default:
@@ -203,16 +203,16 @@ bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
 
 // Desktops that do not blend windows would show black where the picture is clear.
 void QtInterfaceWindow::maskToContents() {
-  if (!contents.isNull()) {
-    QPixmap picture(dialog->size());
+  if (!contents_.isNull()) {
+    QPixmap picture(dialog_->size());
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     // Over and over, so that the half-clear rim counts as well.
     for (int pass = 0; pass < 8; ++pass) {
-      contents.paint(&painter, picture.rect());
+      contents_.paint(&painter, picture.rect());
     }
     painter.end();
-    dialog->setMask(QBitmap::fromImage(picture.toImage().createAlphaMask()));
+    dialog_->setMask(QBitmap::fromImage(picture.toImage().createAlphaMask()));
   }
 }
 

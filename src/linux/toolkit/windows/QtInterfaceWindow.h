@@ -40,12 +40,12 @@ class QtInterfaceWindow : public QObject, public InterfaceWindow {
   bool handleOfDialog(QEvent* event);
   void maskToContents();
 
-  const LinuxBundle& images;
-  std::unique_ptr<QDialog, DeleteLater> dialog;
-  std::map<std::string, std::unique_ptr<TextField>> texts;
-  std::map<std::string, std::unique_ptr<PushButton>> buttons;
-  QIcon contents;
-  bool activates = false;
+  const LinuxBundle& images_;
+  std::unique_ptr<QDialog, DeleteLater> dialog_;
+  std::map<std::string, std::unique_ptr<TextField>> texts_;
+  std::map<std::string, std::unique_ptr<PushButton>> buttons_;
+  QIcon contents_;
+  bool activates_ = false;
 };
 
 }  // namespace quilex

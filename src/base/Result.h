@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <tl/expected.hpp>
+
+namespace quilex {
+
+/// Why something was not done, as a clause for a person: no capital at the start, no full stop at the end.
+struct Failure {
+  std::string message;
+};
+
+/// A value, or why there is none. It becomes `std::expected` once both releases have that.
+template <typename Value>
+using Result = tl::expected<Value, Failure>;
+
+/// For what yields nothing when it is done.
+using Outcome = Result<void>;
+
+}  // namespace quilex
