@@ -29,6 +29,8 @@ class Desktop {
   virtual const char* toolkitPlugin() const = 0;
   /// As a person calls the server.
   virtual const char* serverName() const = 0;
+  /// The socket to the server, which is open as long as the desktop exists.
+  virtual int connection() const = 0;
   /// Starts to follow the server; `lost` is called once when it goes away.
   virtual void start(std::function<void()> lost) = 0;
   /// The monitors that are on. On X11 the server is asked, which blocks until it has answered.

@@ -23,6 +23,7 @@ class WaylandDesktop : public Desktop {
   const char* kind() const override { return "wayland"; }
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
+  int connection() const override { return wl_display_get_fd(wayland_->display()); }
   std::vector<DisplayStatus> displays() const override {
     std::vector<DisplayStatus> found;
     for (const auto& output : wayland_->outputs()) {
