@@ -94,10 +94,10 @@ std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::ma
        {std::pair(&start.suites.shared, settingsFile()),
         std::pair(&start.suites.standardDefaults, configHome() / settings::kStandardDefaultsFile)}) {
     auto opened = JsonSettingsSuite::open(file, *start.loop);
-    if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
-      return Failure{error->message};
+    if (!opened) {
+      return Failure{opened.error().message};
     }
-    *suite = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
+    *suite = *std::move(opened);
   }
   auto renderer = chooseRenderer(*start.desktop, start.rendererReason);
   if (const auto* failure = std::get_if<Failure>(&renderer)) {
@@ -159,8 +159,8 @@ Composition::~Composition() {
 
 void Composition::writeSettings() {
   for (JsonSettingsSuite* suite : {suites_.shared.get(), suites_.standardDefaults.get()}) {
-    if (const auto error = suite->writeNow(kSettingsPatience)) {
-      std::fprintf(stderr, "%s\n", error->message.c_str());
+    if (const auto written = suite->writeNow(kSettingsPatience); !written) {
+      std::fprintf(stderr, "%s\n", written.error().message.c_str());
     }
   }
 }
