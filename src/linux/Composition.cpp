@@ -33,14 +33,6 @@ constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
-Result<std::unique_ptr<JsonSettingsSuite>> openSuite(const fs::path& file, RunLoop& runLoop) {
-  auto opened = JsonSettingsSuite::open(file, runLoop);
-  if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
-    return tl::unexpected(Failure{error->message});
-  }
-  return std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
-}
-
 // `reason` is set to why it is that renderer, where there was a choice.
 Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& reason) {
   const char* variable = std::getenv("QUILEX_RENDERER");
@@ -54,13 +46,13 @@ Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& 
     return desktop.makeCpuRenderer();
   }
   if (forced != "gpu") {
-    return tl::unexpected(Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + forced + "\""});
+    return failed("QUILEX_RENDERER must be gpu or cpu, not \"" + forced + "\"");
   }
   std::string refusal;
   if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any, refusal)) {
     return renderer;
   }
-  return tl::unexpected(Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal});
+  return failed("QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal);
 }
 
 std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
@@ -106,19 +98,19 @@ struct Composition::Foundation {
 Result<std::unique_ptr<Composition>> Composition::make(std::unique_ptr<Desktop> desktop, std::string backendReason,
                                                        std::function<void()> desktopLost) {
   Foundation foundation{std::move(desktop), std::move(backendReason), std::make_unique<QtRunLoop>(), {}, {}, {}, {}};
-  auto suite = openSuite(settingsFile(), *foundation.runLoop);
+  auto suite = JsonSettingsSuite::open(settingsFile(), *foundation.runLoop);
   if (!suite) {
-    return tl::unexpected(suite.error());
+    return failed(suite.error());
   }
   foundation.suite = *std::move(suite);
-  auto defaults = openSuite(configHome() / settings::kStandardDefaultsFile, *foundation.runLoop);
+  auto defaults = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, *foundation.runLoop);
   if (!defaults) {
-    return tl::unexpected(defaults.error());
+    return failed(defaults.error());
   }
   foundation.standardDefaults = *std::move(defaults);
   auto renderer = chooseRenderer(*foundation.desktop, foundation.rendererReason);
   if (!renderer) {
-    return tl::unexpected(renderer.error());
+    return failed(renderer.error());
   }
   foundation.renderer = *std::move(renderer);
   foundation.desktop->start(std::move(desktopLost));
@@ -204,8 +196,8 @@ Composition::~Composition() {
 
 void Composition::writeSettings() {
   for (JsonSettingsSuite* suite : {suite_.get(), standardDefaults_.get()}) {
-    if (const auto error = suite->writeNow(kSettingsPatience)) {
-      std::fprintf(stderr, "%s\n", error->message.c_str());
+    if (const auto written = suite->writeNow(kSettingsPatience); !written) {
+      std::fprintf(stderr, "%s\n", written.error().message.c_str());
     }
   }
 }

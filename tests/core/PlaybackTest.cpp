@@ -16,9 +16,9 @@ TEST(VideoInfoListTest, AHugeListIsReleasedWithoutRecursion) {
 
 TEST(ScreenLayoutTest, ChoosesScreensLaysOutViewsAndTellsWhenTheyNoLongerFit) {
   const Screen left{"left", {-1280, 0, 1280, 800}}, main{"main", {0, 0, 1440, 900}};
-  EXPECT_EQ(playerViewFrames(Type::combo, {left, main}), (std::vector<Rect>{{0, 0, 2720, 900}, {-1280, 0, 2720, 900}}));
+  EXPECT_EQ(playerViewRects(Type::combo, {left, main}), (std::vector<Rect>{{0, 0, 2720, 900}, {-1280, 0, 2720, 900}}));
   // The origin of the global space belongs to the picture even where no screen covers it.
-  EXPECT_EQ(playerViewFrames(Type::combo, {{"", {100, 50, 10, 10}}}), (std::vector<Rect>{{-100, -50, 110, 60}}));
+  EXPECT_EQ(playerViewRects(Type::combo, {{"", {100, 50, 10, 10}}}), (std::vector<Rect>{{-100, -50, 110, 60}}));
   for (const int index : {0, 1, 2, -1}) {
     EXPECT_EQ(chooseScreens(Type::lonely, index, {left, main}).at(0).name, index == 1 ? "main" : "left");
   }

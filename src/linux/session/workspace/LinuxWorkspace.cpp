@@ -88,12 +88,11 @@ void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
   mainThread_.check();
   loginWish_->startsAtLogin = startsAtLogin;
   const auto work = [wish = loginWish_](const std::stop_token& /*stop*/) {
-    using State = AutostartEntry::Outcome::State;
     const std::lock_guard guard(wish->writing);
     const bool starts = wish->startsAtLogin;
-    const auto outcome = AutostartEntry::main().set(starts);
-    if (outcome.state == State::failed || (outcome.state == State::edited && !starts)) {
-      std::fprintf(stderr, "quilexhelper: %s\n", outcome.message.c_str());
+    const auto change = AutostartEntry::main().set(starts);
+    if (!change || (change->state == AutostartEntry::Change::State::edited && !starts)) {
+      std::fprintf(stderr, "quilexhelper: %s\n", (change ? change->message : change.error().message).c_str());
     }
   };
   loginWork_.emplace(backgroundWork_.run(work, [] {}));
