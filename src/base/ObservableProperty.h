@@ -17,11 +17,11 @@ class ObservableProperty {
   using Handler = typename ObserverList<Value>::Handler;
   using Store = std::function<void(const Value&)>;
 
-  explicit ObservableProperty(Store writeThrough = {}) : store_(std::move(writeThrough)) {}
+  explicit ObservableProperty(Store store = {}) : store_(std::move(store)) {}
 
   const Value& get() const { return *value_; }
 
-  /// Sets the value without storing or notifying, for reading it in at construction.
+  /// Sets the value without storing or notifying.
   void assign(Value newValue) { *value_ = std::move(newValue); }
 
   /// Sets the value, writes it to the store, then notifies the observers.
@@ -50,8 +50,8 @@ class ObservableProperty {
 
  private:
   void notify() {
-    // A handler may set the property again or destroy it. Each observer is told the value as it stands when its turn
-    // comes, so that none is left with an older one than it heard before.
+    // A handler may set the property again or destroy it. Each observer gets the value as it is when its turn comes, so
+    // that none ends with an older value than it has seen.
     observers_.notifyEach([current = value_](const Handler& handler) {
       const Value copy = *current;
       handler(copy);

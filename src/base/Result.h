@@ -2,6 +2,7 @@
 
 #include <string>
 #include <tl/expected.hpp>
+#include <utility>
 
 namespace quilex {
 
@@ -16,5 +17,13 @@ using Result = tl::expected<Value, Failure>;
 
 /// For what yields nothing when it is done.
 using Outcome = Result<void>;
+
+/// What a function returns that fails: `return failed("is empty")`, `return failed(opened.error())`.
+inline tl::unexpected<Failure> failed(Failure failure) {
+  return tl::unexpected(std::move(failure));
+}
+inline tl::unexpected<Failure> failed(std::string message) {
+  return failed(Failure{std::move(message)});
+}
 
 }  // namespace quilex

@@ -1,10 +1,11 @@
 #include "library/FileURL.h"
 
 #include <algorithm>
-#include <charconv>
 #include <string>
 #include <system_error>
 #include <utility>
+
+#include "base/PercentCoding.h"
 
 namespace quilex {
 
@@ -18,25 +19,10 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
          std::equal(prefix.begin(), prefix.end(), text.begin(), [&](char a, char b) { return lower(a) == lower(b); });
 }
 
-std::optional<std::string> percentDecoded(std::string_view text) {
-  std::string decoded;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    const auto character = static_cast<unsigned char>(text[index]);
-    if (character == '%') {
-      unsigned int byte = 0;
-      const char* first = text.data() + index + 1;
-      if (index + 2 >= text.size() || std::from_chars(first, first + 2, byte, 16).ptr != first + 2) {
-        return std::nullopt;
-      }
-      decoded.push_back(static_cast<char>(byte));
-      index += 2;
-    } else if (character <= ' ' || character == 0x7F) {
-      return std::nullopt;
-    } else {
-      decoded.push_back(static_cast<char>(character));
-    }
-  }
-  return decoded;
+// Blanks, control characters and DEL; they stand escaped in a URL.
+bool isUnprintable(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte <= ' ' || byte == 0x7F;
 }
 
 }  // namespace
@@ -55,8 +41,9 @@ std::optional<std::filesystem::path> localPath(std::string_view url) {
       }
       url.remove_prefix(hostEnd);
     }
-    auto decoded = percentDecoded(url.substr(0, url.find_first_of("?#")));
-    if (!decoded) {
+    url = url.substr(0, url.find_first_of("?#"));
+    auto decoded = percentDecoded(url);
+    if (!decoded || std::any_of(url.begin(), url.end(), isUnprintable)) {
       return std::nullopt;
     }
     path = std::move(*decoded);
@@ -70,20 +57,7 @@ std::optional<std::filesystem::path> localPath(std::string_view url) {
 }
 
 std::string fileURL(const std::filesystem::path& path) {
-  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-  constexpr std::string_view kPlainMarks = "/-._~";
-  std::string url = "file://";
-  for (const char character : path.native()) {
-    const auto byte = static_cast<unsigned char>(character);
-    const bool isAlphanumeric =
-        (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
-    if (isAlphanumeric || kPlainMarks.find(character) != std::string_view::npos) {
-      url.push_back(character);
-    } else {
-      url.append({'%', kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]});
-    }
-  }
-  return url;
+  return "file://" + percentEncoded(path.native(), "/");
 }
 
 bool namesExistingFile(std::string_view url) {

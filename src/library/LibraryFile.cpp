@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The copies of programs that were killed meanwhile; one still being made is not needed any more either.
+// The copies of programs that were killed. One that another program is still making is not needed either.
 void removeUnfinished(const fs::path& library) {
   const std::string prefix = library.filename().string() + ".";
   std::error_code ignored;
@@ -26,7 +26,7 @@ void removeUnfinished(const fs::path& library) {
   }
 }
 
-// The template names the loops beside it by where it was installed, which may be another place by now.
+// The template has the loops' paths of where it was installed first; it may have been moved since.
 void nameLoopsBeside(const fs::path& templateFile, const fs::path& copy) {
   try {
     SQLite::Database database(copy, SQLite::OPEN_READWRITE);
@@ -49,8 +49,8 @@ std::string libraryFile(const fs::path& supportDirectory) {
 }
 
 std::error_code placeLibrary(const fs::path& templateFile, const fs::path& library) {
-  // Under a name of its own: a name that two processes shared would let the one copy into what the other has just
-  // made the library.
+  // Each process copies under a name of its own. With a shared name one could write into the copy that the other has
+  // just made the library.
   fs::path unfinished = library;
   unfinished += "." + std::to_string(std::random_device()()) + ".new";
   std::error_code error;
@@ -59,20 +59,19 @@ std::error_code placeLibrary(const fs::path& templateFile, const fs::path& libra
   if (!error) {
     fs::permissions(unfinished, kPrivateFile, error);
     nameLoopsBeside(templateFile, unfinished);
-    // Unlike a renaming, a link never replaces what is there.
+    // A link never replaces a file, as a rename would.
     fs::create_hard_link(unfinished, library, error);
     if (error && !fs::exists(library, ignored)) {
       // No hard links on this file system.
       fs::rename(unfinished, library, error);
     }
   }
-  if (fs::exists(library, ignored)) {
-    error.clear();
-    removeUnfinished(library);
-  } else {
+  if (!fs::exists(library, ignored)) {
     fs::remove(unfinished, ignored);
+    return error;
   }
-  return error;
+  removeUnfinished(library);
+  return {};
 }
 
 }  // namespace quilex

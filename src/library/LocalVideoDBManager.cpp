@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 // Another process's lock is not waited for.
 constexpr int kBusyTimeoutMilliseconds = 0;
 
-// SQLite would wait for the other end of a FIFO, be it the library or what it takes for the library's journal.
+// SQLite would wait for the other end of a FIFO at the library's place or at that of its journals.
 bool nothingToWaitFor(const std::string& path) {
   for (const char* ending : {"", "-journal", "-wal", "-shm"}) {
     std::error_code ignored;
@@ -36,20 +36,20 @@ bool nothingToWaitFor(const std::string& path) {
 
 LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const std::optional<fs::path>& templateFile,
                                          Console& console)
-    : output_(console), path_(libraryFile(supportDirectory)) {
+    : console_(console), path_(libraryFile(supportDirectory)) {
   std::error_code ignored;
   if (!fs::exists(path_, ignored)) {
     if (!templateFile) {
       fatalError("the application bundle has no Quilex.db");
     }
     if (const std::error_code error = placeLibrary(*templateFile, path_)) {
-      output_.print(path_ + ": " + error.message());
+      console_.print(path_ + ": " + error.message());
     }
   }
-  output_.print(path_);
+  console_.print(path_);
   const bool isNew = !fs::exists(path_, ignored);
   if (!open(SQLite::OPEN_CREATE)) {
-    output_.print("db open failure");
+    console_.print("db open failure");
   } else if (isNew) {
     fs::permissions(path_, kPrivateFile, ignored);
   }
@@ -70,8 +70,9 @@ bool LocalVideoDBManager::open(int creation) {
   return true;
 }
 
-// Whether there is a database to ask. One that was replaced since it was opened is opened again, but never created.
+// Whether there is a database to ask. If its file was replaced, the new one is opened; a missing one is not created.
 bool LocalVideoDBManager::isUsable() {
+  mainThread_.check();
   if (!db_) {
     return false;
   }
@@ -80,29 +81,27 @@ bool LocalVideoDBManager::isUsable() {
   return hasMoved != 0 ? open(0) : nothingToWaitFor(path_);
 }
 
-std::vector<VideoDetail> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {
-  std::vector<VideoDetail> videos;
-  lastQueryAnswered_ = false;
-  // Running any statement makes SQLite notice a table that has been made anew; preparing one does not, and its columns
-  // would be those of the old table.
+Result<std::vector<VideoDetail>> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {
+  // Preparing a statement does not show SQLite a table that was dropped and made again, and would use the old table's
+  // columns; running any statement does.
   if (!isUsable() || db_->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
-    return videos;
+    return failed("the library cannot be opened");
   }
-  // The rows read before a failure stand.
-  lastQueryAnswered_ = queryVideos(db_->getHandle(), statementText, argument, videos) == SQLITE_DONE;
+  std::vector<VideoDetail> videos;
+  if (const int code = queryVideos(db_->getHandle(), statementText, argument, videos); code != SQLITE_DONE) {
+    return failed(sqlite3_errstr(code));
+  }
   return videos;
 }
 
-std::vector<VideoDetail> LocalVideoDBManager::allVideos() {
+Result<std::vector<VideoDetail>> LocalVideoDBManager::allVideos() {
   return query("select * from LocalVideos", nullptr);
 }
 
-std::optional<VideoDetail> LocalVideoDBManager::video(const std::string& sign) {
-  auto videos = query("select * from LocalVideos where sign = ?", &sign);
-  if (videos.empty()) {
-    return std::nullopt;
-  }
-  return std::move(videos.back());
+Result<std::optional<VideoDetail>> LocalVideoDBManager::video(const std::string& sign) {
+  return query("select * from LocalVideos where sign = ?", &sign).map([](std::vector<VideoDetail> videos) {
+    return videos.empty() ? std::nullopt : std::optional(std::move(videos.back()));
+  });
 }
 
 void LocalVideoDBManager::deleteVideo(const std::string& sign) {
@@ -116,7 +115,7 @@ void LocalVideoDBManager::deleteVideo(const std::string& sign) {
     } catch (const SQLite::Exception&) {
     }
   }
-  output_.print("delete " + sign + (deleted ? " true" : " false"));
+  console_.print("delete " + sign + (deleted ? " true" : " false"));
 }
 
 }  // namespace quilex

@@ -9,7 +9,7 @@ namespace quilex {
 
 namespace {
 
-// Files that are asked for at once. Mostly the first one is there.
+// How many files are asked for at once. Usually the first one exists.
 constexpr std::size_t kFilesAtOnce = 64;
 
 /// A video of the playlist, and how many steps lead to it from the current one.
@@ -20,11 +20,10 @@ struct Candidate {
 
 }  // namespace
 
-PlayableSearch::PlayableSearch(VideoInfoList& playlist, FileFinder& fileFinder, PassesOver passesOver, Done done)
-    : list_(playlist), finder_(fileFinder), isPassedOver_(std::move(passesOver)), whenDone_(std::move(done)) {}
-
-void PlayableSearch::start() {
+void PlayableSearch::start(PassesOver passesOver, Done done) {
   question_.reset();
+  passesOver_ = std::move(passesOver);
+  done_ = std::move(done);
   lookFrom(list_.current(), 0);
 }
 
@@ -33,7 +32,7 @@ void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
   std::vector<Candidate> candidates;
   for (; distance < list_.size() && files.size() < kFilesAtOnce; ++distance, node = after(node)) {
     auto file = localPath(node->val.url);
-    if (file && !isPassedOver_(node->val)) {
+    if (file && !passesOver_(node->val)) {
       files.push_back(std::move(*file));
       candidates.push_back({node, distance});
     }
@@ -52,12 +51,14 @@ void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
     }
     finish(files[*answer.found]);
   };
-  question_ = finder_.findFirst(std::move(files), std::move(reply));
+  question_ = fileFinder_.findFirst(std::move(files), std::move(reply));
 }
 
 void PlayableSearch::finish(const std::optional<std::filesystem::path>& file) {
   question_.reset();
-  whenDone_(file);
+  // It may start the next search, which has a `done_` of its own.
+  const Done done = std::exchange(done_, nullptr);
+  done(file);
 }
 
 }  // namespace quilex

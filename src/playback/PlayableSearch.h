@@ -11,21 +11,23 @@
 
 namespace quilex {
 
-/// Makes the first video of the playlist from the current one on that can be loaded the current one. Main thread.
+/// Moves the current position of a playlist to the first video, from the current one on, that can be loaded. Main
+/// thread.
 class PlayableSearch {
  public:
-  /// Whether a video is not to be loaded though its file exists.
+  /// Whether a video is skipped even if its file exists.
   using PassesOver = std::function<bool(const VideoDetail& video)>;
-  /// Called with the path of the current video's file; with nothing, and the current video where it was, when no video
-  /// of the playlist can be loaded.
+  /// Called with the path of the current video's file. If no video of the playlist can be loaded, called with nothing,
+  /// and the current position has not moved.
   using Done = std::function<void(const std::optional<std::filesystem::path>& file)>;
 
   /// Both must outlive the search.
-  PlayableSearch(VideoInfoList& playlist, FileFinder& fileFinder, PassesOver passesOver, Done done);
+  PlayableSearch(VideoInfoList& list, FileFinder& fileFinder) : list_(list), fileFinder_(fileFinder) {}
 
-  /// Looks once through the playlist; a search that is under way ends. `done` is called from the run loop, or at once
-  /// if there is no file to look for. Before the playlist changes, the search has to be cancelled.
-  void start();
+  /// Looks once through the playlist; replaces a search that is under way. `done` is called from the run loop, or at
+  /// once if there is no file to look for.
+  void start(PassesOver passesOver, Done done);
+  /// Ends the search without a call of `done`; to be called before the playlist changes.
   void cancel() { question_.reset(); }
   bool isUnderWay() const { return question_.has_value(); }
 
@@ -35,9 +37,9 @@ class PlayableSearch {
   const VideoInfoNode* after(const VideoInfoNode* node) const { return node->next ? node->next.get() : list_.head(); }
 
   VideoInfoList& list_;
-  FileFinder& finder_;
-  PassesOver isPassedOver_;
-  Done whenDone_;
+  FileFinder& fileFinder_;
+  PassesOver passesOver_;
+  Done done_;
   std::optional<Disposable> question_;
 };
 

@@ -14,7 +14,7 @@ std::vector<Screen> chooseScreens(VideoPlayerScreenType type, std::int64_t scree
   return {screens[exists ? static_cast<std::size_t>(screenIndex) : 0]};
 }
 
-std::vector<Rect> playerViewFrames(VideoPlayerScreenType type, const std::vector<Screen>& screens) {
+std::vector<Rect> playerViewRects(VideoPlayerScreenType type, const std::vector<Screen>& screens) {
   double minX = 0;
   double minY = 0;
   double maxX = 0;
@@ -25,16 +25,16 @@ std::vector<Rect> playerViewFrames(VideoPlayerScreenType type, const std::vector
     maxX = std::max(maxX, screen.frame.x + screen.frame.width);
     maxY = std::max(maxY, screen.frame.y + screen.frame.height);
   }
-  std::vector<Rect> frames;
-  frames.reserve(screens.size());
+  std::vector<Rect> rects;
+  rects.reserve(screens.size());
   for (const auto& [name, frame] : screens) {
     if (type == VideoPlayerScreenType::combo) {
-      frames.push_back({minX - frame.x, minY - frame.y, maxX - minX, maxY - minY});
+      rects.push_back({minX - frame.x, minY - frame.y, maxX - minX, maxY - minY});
     } else {
-      frames.push_back({0, 0, frame.width, frame.height});
+      rects.push_back({0, 0, frame.width, frame.height});
     }
   }
-  return frames;
+  return rects;
 }
 
 bool needsRelayout(const std::vector<Screen>& covered, const std::vector<Screen>& current) {

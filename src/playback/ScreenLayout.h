@@ -9,17 +9,18 @@
 
 namespace quilex {
 
-/// The screens that carry a window: for `lonely` the one at `screenIndex`, or the first if there is none at that
-/// index; otherwise all of them.
+/// The screens that get a window: for `lonely` the one at `screenIndex`, or the first if there is none at that index;
+/// otherwise all of them.
 std::vector<Screen> chooseScreens(VideoPlayerScreenType type, std::int64_t screenIndex,
                                   const std::vector<Screen>& screens);
 
-/// The frame of the video view in each screen's window, in the window's own coordinates. For `combo` every view has
-/// the size of the rectangle that bounds all screens and the origin of the global space, and is shifted so that the
-/// part lying on its screen is the part inside its window.
-std::vector<Rect> playerViewFrames(VideoPlayerScreenType type, const std::vector<Screen>& screens);
+/// The rectangle of the view in each screen's window, in the window's own coordinates. For `combo` every view has the
+/// size of the rectangle around all screens and the origin of the desktop's global space, and is shifted so that the
+/// part that lies on its screen lies inside its window.
+std::vector<Rect> playerViewRects(VideoPlayerScreenType type, const std::vector<Screen>& screens);
 
-/// Whether windows made for the screens `covered` no longer fit the `current` screens.
+/// Whether windows made for the screens `covered` have to be replaced because the screens are now `current`: their
+/// number or one of their places differs.
 bool needsRelayout(const std::vector<Screen>& covered, const std::vector<Screen>& current);
 
 }  // namespace quilex

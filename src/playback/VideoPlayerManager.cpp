@@ -3,42 +3,35 @@
 #include <chrono>
 #include <utility>
 
-#include "library/FileURL.h"
-
 namespace quilex {
 
-namespace {
-
-// Between two searches when no video of the playlist can be loaded.
-constexpr std::chrono::seconds kSearchInterval{1};
-
-}  // namespace
-
-VideoPlayerManager::VideoPlayerManager(Services theServices)
-    : screenType(screenTypeAtStart(theServices.preferences.monitorArrange.get())),
-      screenIndex(theServices.preferences.screenIndex.get()),
-      services_(std::move(theServices)),
-      model_(playModelFromRawValue(services_.preferences.playModel.get())),
+VideoPlayerManager::VideoPlayerManager(Services services)
+    : services_(std::move(services)),
       mark_(services_.standardDefaults, services_.console),
-      coveredScreens_(services_.windowServer.screens()),
-      search_(
-          list_, services_.fileFinder,
-          [this](const VideoDetail& video) { return failedSigns_.contains(video.sign) || mark_.refuses(video.sign); },
-          [this](const auto& file) { searchDone(file); }) {
+      windows_(screenTypeAtStart(services_.preferences.monitorArrange.get()), services_.preferences.screenIndex.get(),
+               {services_.windowServer, services_.console, [this]() -> VideoPlayer& { return player(); },
+                [this] { tapVideoPlayerViewAction(); }}),
+      playlist_({services_.preferences, services_.library, services_.fileFinder, services_.runLoop, services_.console,
+                 services_.random, services_.report, [this] { playback_.updateRepeating(); },
+                 [this] { updateVideoList(); }}),
+      playback_({services_.preferences, playlist_, windows_, mark_, services_.runLoop, services_.console,
+                 services_.report, services_.makePlayer, [this] { syncSign(); }}),
+      sign_({services_.preferences, services_.library, services_.fileFinder, services_.runLoop, services_.console,
+             mark_, playlist_, playback_}) {
   registrations_.push_back(services_.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
   registrations_.push_back(services_.notificationCenter.observe("UpdateVideoList", [this] { libraryChanged(); }));
   observeSettings();
 }
 
 VideoPlayerManager::~VideoPlayerManager() {
-  // The windows' views refer to the player.
+  // They show the player, which goes first otherwise.
   windows_.clear();
 }
 
 void VideoPlayerManager::observeSettings() {
   Preferences& preferences = services_.preferences;
   auto& tokens = observerDisposables_;
-  tokens.push_back(preferences.playingVideoSign.observe([this](const auto& sign) { followSign(sign); }));
+  tokens.push_back(preferences.playingVideoSign.observe([this](const auto& sign) { sign_.follow(sign); }));
   tokens.push_back(preferences.isPlaying.observe([this](bool playing) { setPlaying(playing); }));
   tokens.push_back(preferences.playModel.observe([this](std::int64_t raw) { changePlayModel(raw); }));
   tokens.push_back(preferences.isOpenPlayer.observe([this](bool opens) { opens ? open() : close(); }));
@@ -48,167 +41,150 @@ void VideoPlayerManager::observeSettings() {
   tokens.push_back(preferences.monitorArrange.observe([this](std::int64_t raw) { changeMonitorArrange(raw); }));
 }
 
-VideoPlayer& VideoPlayerManager::player() {
-  if (!sharedPlayer_) {
-    rebuildPlaylist();
-    sharedPlayer_ = services_.makePlayer();
-    sharedPlayer_->setVolume(services_.preferences.volume.get());
-    sharedPlayer_->setMuted(services_.preferences.mute.get());
-    itemEndObservation_ = sharedPlayer_->observeItemEnd([this] {
-      services_.console.log(LogLevel::debug, "video " + itemSign_ + " has ended");
-      failedSigns_.clear();
-      playerItemDidReachEnd();
-    });
-    updateRepeating();
-    loadPlayableNode();
+// Windows
+
+void VideoPlayerManager::buildWindows() {
+  mainThread_.check();
+  windows_.build();
+  if (services_.preferences.isOpenPlayer.get()) {
+    playback_.resume();
+    setIsPlaying();
+  } else {
+    close();
   }
-  return *sharedPlayer_;
 }
 
-// Loads the first video from the current one on that can be loaded. While there is none, looks again every second (at
-// once when the playlist is rebuilt) and leaves the player's item as it is.
-void VideoPlayerManager::loadPlayableNode() {
-  nextSearch_.reset();
-  search_.start();
+void VideoPlayerManager::relayout() {
+  mainThread_.check();
+  windows_.orderOut();
+  buildWindows();
 }
 
-void VideoPlayerManager::loadPlayableNodeLater() {
-  nextSearch_ = services_.runLoop.after(kSearchInterval, [this] {
-    failedSigns_.clear();
-    syncWhenSearched_ = Sync::ifFound;
-    loadPlayableNode();
-  });
+void VideoPlayerManager::applyLevelAndOrder() {
+  mainThread_.check();
+  windows_.applyLevelAndOrder();
 }
 
-void VideoPlayerManager::searchDone(const std::optional<std::filesystem::path>& file) {
-  awaitsPlayableNode_ = !file;
-  if (file) {
-    load(*file);
-  } else if (list_.size() > 0) {
-    services_.console.log(LogLevel::info, "no video of the playlist can be loaded now");
-    // Also when every video of the playlist has failed in turn: a library of broken files does not keep the processor
-    // busy.
-    loadPlayableNodeLater();
-  }
-  if (std::exchange(playsWhenSearched_, false)) {
+void VideoPlayerManager::setHideDesktopIcon(bool hide) {
+  isHideDesktopIcon = hide;
+  if (services_.preferences.isOpenPlayer.get()) {
     applyLevelAndOrder();
-    sharedPlayer_->play();
-  }
-  const Sync sync = std::exchange(syncWhenSearched_, Sync::no);
-  if (sync == Sync::yes || (sync == Sync::ifFound && file)) {
-    syncSign();
   }
 }
 
-void VideoPlayerManager::load(const std::filesystem::path& file) {
-  itemSign_ = list_.current()->val.sign;
-  services_.console.log(LogLevel::info, "loads video " + itemSign_ + ", " + file.string());
-  services_.report.update([&](AgentStatus& status) {
-    status.videoSign = itemSign_;
-    status.videoTitle = list_.current()->val.title;
-  });
-  // What has just been shown may be loaded again without a word of the player, and does no harm.
-  if (!itemIsReady_ || file != itemFile_) {
-    mark_.set(itemSign_);
-    itemIsReady_ = false;
-    setVideoState("loading");
+void VideoPlayerManager::screensChanged() {
+  mainThread_.check();
+  if (services_.preferences.isOpenPlayer.get() && !windows_.fitScreens()) {
+    relayout();
   }
-  itemFile_ = file;
-  statusObservation_.reset();
-  updateRepeating();
-  sharedPlayer_->replaceCurrentItem(file);
-  statusObservation_ = sharedPlayer_->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
+}
+
+void VideoPlayerManager::activeSpaceDidChange() {
+  setHideDesktopIcon(isHideDesktopIcon);
+}
+
+std::optional<std::int64_t> VideoPlayerManager::valueForKey(std::string_view key) const {
+  if (key == "screenType") {
+    return static_cast<std::int64_t>(screenType);
+  }
+  if (key == "screenIndex") {
+    return screenIndex;
+  }
+  return std::nullopt;
+}
+
+void VideoPlayerManager::changeScreenIndex(std::int64_t index) {
+  screenType = VideoPlayerScreenType::lonely;
+  screenIndex = index;
+  relayout();
+}
+
+void VideoPlayerManager::changeMonitorArrange(std::int64_t raw) {
+  screenType = screenTypeOnChange(raw);
+  relayout();
+}
+
+// Playlist
+
+// Changes that are notified together are handled together.
+void VideoPlayerManager::libraryChanged() {
+  if (!rebuildSoon_) {
+    rebuildSoon_ = services_.runLoop.after(std::chrono::milliseconds(0), [this] {
+      rebuildSoon_.reset();
+      // Whoever removes the video that is playing has named the next one first: it is followed before the list changes.
+      services_.preferences.updateUserDefaultFromDisk();
+      updateVideoList();
+    });
+  }
+}
+
+void VideoPlayerManager::updateVideoList() {
+  mainThread_.check();
+  const bool wasSearching = playlist_.isSearching();
+  // During a search, or while a sign is followed, the settings do not name the video whose turn it is.
+  const bool keepsTurn = wasSearching || sign_.isFollowing();
+  if (playlist_.rebuild(keepsTurn ? Playlist::Current::kept : Playlist::Current::named)) {
+    playback_.searchAgain(wasSearching);
+  }
+}
+
+void VideoPlayerManager::syncSign() {
+  mainThread_.check();
+  sign_.sync();
+}
+
+void VideoPlayerManager::changePlayModel(std::int64_t raw) {
+  playlist_.setModel(playModelFromRawValue(raw));
+  updateVideoList();
+  playback_.updateRepeating();
+}
+
+// Playback
+
+VideoPlayer& VideoPlayerManager::player() {
+  mainThread_.check();
+  return playback_.player();
 }
 
 void VideoPlayerManager::playCurrent() {
-  applyLevelAndOrder();
-  player();
-  failedSigns_.clear();
-  playsWhenSearched_ = true;
-  syncWhenSearched_ = Sync::yes;
-  loadPlayableNode();
+  mainThread_.check();
+  playback_.playCurrent();
 }
 
-// Whoever opens the player, the picture moves, so the settings and the menu say so.
 void VideoPlayerManager::open() {
   playCurrent();
+  setIsPlaying();
+}
+
+// A wallpaper that is opened plays, and the settings and the menu show that.
+void VideoPlayerManager::setIsPlaying() {
   if (!services_.preferences.isPlaying.get()) {
     services_.preferences.isPlaying.set(true);
   }
 }
 
 void VideoPlayerManager::close() {
-  playsWhenSearched_ = false;
-  player().pause();
-  for (const auto& window : windows_) {
-    window->orderOut();
-  }
+  mainThread_.check();
+  playback_.close();
 }
 
 void VideoPlayerManager::setPlaying(bool playing) {
-  if (!playing) {
-    playsWhenSearched_ = false;
-    player().pause();
-  } else if (services_.preferences.isOpenPlayer.get() && !playsWhenSearched_) {
-    applyLevelAndOrder();
-    player().play();
-    syncSign();
-  }
+  mainThread_.check();
+  playback_.setPlaying(playing);
 }
 
 void VideoPlayerManager::playerItemDidReachEnd() {
-  if (list_.current() != nullptr && model_ == VideoPlayerPlayModel::single) {
-    player().seekToZero();
-    return;
-  }
-  advance();
-  if (list_.current() != nullptr) {
-    loadPlayableNode();
-  } else {
-    // An empty library, which does not stop what plays.
-    syncWhenSearched_ = Sync::no;
-    if (std::exchange(playsWhenSearched_, false)) {
-      player().play();
-    }
-    if (player().hasCurrentItem()) {
-      player().seekToZero();
-    }
-  }
-  syncSign();
-}
-
-// A video that cannot be played counts as finished.
-void VideoPlayerManager::itemStatusChanged(PlayerItemStatus status) {
-  if (status == PlayerItemStatus::unknown) {
-    return;
-  }
-  mark_.clear();
-  itemIsReady_ = status == PlayerItemStatus::readyToPlay;
-  setVideoState(itemIsReady_ ? "ready" : "failed");
-  if (!itemIsReady_) {
-    services_.console.log(LogLevel::warning, "video " + itemSign_ + " cannot be played; the next one is looked for");
-    failedSigns_.insert(itemSign_);
-    playerItemDidReachEnd();
-  }
-}
-
-void VideoPlayerManager::setVideoState(const char* state) {
-  services_.report.update([&](AgentStatus& status) { status.videoState = state; });
-}
-
-// A video that is followed by itself need not be loaded again. The end of one whose library is empty is of interest.
-void VideoPlayerManager::updateRepeating() {
-  const VideoInfoNode* const current = list_.current();
-  const bool isAlone = list_.size() == 1 && localPath(current->val.url) == itemFile_;
-  const bool follows = current != nullptr && (model_ == VideoPlayerPlayModel::single || isAlone);
-  if (sharedPlayer_ && repeats_ != follows) {
-    repeats_ = follows;
-    sharedPlayer_->setRepeating(follows);
-  }
+  mainThread_.check();
+  playback_.playerItemDidReachEnd();
 }
 
 void VideoPlayerManager::tapVideoPlayerViewAction() {
   services_.console.print("tapVideoPlayerViewAction");
+}
+
+void VideoPlayerManager::willTerminate() {
+  mainThread_.check();
+  mark_.clear();
 }
 
 }  // namespace quilex

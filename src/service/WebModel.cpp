@@ -165,7 +165,7 @@ void WebModel::sendHeartbeat(HeartBeatType type, const std::string& n,
                envelope::heartbeatBody(n, userID(), ct, services_.version, static_cast<int>(type)), read, receive);
 }
 
-void WebModel::requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion) {
+void WebModel::requestUpgradeInfo(const Completion& completion) {
   using Answer = std::optional<UpgradeInfo>;
   const auto read = [](Content content, const std::stop_token& /*stop*/) {
     const auto reply = content ? json::parse(*content) : std::nullopt;

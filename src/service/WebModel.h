@@ -20,7 +20,7 @@
 #include "service/Envelope.h"
 #include "service/GuideModel.h"
 #include "service/Response.h"
-#include "service/UpgradeInfo.h"
+#include "service/UpgradeInfoSource.h"
 #include "service/VideoListRequest.h"
 
 namespace quilex {
@@ -29,7 +29,7 @@ namespace quilex {
 /// shortly after each local midnight; those that the machine slept through are made up for, one by one, when it wakes.
 /// A request that fails is not tried again, and nobody is notified. Main thread only; replies are read beside it, so
 /// that a large one holds nothing up, and what comes of them is handed over there.
-class WebModel {
+class WebModel : public UpgradeInfoSource {
  public:
   /// The kinds of heartbeat, with the numbers that are sent.
   enum class HeartBeatType { Boot = 1, MidNight, HeartBeat };
@@ -66,7 +66,7 @@ class WebModel {
 
   explicit WebModel(Services services);
   /// Ends the schedule and drops the requests that are under way, without calling their completions.
-  ~WebModel() = default;
+  ~WebModel() override = default;
   WebModel(const WebModel&) = delete;
   WebModel& operator=(const WebModel&) = delete;
 
@@ -101,7 +101,7 @@ class WebModel {
   void sendHeartbeat(HeartBeatType type, const std::string& n,
                      std::function<void(const std::optional<HeartbeatResponse>&)> completion = {});
   /// Calls the completion, if given, once, with the version on offer or nothing.
-  void requestUpgradeInfo(const std::function<void(const std::optional<UpgradeInfo>&)>& completion = {});
+  void requestUpgradeInfo(const Completion& completion = {}) override;
 
   // Timer actions
 

@@ -1,3 +1,6 @@
+#include <thread>
+
+#include "base/MainThread.h"
 #include "base/MinuteCounter.h"
 #include "base/ObservableProperty.h"
 #include "platform/AppInfo.h"
@@ -17,6 +20,12 @@ TEST(DisposableTest, RunsItsClosureOnceHoweverOftenItIsMoved) {
   EXPECT_EQ(ended, 2);
   EXPECT_DEATH(const Disposable token(std::function<void()>{}),
                "unimplemented initializer 'init\\(\\)' for class 'QuilexHelper.Disposable'");
+}
+
+TEST(MainThreadTest, StopsACallFromAnotherThreadInDebugBuilds) {
+  const MainThread mainThread;
+  mainThread.check();
+  EXPECT_DEBUG_DEATH(std::thread([&] { mainThread.check(); }).join(), "off the main thread");
 }
 
 struct ObservablePropertyTest : testing::Test {

@@ -28,6 +28,8 @@ class Desktop {
   virtual const char* toolkitPlugin() const = 0;
   /// The server, as messages to the user call it.
   virtual const char* serverName() const = 0;
+  /// The socket to the server, which is open as long as the desktop exists.
+  virtual int connection() const = 0;
   /// Starts reading events from the server; `lost` is called once when it goes away.
   virtual void start(std::function<void()> lost) = 0;
   /// The monitors that are on. On X11 this blocks until the server has answered.

@@ -21,6 +21,7 @@ class WaylandDesktop : public Desktop {
   const char* kind() const override { return "wayland"; }
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
+  int connection() const override { return wl_display_get_fd(wayland_->display()); }
   std::vector<DisplayStatus> displays() const override {
     std::vector<DisplayStatus> found;
     for (const auto& output : wayland_->outputs()) {
@@ -51,7 +52,7 @@ class WaylandDesktop : public Desktop {
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) override {
     return std::make_unique<WaylandWindowServer>(*wayland_, output, makeTarget_, loop);
   }
-  // Windows cannot be embedded there.
+  // Wayland has no trays of that kind.
   EmbeddingTray embeddingTray() override { return {}; }
 
  private:

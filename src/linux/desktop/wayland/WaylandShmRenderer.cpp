@@ -74,7 +74,7 @@ class WaylandShmTarget : public RenderTarget {
 
  private:
   BufferView& viewOf(const std::shared_ptr<Buffer>& buffer, const PixelRect& part, std::size_t stride) {
-    // Without those of pictures that are gone.
+    // The others are of pictures that are gone, or of parts that are not shown any more.
     std::erase_if(views_, [&](const auto& view) { return !view->buffer() || view->part() != part; });
     const auto known = std::ranges::find_if(views_, [&](const auto& view) { return view->buffer() == buffer; });
     return known != views_.end() ? **known : *views_.emplace_back(std::make_unique<BufferView>(buffer, part, stride));

@@ -1,0 +1,190 @@
+#include "playback/Playback.h"
+
+#include <chrono>
+#include <utility>
+
+#include "library/FileURL.h"
+
+namespace quilex {
+
+namespace {
+
+// Between two searches when no video of the playlist can be loaded.
+constexpr std::chrono::seconds kSearchInterval{1};
+
+}  // namespace
+
+Playback::Playback(Services services) : services_(std::move(services)) {}
+
+VideoPlayer& Playback::player() {
+  if (!player_) {
+    services_.playlist.rebuild(Playlist::Current::named);
+    player_ = services_.makePlayer();
+    player_->setVolume(services_.preferences.volume.get());
+    player_->setMuted(services_.preferences.mute.get());
+    itemEndObservation_ = player_->observeItemEnd([this] {
+      services_.console.log(LogLevel::debug, "video " + itemSign_ + " has ended");
+      failedSigns_.clear();
+      playerItemDidReachEnd();
+    });
+    updateRepeating();
+    search();
+  }
+  return *player_;
+}
+
+void Playback::playCurrent() {
+  services_.windows.applyLevelAndOrder();
+  player();
+  playsWhenSearched_ = true;
+  loadCurrent();
+}
+
+void Playback::loadCurrent() {
+  failedSigns_.clear();
+  syncWhenSearched_ = Sync::yes;
+  search();
+}
+
+void Playback::resume() {
+  services_.windows.applyLevelAndOrder();
+  player().play();
+  services_.syncSign();
+}
+
+void Playback::close() {
+  playsWhenSearched_ = false;
+  player().pause();
+  services_.windows.orderOut();
+}
+
+void Playback::setPlaying(bool playing) {
+  if (!playing) {
+    playsWhenSearched_ = false;
+    player().pause();
+  } else if (services_.preferences.isOpenPlayer.get() && !playsWhenSearched_) {
+    resume();
+  }
+}
+
+// Loads the first video from the current one on that can be loaded.
+void Playback::search() {
+  nextSearch_.reset();
+  services_.playlist.search(
+      [this](const VideoDetail& video) {
+        return failedSigns_.contains(video.sign) || services_.mark.refuses(video.sign);
+      },
+      [this](const auto& file) { searchDone(file); });
+}
+
+void Playback::searchLater() {
+  nextSearch_ = services_.runLoop.after(kSearchInterval, [this] {
+    failedSigns_.clear();
+    syncWhenSearched_ = Sync::ifFound;
+    search();
+  });
+}
+
+void Playback::searchAgain(bool wasSearching) {
+  if (wasSearching) {
+    search();
+  } else if (lastSearchFailed_) {
+    syncWhenSearched_ = Sync::ifFound;
+    search();
+  }
+}
+
+void Playback::searchDone(const std::optional<std::filesystem::path>& file) {
+  lastSearchFailed_ = !file;
+  if (file) {
+    load(*file);
+  } else if (services_.playlist.list().size() > 0) {
+    services_.console.log(LogLevel::info, "no video of the playlist can be loaded now");
+    // The pause also keeps a library of broken files, which all fail in turn, from using up the processor.
+    searchLater();
+  }
+  if (std::exchange(playsWhenSearched_, false)) {
+    services_.windows.applyLevelAndOrder();
+    player_->play();
+  }
+  const Sync sync = std::exchange(syncWhenSearched_, Sync::no);
+  if (sync == Sync::yes || (sync == Sync::ifFound && file)) {
+    services_.syncSign();
+  }
+}
+
+void Playback::load(const std::filesystem::path& file) {
+  const VideoDetail& video = *services_.playlist.current();
+  itemSign_ = video.sign;
+  services_.console.log(LogLevel::info, "loads video " + itemSign_ + ", " + file.string());
+  services_.report.update([&](AgentStatus& status) {
+    status.videoSign = video.sign;
+    status.videoTitle = video.title;
+  });
+  // A file that was ready once is harmless, and the player need not report its status again.
+  if (!itemIsReady_ || file != itemFile_) {
+    services_.mark.set(itemSign_);
+    itemIsReady_ = false;
+    setVideoState("loading");
+  }
+  itemFile_ = file;
+  statusObservation_.reset();
+  updateRepeating();
+  player_->replaceCurrentItem(file);
+  statusObservation_ = player_->observeStatus([this](PlayerItemStatus status) { itemStatusChanged(status); });
+}
+
+void Playback::playerItemDidReachEnd() {
+  const Playlist& playlist = services_.playlist;
+  if (playlist.current() != nullptr && playlist.model() == VideoPlayerPlayModel::single) {
+    player().seekToZero();
+    return;
+  }
+  services_.playlist.advance();
+  if (playlist.current() != nullptr) {
+    search();
+  } else {
+    // The library is empty, and what plays goes on.
+    syncWhenSearched_ = Sync::no;
+    if (std::exchange(playsWhenSearched_, false)) {
+      player().play();
+    }
+    if (player().hasCurrentItem()) {
+      player().seekToZero();
+    }
+  }
+  services_.syncSign();
+}
+
+// A video that cannot be played counts as ended.
+void Playback::itemStatusChanged(PlayerItemStatus status) {
+  if (status == PlayerItemStatus::unknown) {
+    return;
+  }
+  services_.mark.clear();
+  itemIsReady_ = status == PlayerItemStatus::readyToPlay;
+  setVideoState(itemIsReady_ ? "ready" : "failed");
+  if (!itemIsReady_) {
+    services_.console.log(LogLevel::warning, "video " + itemSign_ + " cannot be played; the next one is looked for");
+    failedSigns_.insert(itemSign_);
+    playerItemDidReachEnd();
+  }
+}
+
+void Playback::setVideoState(const char* state) {
+  services_.report.update([&](AgentStatus& status) { status.videoState = state; });
+}
+
+// A repeating player loads nothing again and reports no end. With an empty library the end is needed.
+void Playback::updateRepeating() {
+  const Playlist& playlist = services_.playlist;
+  const VideoDetail* const current = playlist.current();
+  const bool isAlone = playlist.list().size() == 1 && localPath(current->url) == itemFile_;
+  const bool follows = current != nullptr && (playlist.model() == VideoPlayerPlayModel::single || isAlone);
+  if (player_ && repeats_ != follows) {
+    repeats_ = follows;
+    player_->setRepeating(follows);
+  }
+}
+
+}  // namespace quilex

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "base/Disposable.h"
+#include "platform/Console.h"
+#include "platform/RunLoop.h"
+#include "platform/StatusReport.h"
+#include "platform/VideoPlayer.h"
+#include "playback/LoadingMark.h"
+#include "playback/Playlist.h"
+#include "playback/WallpaperWindows.h"
+#include "settings/Preferences.h"
+
+namespace quilex {
+
+/// Loads the playlist's current video into the player, and the next one when it has ended or cannot be played. Main
+/// thread.
+///
+/// Which video can be loaded is found out beside the main thread. Until that is known, the player keeps its item.
+class Playback {
+ public:
+  struct Services {
+    const Preferences& preferences;
+    Playlist& playlist;
+    WallpaperWindows& windows;
+    LoadingMark& mark;
+    RunLoop& runLoop;
+    Console& console;
+    StatusReport& report;
+    VideoPlayerFactory makePlayer;
+    /// Called when another video may have become current.
+    std::function<void()> syncSign;
+  };
+
+  explicit Playback(Services services);
+
+  /// The player, made on first use and kept; the first use also fills the playlist.
+  VideoPlayer& player();
+
+  /// Loads the current video from its start and plays it.
+  void playCurrent();
+  /// Loads the current video; the player stays playing or paused.
+  void loadCurrent();
+  /// Shows the windows and plays the item that is loaded.
+  void resume();
+  /// Pauses and hides the windows.
+  void close();
+  /// Plays or pauses; a closed player stays paused.
+  void setPlaying(bool playing);
+  /// Plays the video that the play model lets follow.
+  void playerItemDidReachEnd();
+
+  /// Makes a search that is under way call `syncSign` at its end.
+  void syncWhenSearched() { syncWhenSearched_ = Sync::yes; }
+  /// To be called after a rebuild of the playlist that may have cancelled a search, which is started again; a search
+  /// that found nothing is repeated.
+  void searchAgain(bool wasSearching);
+  /// Has the player repeat the video if it is followed by itself. To be called when the playlist or its model changed.
+  void updateRepeating();
+
+ private:
+  /// Whether `syncSign` is called when a search has ended.
+  enum class Sync { no, ifFound, yes };
+
+  void search();
+  void searchLater();
+  void searchDone(const std::optional<std::filesystem::path>& file);
+  void load(const std::filesystem::path& file);
+  void itemStatusChanged(PlayerItemStatus status);
+  void setVideoState(const char* state);
+
+  Services services_;
+  std::unique_ptr<VideoPlayer> player_;
+  std::optional<bool> repeats_;
+
+  /// The player's item: its file and sign, and whether its first frame has been decoded.
+  std::filesystem::path itemFile_;
+  std::string itemSign_;
+  bool itemIsReady_ = false;
+  /// The videos that have failed since one was last played to its end.
+  std::set<std::string> failedSigns_;
+
+  Sync syncWhenSearched_ = Sync::no;
+  /// Whether the player plays when the search has ended.
+  bool playsWhenSearched_ = false;
+  bool lastSearchFailed_ = false;
+  std::optional<Disposable> nextSearch_;
+
+  std::optional<Disposable> statusObservation_;
+  std::optional<Disposable> itemEndObservation_;
+};
+
+}  // namespace quilex
