@@ -29,6 +29,7 @@ class WallpaperWindow {
   /// Puts the view into the window. A press of a pointer button inside it reaches the view; `click` is told of each
   /// completed click of the primary button.
   virtual void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) = 0;
+  /// For window systems with numbered levels; where windows are made for the desktop's background, it does nothing.
   virtual void setLevel(WindowLevel level) = 0;
   /// Shows the window behind, respectively in front of, all other windows of its level. A window that has no frame to
   /// show yet appears with its first one.
