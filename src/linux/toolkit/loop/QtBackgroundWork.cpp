@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds kLastWait{200};
 
 }  // namespace
 
-/// Counts the threads that are under way.
+/// Counts the threads that are running.
 struct QtBackgroundWork::Threads {
   std::mutex mutex;
   std::condition_variable ended;
@@ -40,6 +40,7 @@ QtBackgroundWork::~QtBackgroundWork() {
 }
 
 Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
+  mainThread_.check();
   const auto promise = std::make_shared<QPromise<void>>();
   // Deleted later, because the token may be released inside `done`.
   const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>,
