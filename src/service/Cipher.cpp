@@ -61,8 +61,7 @@ bool isUtf8(std::string_view text) {
       return true;
     }
     unsigned long codePoint = 0;
-    const int size =
-        UTF8_getc(bytesOf(text), static_cast<int>(std::min(text.size(), kLongestCharacter)), &codePoint);
+    const int size = UTF8_getc(bytesOf(text), static_cast<int>(std::min(text.size(), kLongestCharacter)), &codePoint);
     if (size <= 0) {
       return false;
     }

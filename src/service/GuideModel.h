@@ -22,7 +22,8 @@ using GuideDictionary = std::unordered_map<std::shared_ptr<Image>, URL>;
 struct GuideModel {
   /// Each dictionary's limit; pairs after the first ones are left out. A presentation has a handful.
   static constexpr std::size_t kMaximumPairs = 64;
-  /// The limit of one image's base64 text, in bytes: 24 MiB as a file, more than a photograph of the largest size below.
+  /// The limit of one image's base64 text, in bytes: 24 MiB as a file, more than a photograph of the largest size
+  /// below.
   static constexpr std::size_t kMaximumImageText = std::size_t{32} << 20U;
   /// The limit for all images of a guide together: seven screens of 3840x2160, or 256 MB of memory.
   static constexpr std::size_t kMaximumPixels = 64'000'000;

@@ -67,7 +67,8 @@ std::optional<std::string> decoded(std::string bytes, const QByteArray& charset)
   return decoder.hasError() ? std::nullopt : std::optional(text.toStdString());
 }
 
-/// True if a complete answer came, whatever its status. Qt reports some statuses as errors of the content or the server.
+/// True if a complete answer came, whatever its status. Qt reports some statuses as errors of the content or the
+/// server.
 bool isAnswered(const QNetworkReply& reply) {
   const auto error = reply.error();
   return error == QNetworkReply::NoError ||

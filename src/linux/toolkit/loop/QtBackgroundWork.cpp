@@ -10,12 +10,6 @@
 
 namespace quilex {
 
-namespace {
-
-constexpr std::chrono::milliseconds kLastWait{200};
-
-}  // namespace
-
 /// Counts the threads that are running.
 struct QtBackgroundWork::Threads {
   std::mutex mutex;
@@ -33,10 +27,11 @@ struct QtBackgroundWork::Threads {
   }
 };
 
-QtBackgroundWork::QtBackgroundWork() : threads_(std::make_shared<Threads>()) {}
+QtBackgroundWork::QtBackgroundWork(std::chrono::milliseconds lastWait)
+    : threads_(std::make_shared<Threads>()), lastWait_(lastWait) {}
 
 QtBackgroundWork::~QtBackgroundWork() {
-  threads_->await(kLastWait);
+  threads_->await(lastWait_);
 }
 
 Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
