@@ -46,18 +46,21 @@ std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(Des
     return desktop.makeCpuRenderer();
   }
   if (forced == "gpu") {
-    std::string refusal;
-    if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any, refusal)) {
-      return renderer;
+    auto renderer = desktop.makeGpuRenderer(Rasteriser::any);
+    if (renderer) {
+      return *std::move(renderer);
     }
-    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal};
+    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " +
+                                renderer.error().message};
   }
   if (!forced.empty()) {
     return Composition::Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + std::string(forced) + "\""};
   }
-  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly, reason)) {
-    return renderer;
+  auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly);
+  if (renderer) {
+    return *std::move(renderer);
   }
+  reason = renderer.error().message;
   return desktop.makeCpuRenderer();
 }
 
@@ -114,7 +117,7 @@ Composition::Composition(Start start)
       desktop_(std::move(start.desktop)),
       renderer_(*start.renderer),
       output_(std::move(start.renderer)),
-      windows_(desktop_->makeWindowServer(output_, renderer_, *runLoop_)) {
+      windows_(desktop_->makeWindowServer(output_, *runLoop_)) {
   current = this;
   installTranslations(QLocale::system().uiLanguages(), bundle_.path() / "translations");
   reportStart(start);
