@@ -33,13 +33,17 @@ constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
-// `reason` is set to why it is that renderer, where there was a choice.
+// `reason` is set to why it is that renderer, if there was a choice.
 Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& reason) {
   const char* variable = std::getenv("QUILEX_RENDERER");
   const std::string forced = variable != nullptr ? variable : "";
   if (forced.empty()) {
-    auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly, reason);
-    return renderer ? std::move(renderer) : desktop.makeCpuRenderer();
+    auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly);
+    if (renderer) {
+      return renderer;
+    }
+    reason = renderer.error().message;
+    return desktop.makeCpuRenderer();
   }
   reason = "QUILEX_RENDERER";
   if (forced == "cpu") {
@@ -48,11 +52,9 @@ Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& 
   if (forced != "gpu") {
     return failed("QUILEX_RENDERER must be gpu or cpu, not \"" + forced + "\"");
   }
-  std::string refusal;
-  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any, refusal)) {
-    return renderer;
-  }
-  return failed("QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal);
+  return desktop.makeGpuRenderer(Rasteriser::any).map_error([](const Failure& failure) {
+    return Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + failure.message};
+  });
 }
 
 std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
@@ -128,7 +130,7 @@ Composition::Composition(Foundation&& foundation)
       desktop_(std::move(foundation.desktop)),
       renderer_(*foundation.renderer),
       output_(std::move(foundation.renderer)),
-      windowServer_(desktop_->makeWindowServer(output_, renderer_, *runLoop_)),
+      windowServer_(desktop_->makeWindowServer(output_, *runLoop_)),
       library(appInfo.urls().applicationSupport(), bundle_.resource("Quilex", "db"), console_),
       videoPlayerManager({preferences, *standardDefaults_, library, fileFinder_, *windowServer_, notifications_,
                           *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },

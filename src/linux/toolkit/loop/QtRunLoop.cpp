@@ -27,10 +27,12 @@ Disposable start(std::chrono::milliseconds interval, bool once, std::function<vo
 }  // namespace
 
 Disposable QtRunLoop::after(std::chrono::milliseconds delay, std::function<void()> action) {
+  mainThread_.check();
   return start(delay, true, std::move(action));
 }
 
 Disposable QtRunLoop::every(std::chrono::milliseconds interval, std::function<void()> action) {
+  mainThread_.check();
   return start(interval, false, std::move(action));
 }
 
