@@ -8,6 +8,8 @@
 #include <thread>
 #include <utility>
 
+#include "linux/toolkit/loop/DeleteLater.h"
+
 namespace quilex {
 
 /// Counts the threads that are running.
@@ -38,8 +40,7 @@ Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
   mainThread_.check();
   const auto promise = std::make_shared<QPromise<void>>();
   // Deleted later, because the token may be released inside `done`.
-  const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>,
-                                                      [](QFutureWatcher<void>* each) { each->deleteLater(); });
+  const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>, DeleteLater());
   QObject::connect(watcher.get(), &QFutureWatcherBase::finished, watcher.get(), [finish = std::move(done)] {
     const auto finishing = finish;
     finishing();

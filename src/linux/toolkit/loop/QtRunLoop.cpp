@@ -4,13 +4,15 @@
 #include <memory>
 #include <utility>
 
+#include "linux/toolkit/loop/DeleteLater.h"
+
 namespace quilex {
 
 namespace {
 
 Disposable start(std::chrono::milliseconds interval, bool once, std::function<void()> action) {
   // Deleted later, because the token may be released inside the timer's own action.
-  const std::shared_ptr<QTimer> timer(new QTimer, [](QTimer* each) { each->deleteLater(); });
+  const std::shared_ptr<QTimer> timer(new QTimer, DeleteLater());
   timer->setSingleShot(once);
   timer->setTimerType(Qt::CoarseTimer);
   QObject::connect(timer.get(), &QTimer::timeout, timer.get(), [run = std::move(action)] {
