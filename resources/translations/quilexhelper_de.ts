@@ -52,11 +52,6 @@
         <translation>Hauptfenster</translation>
     </message>
     <message>
-        <source>Open local file</source>
-        <comment>open local file</comment>
-        <translation>Lokale Datei öffnen</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <comment>quit application</comment>
         <translation>Beenden</translation>

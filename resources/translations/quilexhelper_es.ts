@@ -52,11 +52,6 @@
         <translation>Ventana principal</translation>
     </message>
     <message>
-        <source>Open local file</source>
-        <comment>open local file</comment>
-        <translation>Abrir un archivo local</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <comment>quit application</comment>
         <translation>Salir</translation>

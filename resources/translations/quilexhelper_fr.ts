@@ -52,11 +52,6 @@
         <translation>Fenêtre principale</translation>
     </message>
     <message>
-        <source>Open local file</source>
-        <comment>open local file</comment>
-        <translation>Ouvrir un fichier local</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <comment>quit application</comment>
         <translation>Quitter</translation>

@@ -52,11 +52,6 @@
         <translation>メインウインドウ</translation>
     </message>
     <message>
-        <source>Open local file</source>
-        <comment>open local file</comment>
-        <translation>ローカルファイルを開く</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <comment>quit application</comment>
         <translation>終了</translation>

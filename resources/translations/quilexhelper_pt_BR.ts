@@ -52,11 +52,6 @@
         <translation>Janela principal</translation>
     </message>
     <message>
-        <source>Open local file</source>
-        <comment>open local file</comment>
-        <translation>Abrir arquivo local</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <comment>quit application</comment>
         <translation>Sair</translation>

@@ -8,7 +8,7 @@
 
 namespace quilex {
 
-/// Keeps the status report in step with the settings, until the tokens are released. Both must outlive those.
+/// Keeps the status report in step with the settings until the tokens are released. Both must outlive the tokens.
 [[nodiscard]] std::vector<Disposable> reportSettings(Preferences& preferences, StatusReport& report);
 
 }  // namespace quilex

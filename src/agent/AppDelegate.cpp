@@ -5,23 +5,25 @@
 
 namespace quilex {
 
-AppDelegate::AppDelegate(Services theServices) : services_(std::move(theServices)) {}
+AppDelegate::AppDelegate(Services services) : services_(std::move(services)) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-  services_.videoPlayerManager().buildWindows();
-  plays_ = true;
-  services_.statusBarManager().buildStatusMenu();
+  mainThread_.check();
+  services_.videoPlayerManager.buildWindows();
+  launched_ = true;
+  services_.statusBarManager.buildStatusMenu();
   wake_.emplace(services_.workspace.observeWake([this] { didWakeNotification(); }));
-  auto& autolaunch = services_.preferences().autolaunch;
+  auto& autolaunch = services_.preferences.autolaunch;
   login_.emplace(autolaunch.observe([this](bool starts) { services_.workspace.setStartsAtLogin(starts); }));
   services_.workspace.setStartsAtLogin(autolaunch.get());
   checkUpdates(Check::automatic);
 }
 
 void AppDelegate::applicationWillTerminate() {
+  mainThread_.check();
   if (!std::exchange(terminated_, true)) {
-    if (plays_) {
-      services_.videoPlayerManager().willTerminate();
+    if (launched_) {
+      services_.videoPlayerManager.willTerminate();
     }
     services_.notificationCenter.post(kTermination);
   }
@@ -29,14 +31,14 @@ void AppDelegate::applicationWillTerminate() {
 
 void AppDelegate::applicationDidChangeOcclusionState() {
   if (isPlayingInTheOpen()) {
-    services_.videoPlayerManager().playCurrent();
+    services_.videoPlayerManager.playCurrent();
   }
 }
 
 void AppDelegate::applicationDidChangeScreenParameters() {
-  services_.videoPlayerManager().screensChanged();
-  services_.statusBarManager().removeStatusMenu();
-  services_.statusBarManager().buildStatusMenu();
+  services_.videoPlayerManager.screensChanged();
+  services_.statusBarManager.removeStatusMenu();
+  services_.statusBarManager.buildStatusMenu();
 }
 
 void AppDelegate::applicationDidResignActive() {
@@ -45,7 +47,7 @@ void AppDelegate::applicationDidResignActive() {
 
 void AppDelegate::didWakeNotification() {
   if (isPlayingInTheOpen()) {
-    VideoPlayerManager& manager = services_.videoPlayerManager();
+    VideoPlayerManager& manager = services_.videoPlayerManager;
     manager.applyLevelAndOrder();
     manager.player().play();
     manager.syncSign();
@@ -55,23 +57,24 @@ void AppDelegate::didWakeNotification() {
 // The update check
 
 void AppDelegate::checkUpdates(Check check) {
-  services_.requestUpgradeInfo(
+  services_.upgradeInfoSource.requestUpgradeInfo(
       [this, check](const std::optional<UpgradeInfo>& info) { updateCheckCompletion(info, check); });
 }
 
 void AppDelegate::updateCheckCompletion(const std::optional<UpgradeInfo>& info, Check check) {
-  outcomes_.push_back({info, check});
+  mainThread_.check();
+  answers_.push_back({info, check});
   mainQueue_.emplace(services_.runLoop.after(std::chrono::milliseconds(0), [this] {
-    for (; !outcomes_.empty(); outcomes_.pop_front()) {
-      show(outcomes_.front());
+    for (; !answers_.empty(); answers_.pop_front()) {
+      show(answers_.front());
     }
   }));
 }
 
-void AppDelegate::show(const Outcome& outcome) {
-  if (outcome.info && services_.appInfo().version() < outcome.info->ver) {
-    offer(*outcome.info);
-  } else if (outcome.check == Check::manual) {
+void AppDelegate::show(const Answer& answer) {
+  if (answer.info && services_.appInfo.version() < answer.info->ver) {
+    offer(*answer.info);
+  } else if (answer.check == Check::manual) {
     showUpToDate();
   }
 }
@@ -99,13 +102,13 @@ void AppDelegate::showUpToDate() {
   }
   if (alert.infoLabel != nullptr) {
     alert.infoLabel->setStringValue(
-        filled(localized("%@ is currently the newest version", "fmt"), services_.appInfo().displayVersion()));
+        filled(localized("%@ is currently the newest version", "fmt"), services_.appInfo.displayVersion()));
   }
   alert.showWindow();
 }
 
 bool AppDelegate::isPlayingInTheOpen() const {
-  const Preferences& preferences = services_.preferences();
+  const Preferences& preferences = services_.preferences;
   return preferences.isOpenPlayer.get() && preferences.isPlaying.get();
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "base/Disposable.h"
+#include "base/MainThread.h"
 #include "platform/AppInfo.h"
 #include "platform/DistributedNotificationCenter.h"
 #include "platform/InterfaceWindow.h"
@@ -14,7 +14,7 @@
 #include "platform/RunLoop.h"
 #include "platform/Workspace.h"
 #include "playback/VideoPlayerManager.h"
-#include "service/UpgradeInfo.h"
+#include "service/UpgradeInfoSource.h"
 #include "settings/Preferences.h"
 #include "ui/CustomAlertWindowController.h"
 #include "ui/StatusBarManager.h"
@@ -22,8 +22,7 @@
 
 namespace quilex {
 
-/// Starts the agent's services at launch, answers the system's events, and tells the user of newer versions. Main
-/// thread.
+/// Launches the agent, reacts to the system's events, and checks for newer versions. Main thread.
 class AppDelegate {
  public:
   QUILEX_TEXTS_FILED_UNDER(QuilexHelper);
@@ -31,24 +30,19 @@ class AppDelegate {
   /// The notification that the agent is gone.
   static constexpr const char* kTermination = "com.dravo.quilex.mac.ter";
 
-  /// Told once whether there is a version on offer, and which; nothing also stands for a failure.
-  using UpgradeCompletion = std::function<void(const std::optional<UpgradeInfo>&)>;
-  /// Asks the web service for the version on offer.
-  using RequestUpgradeInfo = std::function<void(const UpgradeCompletion&)>;
-  /// Who asked for an update check.
+  /// Who asked for an update check: the launch, or the user.
   enum class Check { automatic, manual };
 
-  /// How the delegate reaches what it starts; the services are made when they are first asked for, so that they come
-  /// up in the order of the launch. All must outlive the delegate.
+  /// What the delegate works with; all of it must outlive the delegate.
   struct Services {
-    std::function<Preferences&()> preferences;
-    std::function<VideoPlayerManager&()> videoPlayerManager;
-    std::function<StatusBarManager&()> statusBarManager;
+    Preferences& preferences;
+    VideoPlayerManager& videoPlayerManager;
+    StatusBarManager& statusBarManager;
+    UpgradeInfoSource& upgradeInfoSource;
     Workspace& workspace;
     DistributedNotificationCenter& notificationCenter;
     RunLoop& runLoop;
-    std::function<const AppInfo&()> appInfo;
-    RequestUpgradeInfo requestUpgradeInfo;
+    const AppInfo& appInfo;
     LoadInterfaceFile loadInterfaceFile;
     Localize localize;
   };
@@ -57,47 +51,49 @@ class AppDelegate {
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
 
-  /// Builds the wallpaper windows and starts playback, then builds the status menu, then listens for the machine's
-  /// wake, has the start at login follow its setting, and at last checks for updates.
+  /// In this order: builds the wallpaper windows and starts playback, builds the status menu, observes the machine's
+  /// wake, makes the start at login follow its setting, and checks for updates.
   void applicationDidFinishLaunching();
-  /// Tells the main application that the agent is gone; once, however often it is called.
+  /// Notifies the main application that the agent is gone; once, however often it is called.
   void applicationWillTerminate();
-  /// The agent as a whole became fully covered, or visible again.
+  /// The agent's windows as a whole were fully covered, or became visible again.
   void applicationDidChangeOcclusionState();
   /// Monitors came, went or changed.
   void applicationDidChangeScreenParameters();
   /// The agent lost the keyboard to another program.
   void applicationDidResignActive();
+  /// The machine woke from sleep.
   void didWakeNotification();
 
-  /// Asks for the version on offer, and shows what comes of it.
+  /// Requests the version on offer, and calls `updateCheckCompletion` with the answer.
   void checkUpdates(Check check);
-  /// Offers that version, in the next turn of the run loop, if the application's own orders before it as plain text;
-  /// else tells the user who asked that the application is up to date.
+  /// In the next turn of the run loop, offers that version if the application's own is less, compared as plain text.
+  /// Otherwise tells a user who asked that the application is up to date.
   void updateCheckCompletion(const std::optional<UpgradeInfo>& info, Check check);
 
  private:
-  struct Outcome {
+  struct Answer {
     std::optional<UpgradeInfo> info;
     Check check;
   };
 
   bool isPlayingInTheOpen() const;
-  void show(const Outcome& outcome);
+  void show(const Answer& answer);
   void offer(const UpgradeInfo& info);
   void showUpToDate();
   std::string localized(const char* english, const char* comment) const { return services_.localize(english, comment); }
 
+  [[no_unique_address]] MainThread mainThread_;
   Services services_;
-  /// Made on first use, and kept.
+  /// Made on first use and kept.
   std::optional<CustomAlertWindowController> upToDateWindowController_;
-  /// The last offer, whether or not it is still shown.
+  /// The last offer, shown or closed.
   std::unique_ptr<UpgradeWindowController> upgradeWC_;
   std::optional<Disposable> wake_;
   std::optional<Disposable> login_;
-  std::deque<Outcome> outcomes_;
+  std::deque<Answer> answers_;
   std::optional<Disposable> mainQueue_;
-  bool plays_ = false;
+  bool launched_ = false;
   bool terminated_ = false;
 };
 

@@ -1,13 +1,11 @@
 #include "companion/Commands.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 #include "companion/Import.h"
 #include "companion/Interruption.h"
 #include "companion/Settings.h"
-#include "companion/SettingsTable.h"
 #include "companion/Text.h"
 #include "companion/VideoLibrary.h"
 #include "library/FileURL.h"
@@ -22,11 +20,6 @@ namespace quilex {
 namespace {
 
 using Videos = std::vector<VideoDetail>;
-
-Result<std::unique_ptr<VideoLibrary>> openLibrary() {
-  const LinuxBundle bundle = LinuxBundle::main();
-  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
-}
 
 void postLibraryChange() {
   DBusNotificationCenter().post("UpdateVideoList");
@@ -71,8 +64,7 @@ bool hasVideo(const Videos& videos, const std::string& sign) {
   return std::ranges::find(videos, sign, &VideoDetail::sign) != videos.end();
 }
 
-// The video to go on with after the one at `place`: the next that remains and has its file, from the end back to the
-// beginning.
+// The next video after `place` that remains and whose file exists; the last one is followed by the first.
 const VideoDetail* nextPlayable(const Videos& videos, std::size_t place, const Videos& removed) {
   for (std::size_t step = 1; step < videos.size(); ++step) {
     const VideoDetail& video = videos[(place + step) % videos.size()];
@@ -89,17 +81,17 @@ void show(SettingsSuite& suite, const std::string& sign) {
   suite.setBoolean(settings::kIsPlaying, true);
 }
 
-// Has the wallpaper leave the videos that are being removed: for the next one, or, when none is left, by closing. A
-// wallpaper that is closed stays so; naming another video would open it.
+// Moves the wallpaper off the videos that are being removed: to the next one, or, if none is left, by closing it. A
+// wallpaper that is closed keeps its video, because naming another one would open it.
 Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& removed) {
   SettingsSuite& suite = settings.suite();
-  const std::string current = valueInForce(suite, settings::kCurrentVideoSign);
+  const auto current = valueInForce<std::string>(suite, settings::kCurrentVideoSign);
   const bool losesAll =
       std::ranges::all_of(before, [&](const VideoDetail& video) { return hasVideo(removed, video.sign); });
   if (losesAll) {
     suite.setBoolean(settings::kLibraryWasEmptied, true);
   }
-  if ((losesAll || hasVideo(removed, current)) && valueInForce(suite, settings::kIsOpenPlayer) == "true") {
+  if ((losesAll || hasVideo(removed, current)) && valueInForce<bool>(suite, settings::kIsOpenPlayer)) {
     const auto place = std::ranges::find(before, current, &VideoDetail::sign) - before.begin();
     if (const auto* next = nextPlayable(before, static_cast<std::size_t>(place), removed)) {
       suite.setString(settings::kCurrentVideoSign, next->sign);
@@ -110,208 +102,187 @@ Outcome leaveRemoved(Settings& settings, const Videos& before, const Videos& rem
   return settings.write();
 }
 
-// As the agent does it too, when it runs.
+// Notifies the agent of new videos and records them in the settings. If the current video, `current`, was not in the
+// library before, there was nothing to show, and the first new one is shown.
+Outcome announceImport(Settings& settings, const std::string& firstSign, const Videos& before,
+                       const std::string& current) {
+  SettingsSuite& suite = settings.suite();
+  postLibraryChange();
+  if (!suite.boolean(settings::kAlreadyImportVideo)) {
+    suite.setBoolean(settings::kAlreadyImportVideo, true);
+  }
+  if (suite.contains(settings::kLibraryWasEmptied)) {
+    suite.remove(settings::kLibraryWasEmptied);
+  }
+  if (!hasVideo(before, current) && valueInForce<std::string>(suite, settings::kCurrentVideoSign) == current) {
+    show(suite, firstSign);
+  }
+  return settings.write();
+}
+
+// A running agent does the same when the setting changes.
 Outcome setStartsAtLogin(bool starts) {
-  using State = AutostartEntry::Outcome::State;
-  const auto outcome = AutostartEntry::main().set(starts);
-  if (outcome.state == State::failed) {
-    return Failure{outcome.message};
+  const auto change = AutostartEntry::main().set(starts);
+  if (!change) {
+    return failed(change.error());
   }
-  if (outcome.state != State::done) {
-    printError(outcome.message);
+  if (change->state != AutostartEntry::Change::State::done) {
+    printError(change->message);
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace
-
-Result<Videos> readLibrary() {
-  auto opened = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
-  }
-  return std::get<0>(opened)->videos();
-}
 
 std::string versionLine() {
   return "quilex " + AppInfo(LinuxBundle::main().environment()).displayVersion();
 }
 
 Outcome importCommand(const std::vector<std::string>& files) {
-  auto openedSettings = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&openedSettings)) {
-    return std::move(*failure);
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
-  auto openedLibrary = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&openedLibrary)) {
-    return std::move(*failure);
+  const auto library = openLibrary();
+  if (!library) {
+    return failed(library.error());
   }
-  auto& settings = *std::get<0>(openedSettings);
-  auto& library = *std::get<0>(openedLibrary);
-  const auto before = library.videos();
-  if (const auto* failure = std::get_if<Failure>(&before)) {
-    return *failure;
+  const auto before = (*library)->videos();
+  if (!before) {
+    return failed(before.error());
   }
-  SettingsSuite& suite = settings.suite();
-  const std::string current = valueInForce(suite, settings::kCurrentVideoSign);
+  const auto current = valueInForce<std::string>((*settings)->suite(), settings::kCurrentVideoSign);
   catchInterruptions();
-  const ImportCount count = importVideos(files, library);
-  Outcome failure = library.sweepCovers();
+  const ImportCount count = importVideos(files, **library);
+  const Outcome swept = (*library)->sweepCovers();
   if (!count.firstSign.empty()) {
-    postLibraryChange();
-    if (!suite.boolean(settings::kAlreadyImportVideo)) {
-      suite.setBoolean(settings::kAlreadyImportVideo, true);
-    }
-    if (suite.contains(settings::kLibraryWasEmptied)) {
-      suite.remove(settings::kLibraryWasEmptied);
-    }
-    // Where there was nothing to show, the first video is what a person wants to see.
-    if (!hasVideo(std::get<Videos>(before), current) && valueInForce(suite, settings::kCurrentVideoSign) == current) {
-      show(suite, count.firstSign);
-    }
-    if (auto unwritten = settings.write()) {
-      failure = std::move(unwritten);
+    if (auto announced = announceImport(**settings, count.firstSign, *before, current); !announced) {
+      return announced;
     }
   }
-  if (failure) {
-    return failure;
+  if (!swept) {
+    return swept;
   }
   if (count.wasInterrupted) {
-    return Failure{"interrupted; " + std::to_string(count.inLibrary) + " of " + std::to_string(files.size()) +
-                   " files are in the library"};
+    return failed("interrupted; " + std::to_string(count.inLibrary) + " of " + std::to_string(files.size()) +
+                  " files are in the library");
   }
   if (count.refused > 0) {
-    return Failure{std::to_string(count.refused) + " of " + std::to_string(files.size()) + " files not imported"};
+    return failed(std::to_string(count.refused) + " of " + std::to_string(files.size()) + " files not imported");
   }
-  return std::nullopt;
+  return {};
 }
 
 Outcome listCommand(ListForm form) {
-  auto read = readLibrary();
-  if (auto* failure = std::get_if<Failure>(&read)) {
-    return std::move(*failure);
+  const auto videos = readLibrary();
+  if (!videos) {
+    return failed(videos.error());
   }
-  const auto& videos = std::get<Videos>(read);
   if (form == ListForm::json) {
     auto array = nlohmann::ordered_json::array();
-    for (const VideoDetail& video : videos) {
+    for (const VideoDetail& video : *videos) {
       array.push_back(video.toJSON());
     }
-    // Control characters beyond ASCII are escaped only with everything else beyond it.
+    // The library escapes control characters beyond ASCII only if it escapes all characters beyond it.
     printLine(array.dump(2, ' ', true, nlohmann::ordered_json::error_handler_t::replace));
-    return std::nullopt;
+    return {};
   }
-  // A list is of use without the settings, which only mark one of its lines.
-  const auto opened = Settings::open();
-  const auto* settings = std::get_if<std::unique_ptr<Settings>>(&opened);
-  printTable(videos, settings != nullptr ? valueInForce((*settings)->suite(), settings::kCurrentVideoSign) : "");
-  return std::nullopt;
+  // The settings only mark the current video, so the list is of use without them.
+  const auto settings = Settings::open();
+  printTable(*videos,
+             settings ? valueInForce<std::string>((*settings)->suite(), settings::kCurrentVideoSign) : std::string());
+  return {};
 }
 
 Outcome playCommand(const std::string& name) {
-  auto read = readLibrary();
-  if (auto* failure = std::get_if<Failure>(&read)) {
-    return std::move(*failure);
+  const auto video = readLibrary().and_then([&](const Videos& videos) { return findVideo(videos, name); });
+  if (!video) {
+    return failed(video.error());
   }
-  auto found = findVideo(std::get<Videos>(read), name);
-  if (auto* failure = std::get_if<Failure>(&found)) {
-    return std::move(*failure);
+  if (!namesExistingFile(video->url)) {
+    return failed("the file of " + titleLine(*video) + " is gone: " + video->url);
   }
-  const auto& video = std::get<VideoDetail>(found);
-  if (!namesExistingFile(video.url)) {
-    return Failure{"the file of " + titleLine(video) + " is gone: " + video.url};
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
-  auto opened = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
+  show((*settings)->suite(), video->sign);
+  const auto wasRefused = (*settings)->allowVideo(video->sign);
+  if (!wasRefused) {
+    return failed(wasRefused.error());
   }
-  auto& settings = *std::get<0>(opened);
-  show(settings.suite(), video.sign);
-  auto wasRefused = settings.allowVideo(video.sign);
-  if (auto* failure = std::get_if<Failure>(&wasRefused)) {
-    return std::move(*failure);
+  if (auto written = (*settings)->write(); !written) {
+    return written;
   }
-  if (auto failure = settings.write()) {
-    return failure;
-  }
-  if (std::get<bool>(wasRefused)) {
-    // The agent may wait for it, with the settings as they are.
+  if (*wasRefused) {
+    // The agent may be waiting for this video, and the settings may be the same as before.
     postLibraryChange();
   }
-  printLine(titleLine(video));
-  return std::nullopt;
+  printLine(titleLine(*video));
+  return {};
 }
 
 Outcome removeCommand(const std::vector<std::string>& names) {
-  auto openedSettings = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&openedSettings)) {
-    return std::move(*failure);
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
-  auto openedLibrary = openLibrary();
-  if (auto* failure = std::get_if<Failure>(&openedLibrary)) {
-    return std::move(*failure);
+  const auto library = openLibrary();
+  if (!library) {
+    return failed(library.error());
   }
-  auto& settings = *std::get<0>(openedSettings);
-  auto& library = *std::get<0>(openedLibrary);
-  auto result = library.remove(
-      names, [&](const Videos& before, const Videos& removed) { return leaveRemoved(settings, before, removed); });
-  if (auto* failure = std::get_if<Failure>(&result)) {
-    return std::move(*failure);
+  const auto removed = (*library)->remove(
+      names, [&](const Videos& before, const Videos& leaving) { return leaveRemoved(**settings, before, leaving); });
+  if (!removed) {
+    return failed(removed.error());
   }
   postLibraryChange();
-  for (const VideoDetail& video : std::get<Videos>(result)) {
+  for (const VideoDetail& video : *removed) {
     printLine(titleLine(video));
   }
-  return library.sweepCovers();
+  return (*library)->sweepCovers();
 }
 
-Outcome getCommand(const std::string& key) {
-  auto found = findSetting(key);
-  auto* failure = std::get_if<Failure>(&found);
-  if (failure != nullptr && !key.empty()) {
-    return std::move(*failure);
+Outcome getCommand(const Setting& setting) {
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
-  auto opened = Settings::open();
-  if (auto* unopened = std::get_if<Failure>(&opened)) {
-    return std::move(*unopened);
-  }
-  const auto& suite = std::get<0>(opened)->suite();
-  if (failure == nullptr) {
-    printLine(cleanText(std::get<Setting>(found).value(suite)));
-    return std::nullopt;
+  printLine(cleanText(textOf(setting.value((*settings)->suite()))));
+  return {};
+}
+
+Outcome getAllCommand() {
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
   for (const Setting& setting : allSettings()) {
-    printLine(cleanText(setting.key + (" " + setting.value(suite))));
+    printLine(cleanText(setting.key + (" " + textOf(setting.value((*settings)->suite())))));
   }
-  return std::nullopt;
+  return {};
 }
 
-Outcome setCommand(const std::string& key, const std::string& value) {
-  auto found = findSetting(key);
-  if (auto* failure = std::get_if<Failure>(&found)) {
-    return std::move(*failure);
-  }
+Outcome setCommand(const Setting& setting, const Setting::Value& value) {
+  const std::string key = setting.key;
   if (key == settings::kCurrentVideoSign) {
-    auto read = readLibrary();
-    if (auto* failure = std::get_if<Failure>(&read)) {
-      return std::move(*failure);
+    const auto videos = readLibrary();
+    if (!videos) {
+      return failed(videos.error());
     }
-    if (!hasVideo(std::get<Videos>(read), value)) {
-      return Failure{key + " must be " + std::get<Setting>(found).expected + ", not \"" + value + "\""};
+    if (!hasVideo(*videos, std::get<std::string>(value))) {
+      return failed(setting.refusal(textOf(value)));
     }
   }
-  auto opened = Settings::open();
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
   }
-  auto& settings = *std::get<0>(opened);
-  if (auto refused = std::get<Setting>(found).set(settings.suite(), value)) {
-    return refused;
+  setting.set((*settings)->suite(), value);
+  if (auto written = (*settings)->write(); !written) {
+    return written;
   }
-  if (auto failure = settings.write()) {
-    return failure;
-  }
-  return key == settings::kAutolaunch ? setStartsAtLogin(value == "true") : std::nullopt;
+  return key == settings::kAutolaunch ? setStartsAtLogin(std::get<bool>(value)) : Outcome();
 }
 
 }  // namespace quilex

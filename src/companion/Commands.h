@@ -3,31 +3,28 @@
 #include <string>
 #include <vector>
 
-#include "companion/Result.h"
-#include "library/VideoDetail.h"
+#include "base/Result.h"
+#include "companion/SettingsTable.h"
 
 namespace quilex {
 
-/// How much of a list is asked for.
+/// How much of a list is shown.
 enum class ListForm { table, json };
-
-/// The videos of the user's library, which is put there first if it is missing.
-Result<std::vector<VideoDetail>> readLibrary();
 
 /// The program's name and version.
 std::string versionLine();
 
-// The commands. Each writes what it has to tell to standard output; a failure is what is left to say at the end.
+// The commands. Each writes its result to standard output; its failure is left for the caller to print.
 
 Outcome importCommand(const std::vector<std::string>& files);
 Outcome listCommand(ListForm form);
 /// `name`, here and below, is a sign or the beginning of one.
 Outcome playCommand(const std::string& name);
 Outcome removeCommand(const std::vector<std::string>& names);
-/// With no key, all settings.
-Outcome getCommand(const std::string& key);
-Outcome setCommand(const std::string& key, const std::string& value);
-/// What the agent says of itself; without one, what the settings and the library have it do.
+Outcome getCommand(const Setting& setting);
+Outcome getAllCommand();
+Outcome setCommand(const Setting& setting, const Setting::Value& value);
+/// Shows the agent's own report; if no agent runs, what the settings and the library say.
 Outcome statusCommand();
 
 }  // namespace quilex

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
-#include "companion/Commands.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
+#include "companion/VideoLibrary.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {
@@ -13,6 +13,7 @@ namespace quilex {
 namespace {
 
 constexpr const char* kAnyFile = ":files";
+constexpr auto kAnyCommand = [](const CLI::App* /*command*/) { return true; };
 
 void offer(const std::string& beginning, const std::string& word, const std::string& meaning) {
   if (word.starts_with(beginning)) {
@@ -20,33 +21,37 @@ void offer(const std::string& beginning, const std::string& word, const std::str
   }
 }
 
-// A shell would take some characters for its own.
+// Other characters may mean something to a shell.
 bool isPlain(const std::string& sign) {
   constexpr std::string_view kPlain = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_.";
   return !sign.empty() && sign.find_first_not_of(kPlain) == std::string::npos;
 }
 
 void offerVideos(const std::string& beginning, const std::vector<std::string>& namedAlready) {
-  const auto read = readLibrary();
-  const auto* videos = std::get_if<std::vector<VideoDetail>>(&read);
-  for (const VideoDetail& video : videos != nullptr ? *videos : std::vector<VideoDetail>()) {
+  const auto videos = readLibrary();
+  for (const VideoDetail& video : videos ? *videos : std::vector<VideoDetail>()) {
     if (isPlain(video.sign) && std::ranges::find(namedAlready, video.sign) == namedAlready.end()) {
       offer(beginning, video.sign, video.title);
     }
   }
 }
 
+void offerSettings(const std::string& beginning) {
+  for (const Setting& setting : allSettings()) {
+    offer(beginning, setting.key, setting.meaning());
+  }
+}
+
 void offerValues(const std::string& beginning, const std::string& key) {
-  const auto found = findSetting(key);
-  const auto* setting = std::get_if<Setting>(&found);
+  const auto setting = findSetting(key);
   if (key == settings::kCurrentVideoSign) {
     offerVideos(beginning, {});
-  } else if (setting != nullptr && setting->type == Setting::Type::boolean) {
-    offer(beginning, "true", setting->meaning);
+  } else if (setting && std::holds_alternative<bool>(setting->absent)) {
+    offer(beginning, "true", setting->meaning());
     offer(beginning, "false", "");
-  } else if (setting != nullptr && setting->type == Setting::Type::integer) {
-    for (std::int64_t number = 0; !setting->meaningOf(number).empty(); ++number) {
-      offer(beginning, std::to_string(number), setting->meaningOf(number));
+  } else if (setting && setting->isChoice()) {
+    for (std::size_t number = 0; number < setting->meanings.size(); ++number) {
+      offer(beginning, std::to_string(number), setting->meanings[number]);
     }
   }
 }
@@ -59,26 +64,52 @@ void offerOptions(const CLI::App& app, const std::string& beginning) {
   }
 }
 
+void offerCommands(const CLI::App& app, const std::string& beginning) {
+  for (const CLI::App* command : app.get_subcommands(kAnyCommand)) {
+    offer(beginning, command->get_name(), command->get_description());
+  }
+}
+
+// What may follow these arguments of a command.
+void offerArgument(const CLI::App& command, const std::vector<std::string>& arguments, const std::string& beginning) {
+  std::size_t place = arguments.size();
+  for (const CLI::Option* positional : command.get_options(&CLI::Option::get_positional)) {
+    const auto most = static_cast<std::size_t>(positional->get_items_expected_max());
+    if (place >= most) {
+      place -= most;
+      continue;
+    }
+    const std::string name = positional->get_name(true);
+    if (name == "FILE") {
+      printLine(kAnyFile);
+    } else if (name == "SIGN") {
+      offerVideos(beginning, arguments);
+    } else if (name == "KEY") {
+      offerSettings(beginning);
+    } else if (name == "VALUE") {
+      offerValues(beginning, arguments.front());
+    }
+    return;
+  }
+}
+
 }  // namespace
 
 void printCompletions(const CLI::App& app, const std::vector<std::string>& words) {
   const std::string word = words.empty() ? "" : words.back();
-  const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
   if (words.size() < 2) {
-    for (const CLI::App* command : commands) {
-      offer(word, command->get_name(), command->get_description());
-    }
+    offerCommands(app, word);
     if (word.starts_with("-")) {
       offerOptions(app, word);
     }
     return;
   }
-  const auto found =
-      std::ranges::find_if(commands, [&](const CLI::App* command) { return command->get_name() == words.front(); });
-  if (found == commands.end()) {
+  const auto commands = app.get_subcommands(kAnyCommand);
+  const auto command =
+      std::ranges::find(commands, words.front(), [](const CLI::App* each) { return each->get_name(); });
+  if (command == commands.end()) {
     return;
   }
-  const CLI::App* command = *found;
   std::vector<std::string> arguments;
   bool takesOptions = true;
   for (std::size_t place = 1; place + 1 < words.size(); ++place) {
@@ -89,29 +120,9 @@ void printCompletions(const CLI::App& app, const std::vector<std::string>& words
     }
   }
   if (takesOptions && word.starts_with("-")) {
-    offerOptions(*command, word);
-    return;
-  }
-  std::size_t room = arguments.size();
-  for (const CLI::Option* positional : command->get_options(&CLI::Option::get_positional)) {
-    const auto most = static_cast<std::size_t>(positional->get_items_expected_max());
-    if (room >= most) {
-      room -= most;
-    } else if (const std::string name = positional->get_name(true); name == "FILE") {
-      printLine(kAnyFile);
-      return;
-    } else if (name == "SIGN") {
-      offerVideos(word, arguments);
-      return;
-    } else if (name == "KEY") {
-      for (const Setting& setting : allSettings()) {
-        offer(word, setting.key, setting.meaning);
-      }
-      return;
-    } else if (name == "VALUE") {
-      offerValues(word, arguments.front());
-      return;
-    }
+    offerOptions(**command, word);
+  } else {
+    offerArgument(**command, arguments, word);
   }
 }
 

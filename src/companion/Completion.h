@@ -6,9 +6,9 @@
 
 namespace quilex {
 
-/// Writes what may stand in place of the last of the words that follow the program's name, for a shell that completes a
-/// command line: a word for each line and, after a tab, what it means. ":files" alone stands for names of files, which
-/// a shell knows best. `app` is the command line as it is understood.
+/// Completes a command line for a shell. `words` follow the program's name, and the last one, which may be empty, is to
+/// be completed. Writes one possible word a line and, after a tab, its meaning. The line ":files" stands for the names
+/// of files, which the shell finds itself. `app` describes the command line.
 void printCompletions(const CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace quilex

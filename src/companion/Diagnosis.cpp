@@ -34,7 +34,7 @@ std::string statusItemWord(const Facts& facts, const AgentStatus& agent) {
   return agent.statusItem == "embedded" ? "the panel's tray of the older kind" : "nobody";
 }
 
-// As ISO 8601 has it, in UTC.
+// ISO 8601, in UTC.
 std::string timeText(std::int64_t seconds) {
   const std::time_t time = seconds;
   std::tm parts{};

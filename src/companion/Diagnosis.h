@@ -13,14 +13,14 @@ namespace quilex {
 
 /// What is known of an installation and its agent.
 struct Facts {
-  /// Of this program.
+  /// This program's.
   std::string version;
   /// The distribution; the kernel with its architecture.
   std::string system;
   std::string kernel;
   /// Versions of the libraries that this program uses, by their names.
   std::map<std::string, std::string> libraries;
-  /// XDG_CURRENT_DESKTOP and XDG_SESSION_TYPE of this program.
+  /// XDG_CURRENT_DESKTOP and XDG_SESSION_TYPE in this program's environment.
   std::string desktop;
   std::string sessionType;
   AgentAnswer agent;
@@ -30,7 +30,7 @@ struct Facts {
   LibraryHealth library;
 };
 
-/// Whether there is an agent and it answers, in a few words.
+/// The state of the agent, in a few words.
 std::string agentWord(const AgentAnswer& answer);
 
 /// Something that is not as it should be, and what a person can do about it.
@@ -42,7 +42,8 @@ struct Oddity {
 /// The worst first.
 std::vector<Oddity> findOddities(const Facts& facts);
 
-/// The report as sections of named values; what only an agent knows is null without one. Paths in `home` begin with ~.
+/// The report as sections of named values. What only the agent knows is null if none answers. Paths in `home` begin
+/// with ~ instead.
 nlohmann::ordered_json makeReport(const Facts& facts, const std::string& home);
 /// The report as lines for a person.
 std::vector<std::string> reportLines(const nlohmann::ordered_json& report);

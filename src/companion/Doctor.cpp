@@ -65,12 +65,12 @@ Outcome doctorCommand(ReportForm form) {
   const auto report = makeReport(gatherFacts(), QDir::homePath().toStdString());
   if (form == ReportForm::json) {
     printLine(report.dump(2, ' ', true));
-    return std::nullopt;
+    return {};
   }
   for (const std::string& line : reportLines(report)) {
     printLine(line);
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quilex

@@ -42,16 +42,16 @@ Result<std::string> fileDigest(const std::filesystem::path& file, const std::fun
     digested = EVP_DigestUpdate(context.get(), block.data(), count) == 1;
     total += count;
     if (!advance(total)) {
-      return Failure{"interrupted"};
+      return failed("interrupted");
     }
   }
   if (!stream.eof()) {
-    return Failure{std::string("cannot be read: ") + std::strerror(errno)};
+    return failed(std::string("cannot be read: ") + std::strerror(errno));
   }
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
   unsigned int size = 0;
   if (!digested || EVP_DigestFinal_ex(context.get(), digest.data(), &size) != 1) {
-    return Failure{"no SHA-256 could be made: the cryptography library does not offer it"};
+    return failed("no SHA-256 could be made: the cryptography library does not offer it");
   }
   return hexadecimal(digest.data(), size);
 }

@@ -11,7 +11,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-#include <variant>
 
 #include "library/FileURL.h"
 #include "library/VideoRows.h"
@@ -26,7 +25,7 @@ namespace fs = std::filesystem;
 constexpr std::chrono::seconds kPatience{5};
 constexpr int kLibraryPatienceMilliseconds = 2000;
 
-// What `work` finds; or a file that does not answer. The thread that waits for it is left behind then.
+// Runs `work` in a thread of its own, which is left behind if the file system does not answer in time.
 template <typename Health>
 Health inTime(const fs::path& file, std::function<void(Health&)> work) {
   Health health;
@@ -45,7 +44,7 @@ Health inTime(const fs::path& file, std::function<void(Health&)> work) {
   return health;
 }
 
-// Whether there is a file to look into.
+// True if there is a regular file, whose contents can be checked.
 bool look(FileHealth& health) {
   std::error_code error;
   const fs::file_status status = fs::status(health.path, error);
@@ -89,9 +88,8 @@ void readLibrary(LibraryHealth& health) {
 FileHealth checkSettings(const fs::path& file) {
   return inTime<FileHealth>(file, [](FileHealth& health) {
     if (look(health)) {
-      const auto contents = SettingsFile(health.path).read();
-      const auto* const problem = std::get_if<SettingsFile::Problem>(&contents.object);
-      health.problem = problem != nullptr ? problem->message : "";
+      const auto object = SettingsFile(health.path).read().object;
+      health.problem = object ? "" : object.error().message;
     }
   });
 }

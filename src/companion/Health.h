@@ -7,13 +7,13 @@
 
 namespace quilex {
 
-/// How a file of the user's is. Looking at it makes and changes nothing.
+/// The state of one of the user's files. Finding it out changes nothing.
 struct FileHealth {
   std::string path;
   bool exists = false;
   /// In bytes.
   std::uintmax_t size = 0;
-  /// What is wrong with it, as the end of a sentence; empty when it is well or not there.
+  /// What is wrong with it, as the end of a sentence; empty if nothing is, or there is no file.
   std::string problem;
 };
 
@@ -23,7 +23,7 @@ struct LibraryHealth : FileHealth {
   std::vector<std::string> lostVideos;
 };
 
-/// Each takes a few seconds at most: a file on a disk that does not answer has that as its problem.
+/// Each takes a few seconds at most: if the disk does not answer, that is the file's problem.
 FileHealth checkSettings(const std::filesystem::path& file);
 LibraryHealth checkLibrary(const std::filesystem::path& file);
 

@@ -31,16 +31,16 @@ struct Imported {
   VideoDetail video;
 };
 
-// The file's absolute path, with the links to its folder resolved, so that it has one name whatever led to it.
+// The file's absolute path. Links to its folder are resolved, so that a file has the same path however it was given.
 Result<fs::path> locate(const std::string& given) {
   std::error_code error;
   const fs::file_status status = fs::status(given, error);
   if (!fs::exists(status)) {
-    return Failure{status.type() == fs::file_type::not_found ? "there is no such file"
-                                                             : "cannot be found: " + error.message()};
+    return failed(status.type() == fs::file_type::not_found ? "there is no such file"
+                                                            : "cannot be found: " + error.message());
   }
   if (!fs::is_regular_file(status)) {
-    return Failure{fs::is_directory(status) ? "is a folder, not a video file" : "is not a regular file"};
+    return failed(fs::is_directory(status) ? "is a folder, not a video file" : "is not a regular file");
   }
   const fs::path absolute = fs::absolute(given, error);
   fs::path folder = fs::canonical(absolute.parent_path(), error);
@@ -48,15 +48,15 @@ Result<fs::path> locate(const std::string& given) {
     error = std::error_code(errno, std::generic_category());
   }
   if (error) {
-    return Failure{"cannot be opened: " + error.message()};
+    return failed("cannot be opened: " + error.message());
   }
   if (fs::file_size(given, error) == 0) {
-    return Failure{"is empty"};
+    return failed("is empty");
   }
   return folder / absolute.filename();
 }
 
-/// What changes when a file is written.
+/// Changes when the file is written.
 struct FileState {
   std::uintmax_t size;
   fs::file_time_type written;
@@ -87,37 +87,31 @@ VideoDetail describe(const fs::path& path, std::uintmax_t size, const MediaFacts
 
 Result<Imported> importVideo(const std::string& given, VideoLibrary& library,
                              const std::function<void(std::uintmax_t)>& showPercent) {
-  auto located = locate(given);
-  if (auto* failure = std::get_if<Failure>(&located)) {
-    return std::move(*failure);
+  const auto path = locate(given);
+  if (!path) {
+    return failed(path.error());
   }
-  const auto& path = std::get<fs::path>(located);
-  const FileState before = stateOf(path);
-  auto opened = MediaFile::open(path);
-  if (auto* failure = std::get_if<Failure>(&opened)) {
-    return std::move(*failure);
+  const FileState before = stateOf(*path);
+  auto media = MediaFile::open(*path);
+  if (!media) {
+    return failed(media.error());
   }
-  auto& media = std::get<MediaFile>(opened);
-  auto digest = fileDigest(path, [&](std::uintmax_t bytes) {
+  const auto digest = fileDigest(*path, [&](std::uintmax_t bytes) {
     showPercent(bytes * 100 / before.size);
     return !interrupted();
   });
-  if (auto* failure = std::get_if<Failure>(&digest)) {
-    return std::move(*failure);
+  if (!digest) {
+    return failed(digest.error());
   }
-  const auto video = describe(path, before.size, media.facts(), std::get<std::string>(digest));
+  const auto video = describe(*path, before.size, media->facts(), *digest);
   const auto makeCover = [&]() -> Result<std::string> {
-    auto cover = media.cover();
-    if (!(stateOf(path) == before)) {
-      return Failure{"was changed while it was read; import it again when it is complete"};
+    auto cover = media->cover();
+    if (!(stateOf(*path) == before)) {
+      return failed("was changed while it was read; import it again when it is complete");
     }
     return cover;
   };
-  auto added = library.add(video, makeCover);
-  if (auto* failure = std::get_if<Failure>(&added)) {
-    return std::move(*failure);
-  }
-  return Imported{std::get<VideoLibrary::Addition>(added), video};
+  return library.add(video, makeCover).map([&](VideoLibrary::Addition how) { return Imported{how, video}; });
 }
 
 std::string shortName(const std::string& file) {
@@ -152,17 +146,15 @@ ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& li
     const auto imported = importVideo(
         file, library, [&](std::uintmax_t percent) { progress.show(place + std::to_string(percent) + " %"); });
     progress.erase();
-    if (interrupted() && std::holds_alternative<Failure>(imported)) {
-      break;
-    }
-    if (const auto* failure = std::get_if<Failure>(&imported)) {
-      printError(file + ": " + failure->message);
-      ++count.refused;
-    } else {
-      const auto& added = std::get<Imported>(imported);
-      printLine(describe(added));
-      count.firstSign = count.firstSign.empty() ? added.video.sign : count.firstSign;
+    if (imported) {
+      printLine(describe(*imported));
+      count.firstSign = count.firstSign.empty() ? imported->video.sign : count.firstSign;
       ++count.inLibrary;
+    } else if (interrupted()) {
+      break;
+    } else {
+      printError(file + ": " + imported.error().message);
+      ++count.refused;
     }
   }
   count.wasInterrupted = count.inLibrary + count.refused < files.size();

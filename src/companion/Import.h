@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "companion/Result.h"
 #include "companion/VideoLibrary.h"
 
 namespace quilex {
@@ -17,8 +16,8 @@ struct ImportCount {
   bool wasInterrupted = false;
 };
 
-/// Adds the videos to the library one after the other, with a line on standard output for each that is in the library
-/// then, and one on standard error for each that is refused.
+/// Adds the videos to the library one after the other. Writes a line to standard output for each that is in the library
+/// afterwards, and one to standard error for each that is refused.
 ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& library);
 
 }  // namespace quilex

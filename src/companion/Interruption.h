@@ -2,8 +2,8 @@
 
 namespace quilex {
 
-/// From now on the first SIGINT, SIGTERM or SIGHUP only makes `interrupted` true, so that the work under way can be
-/// ended in order; a second one ends the process as usual.
+/// From now on the first SIGINT, SIGTERM or SIGHUP only makes `interrupted` true, so that the work in progress can end
+/// cleanly; a second one ends the process as usual.
 void catchInterruptions();
 bool interrupted();
 

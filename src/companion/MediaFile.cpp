@@ -21,15 +21,15 @@ namespace quilex {
 
 namespace {
 
-// AV_TIME_BASE_Q, which is no C++.
+// AV_TIME_BASE_Q is a C compound literal.
 constexpr AVRational kTimeBase{1, AV_TIME_BASE};
 constexpr int kCoverWidth = 640;
 constexpr int kCoverQuality = 85;
 constexpr int kSmallestHighDefinition = 720;
-// Where the cover is taken: past a fade-in, but not where it takes long to get to.
+// The cover is taken after a fade-in, but not so far into the video that reaching it takes long.
 constexpr double kCoverShare = 0.1;
 constexpr double kCoverLatestSecond = 10;
-constexpr int kCoverMostPictures = 300;
+constexpr int kCoverMostFrames = 300;
 constexpr const char* kUndecodable = "is damaged: its pictures cannot be decoded";
 
 struct Free {
@@ -40,8 +40,8 @@ struct Free {
 template <typename Handle>
 using Owned = std::unique_ptr<Handle, Free>;
 
-// For files that do not tell how long they are; reads all of the file.
-std::int64_t countPictures(const MediaInput& input) {
+// For files that do not state their duration. Reads the whole file.
+std::int64_t countFrames(const MediaInput& input) {
   const Packet packet(av_packet_alloc());
   std::int64_t count = 0;
   while (packet && av_read_frame(input.context(), packet.get()) >= 0) {
@@ -51,10 +51,10 @@ std::int64_t countPictures(const MediaInput& input) {
   return count;
 }
 
-/// Decodes the pictures of one stream from where its file stands.
-class PictureReader {
+/// Decodes the frames of one stream from the input's current position.
+class FrameReader {
  public:
-  explicit PictureReader(const MediaInput& media) : input_(media.context()), stream_(media.picture()->index) {
+  explicit FrameReader(const MediaInput& media) : input_(media.context()), stream_(media.picture()->index) {
     const AVCodecParameters* parameters = media.picture()->codecpar;
     const AVCodec* codec = avcodec_find_decoder(parameters->codec_id);
     decoder_.reset(avcodec_alloc_context3(codec));
@@ -66,14 +66,14 @@ class PictureReader {
     }
   }
 
-  /// The next picture, valid until the next call; null at the end.
+  /// The next frame, valid until the next call; null at the end.
   const AVFrame* next() {
     while (opened_ && frame_ && packet_ && !interrupted()) {
       const int received = avcodec_receive_frame(decoder_.get(), frame_.get());
       if (received == 0) {
         return frame_.get();
       }
-      // A picture that cannot be decoded is passed over.
+      // A frame that cannot be decoded is skipped.
       if (received == AVERROR_EOF || !feed()) {
         break;
       }
@@ -102,23 +102,23 @@ class PictureReader {
   bool opened_ = false;
 };
 
-// The picture at that many seconds from the beginning, or the last one before; null where none can be decoded.
-Owned<AVFrame> pictureAt(const MediaInput& media, double seconds) {
+// The frame at that many seconds from the beginning, or the last one before; null if none can be decoded.
+Owned<AVFrame> frameAt(const MediaInput& media, double seconds) {
   AVFormatContext* input = media.context();
   const auto start = input->start_time != AV_NOPTS_VALUE ? input->start_time : 0;
   const auto target = start + std::llround(seconds * AV_TIME_BASE);
   if (seconds > 0) {
     av_seek_frame(input, -1, target, AVSEEK_FLAG_BACKWARD);
   }
-  PictureReader pictures(media);
+  FrameReader frames(media);
   Owned<AVFrame> latest;
-  for (int count = 0; count < kCoverMostPictures; ++count) {
-    const AVFrame* picture = pictures.next();
-    if (picture == nullptr) {
+  for (int count = 0; count < kCoverMostFrames; ++count) {
+    const AVFrame* frame = frames.next();
+    if (frame == nullptr) {
       break;
     }
-    latest.reset(av_frame_clone(picture));
-    const auto time = picture->best_effort_timestamp;
+    latest.reset(av_frame_clone(frame));
+    const auto time = frame->best_effort_timestamp;
     if (time == AV_NOPTS_VALUE || av_compare_ts(time, media.picture()->time_base, target, kTimeBase) >= 0) {
       break;
     }
@@ -139,7 +139,7 @@ QImage scaled(const AVFrame& frame, AVRational pixelShape, bool quarterTurn) {
   if (!context || image.isNull()) {
     return {};
   }
-  // What does not name its colour matrix has the one that is usual for its size.
+  // If the video does not name its colour matrix, it is the usual one for its size.
   const int usual = frame.height < kSmallestHighDefinition ? SWS_CS_ITU601 : SWS_CS_ITU709;
   const int matrix = frame.colorspace == AVCOL_SPC_UNSPECIFIED ? usual : static_cast<int>(frame.colorspace);
   sws_setColorspaceDetails(context.get(), sws_getCoefficients(matrix), frame.color_range == AVCOL_RANGE_JPEG ? 1 : 0,
@@ -156,7 +156,7 @@ Result<MediaFile> MediaFile::open(const std::filesystem::path& file) {
   av_log_set_level(AV_LOG_QUIET);
   auto opened = MediaInput::open(file, interrupted);
   if (auto* error = std::get_if<MediaInput::Error>(&opened)) {
-    return Failure{std::move(error->message)};
+    return failed(error->message);
   }
   MediaFile media(std::get<MediaInput>(std::move(opened)));
   media.describe();
@@ -190,7 +190,7 @@ void MediaFile::describe() {
       description_.frames = std::llround(shown * description_.framesPerSecond);
     }
   } else if (const auto again = input_.reopen(); const auto* whole = std::get_if<MediaInput>(&again)) {
-    description_.frames = countPictures(*whole);
+    description_.frames = countFrames(*whole);
     description_.seconds =
         description_.framesPerSecond > 0 ? static_cast<double>(description_.frames) / description_.framesPerSecond : 0;
   }
@@ -199,32 +199,32 @@ void MediaFile::describe() {
 Result<std::string> MediaFile::cover() {
   const AVStream* stream = input_.picture();
   if (avcodec_find_decoder(stream->codecpar->codec_id) == nullptr) {
-    return Failure{std::string("cannot be decoded: no decoder for ") + avcodec_get_name(stream->codecpar->codec_id)};
+    return failed(std::string("cannot be decoded: no decoder for ") + avcodec_get_name(stream->codecpar->codec_id));
   }
   const double offset = std::min(description_.seconds * kCoverShare, kCoverLatestSecond);
-  auto picture = pictureAt(input_, offset);
-  if (!picture) {
+  auto frame = frameAt(input_, offset);
+  if (!frame) {
     // Some files can only be read from their beginning.
     auto again = input_.reopen();
     if (auto* whole = std::get_if<MediaInput>(&again)) {
       input_ = std::move(*whole);
-      picture = pictureAt(input_, 0);
+      frame = frameAt(input_, 0);
     }
   }
   if (interrupted()) {
-    return Failure{"interrupted"};
+    return failed("interrupted");
   }
-  if (!picture) {
-    return Failure{kUndecodable};
+  if (!frame) {
+    return failed(kUndecodable);
   }
-  const AVRational shape = av_guess_sample_aspect_ratio(input_.context(), input_.picture(), picture.get());
-  QImage image = scaled(*picture, shape, input_.quarterTurns() % 2 == 1);
+  const AVRational shape = av_guess_sample_aspect_ratio(input_.context(), input_.picture(), frame.get());
+  QImage image = scaled(*frame, shape, input_.quarterTurns() % 2 == 1);
   if (input_.quarterTurns() != 0) {
     image = image.transformed(QTransform().rotate(90 * input_.quarterTurns()));
   }
   QBuffer jpeg;
   if (image.isNull() || !jpeg.open(QIODevice::WriteOnly) || !image.save(&jpeg, "JPEG", kCoverQuality)) {
-    return Failure{kUndecodable};
+    return failed(kUndecodable);
   }
   return jpeg.data().toStdString();
 }

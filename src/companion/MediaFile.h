@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "companion/Result.h"
+#include "base/Result.h"
 #include "linux/media/MediaInput.h"
 
 namespace quilex {
@@ -31,11 +31,11 @@ class MediaFile {
 
   const MediaFacts& facts() const { return description_; }
 
-  /// A JPEG of a picture a bit into the video, upright and at most 640 pixels wide. Fails if none can be decoded.
+  /// A JPEG of a frame a little into the video, upright and at most 640 pixels wide. Fails if none can be decoded.
   Result<std::string> cover();
 
  private:
-  explicit MediaFile(MediaInput opened) : input_(std::move(opened)) {}
+  explicit MediaFile(MediaInput input) : input_(std::move(input)) {}
   void describe();
 
   MediaInput input_;

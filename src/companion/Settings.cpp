@@ -20,24 +20,23 @@ constexpr auto kLockPatience = 10s;
 Result<std::unique_ptr<Settings>> Settings::open() {
   auto settings = std::make_unique<Settings>();
   auto opened = JsonSettingsSuite::open(settingsFile(), settings->runLoop_);
-  if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
-    return Failure{std::move(error->message)};
+  if (!opened) {
+    return failed(opened.error());
   }
-  settings->store_ = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
+  settings->store_ = *std::move(opened);
   return settings;
 }
 
 Outcome Settings::write() {
-  auto error = store_->writeNow(kLockPatience);
-  return error ? Outcome(Failure{std::move(error->message)}) : std::nullopt;
+  return store_->writeNow(kLockPatience);
 }
 
 Result<bool> Settings::allowVideo(const std::string& sign) {
-  auto opened = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, runLoop_);
-  if (auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
-    return Failure{std::move(error->message)};
+  const auto opened = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, runLoop_);
+  if (!opened) {
+    return failed(opened.error());
   }
-  auto& defaults = *std::get<0>(opened);
+  JsonSettingsSuite& defaults = **opened;
   bool isRefused = defaults.boolean(settings::refusedVideo(sign));
   defaults.remove(settings::refusedVideo(sign));
   if (defaults.string(settings::kLoadingVideo) == sign) {
@@ -45,8 +44,8 @@ Result<bool> Settings::allowVideo(const std::string& sign) {
     defaults.remove(settings::kLoadingVideo);
   }
   if (isRefused) {
-    if (auto error = defaults.writeNow(kLockPatience)) {
-      return Failure{std::move(error->message)};
+    if (const auto written = defaults.writeNow(kLockPatience); !written) {
+      return failed(written.error());
     }
   }
   return isRefused;

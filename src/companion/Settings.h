@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "companion/Result.h"
 #include "linux/session/settings/JsonSettingsSuite.h"
 #include "platform/RunLoop.h"
 
@@ -17,11 +16,12 @@ class Settings {
   /// Writes what was set, all of it at once or nothing.
   Outcome write();
 
-  /// Lets the agent load that video even if it went down while it loaded it. Answers whether it would have refused it.
+  /// Lets the agent load that video even if the agent once crashed while loading it. True if the agent would have
+  /// refused it.
   Result<bool> allowVideo(const std::string& sign);
 
  private:
-  /// Writes are asked for one by one, so there is nothing to be run later.
+  /// Nothing is run later, because every write is explicit.
   struct NoRunLoop : RunLoop {
     Disposable after(std::chrono::milliseconds /*delay*/, std::function<void()> /*action*/) override {
       return Disposable([] {});

@@ -2,41 +2,52 @@
 
 #include <cstdint>
 #include <string>
+#include <variant>
 #include <vector>
 
-#include "companion/Result.h"
+#include "base/Result.h"
 #include "platform/SettingsSuite.h"
 
 namespace quilex {
 
 /// One setting, for showing it and for reading it from text.
 struct Setting {
-  enum class Type { integer, real, boolean, text };
+  using Value = std::variant<std::int64_t, float, bool, std::string>;
 
   const char* key;
-  Type type;
-  /// What stands for a missing key.
-  std::string absent;
+  /// Stands for a missing key, and has the setting's type.
+  Value absent;
   /// The largest integer or real; the smallest is 0.
   std::int64_t largest;
   /// The values that are allowed, as a noun phrase.
   const char* expected;
-  /// What the setting is for; of an integer with few values the meanings of 0, 1, 2, set apart by semicolons.
-  const char* meaning;
+  /// What the setting is for. A choice has a meaning for each of its values 0, 1, 2.
+  std::vector<const char*> meanings;
 
-  /// The value in force, as `set` would be given it.
-  std::string value(const SettingsSuite& suite) const;
-  /// What that integer means; empty where it has no meaning of its own.
-  std::string meaningOf(std::int64_t number) const;
-  /// Sets the value given as text, read by no locale's rules. Refuses what is not exactly a value allowed.
-  Outcome set(SettingsSuite& suite, const std::string& given) const;
+  bool isChoice() const { return meanings.size() > 1; }
+  /// All meanings, separated by semicolons.
+  std::string meaning() const;
+
+  /// The value in force.
+  Value value(const SettingsSuite& suite) const;
+  /// Reads a value from text, independent of the locale. Refuses what is not exactly an allowed value.
+  Result<Value> parse(const std::string& given) const;
+  /// Why that text is refused.
+  Failure refusal(const std::string& given) const;
+  void set(SettingsSuite& suite, const Value& value) const;
 };
 
+/// The value as `Setting::parse` reads it.
+std::string textOf(const Setting::Value& value);
+
 const std::vector<Setting>& allSettings();
-/// The value in force of the setting with that key, one of the table's.
-std::string valueInForce(const SettingsSuite& suite, const char* key);
-/// Fails by naming the keys there are.
+/// Fails, with a list of the keys, if there is no such setting.
 Result<Setting> findSetting(const std::string& key);
+/// The value in force of a setting of the table, whose type is `Type`.
+template <typename Type>
+Type valueInForce(const SettingsSuite& suite, const char* key) {
+  return std::get<Type>(findSetting(key)->value(suite));
+}
 /// The settings as a table for the help.
 std::string settingsHelp();
 

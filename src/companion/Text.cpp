@@ -37,8 +37,11 @@ void printError(std::string_view message) {
   std::fprintf(stderr, "quilex: %s\n", cleanText(message).c_str());
 }
 
-std::optional<std::string> outputError() {
-  return writeErrno == 0 || writeErrno == EPIPE ? std::nullopt : std::optional<std::string>(std::strerror(writeErrno));
+Outcome checkOutput() {
+  if (writeErrno == 0 || writeErrno == EPIPE) {
+    return {};
+  }
+  return failed(std::string("the output cannot be written: ") + std::strerror(writeErrno));
 }
 
 Progress::Progress() : visible_(isatty(STDERR_FILENO) == 1) {}

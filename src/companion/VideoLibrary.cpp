@@ -14,6 +14,8 @@
 #include "library/FileURL.h"
 #include "library/LibraryFile.h"
 #include "library/VideoRows.h"
+#include "linux/session/bundle/LinuxBundle.h"
+#include "platform/AppInfo.h"
 
 namespace quilex {
 
@@ -40,8 +42,8 @@ std::string insertStatement() {
 
 }  // namespace
 
-VideoLibrary::VideoLibrary(fs::path library, std::unique_ptr<SQLite::Database> database)
-    : path_(std::move(library)), covers_(path_.parent_path() / "Covers"), db_(std::move(database)) {}
+VideoLibrary::VideoLibrary(fs::path file, std::unique_ptr<SQLite::Database> database)
+    : path_(std::move(file)), covers_(path_.parent_path() / "Covers"), db_(std::move(database)) {}
 
 VideoLibrary::~VideoLibrary() = default;
 
@@ -51,29 +53,29 @@ Result<std::unique_ptr<VideoLibrary>> VideoLibrary::open(const fs::path& support
   std::error_code ignored;
   if (!fs::exists(file, ignored)) {
     if (!templateFile) {
-      return Failure{"there is no library at " + file + " yet, and the application bundle has no Quilex.db"};
+      return failed("there is no library at " + file + " yet, and the application bundle has no Quilex.db");
     }
     if (const std::error_code error = placeLibrary(*templateFile, file)) {
-      return Failure{"the library " + file + " cannot be made: " + error.message()};
+      return failed("the library " + file + " cannot be made: " + error.message());
     }
   }
   try {
     return std::unique_ptr<VideoLibrary>(new VideoLibrary(
         file, std::make_unique<SQLite::Database>(file, SQLite::OPEN_READWRITE, kBusyTimeoutMilliseconds)));
   } catch (const SQLite::Exception& error) {
-    return Failure{"the library " + file + " cannot be opened: " + error.what()};
+    return failed("the library " + file + " cannot be opened: " + error.what());
   }
 }
 
 // Turns the database's exceptions into failures.
-template <typename Value>
-Result<Value> VideoLibrary::guarded(const std::function<Result<Value>()>& work) const {
+template <typename Work>
+std::invoke_result_t<Work> VideoLibrary::guarded(const Work& work) const {
   try {
     return work();
   } catch (const SQLite::Exception& error) {
     const bool locked = error.getErrorCode() == SQLITE_BUSY || error.getErrorCode() == SQLITE_LOCKED;
-    return Failure{"the library " + path_.string() + ": " +
-                   (locked ? "another program keeps it locked" : std::string(error.what()))};
+    return failed("the library " + path_.string() + ": " +
+                  (locked ? "another program keeps it locked" : std::string(error.what())));
   }
 }
 
@@ -95,7 +97,7 @@ std::optional<VideoDetail> VideoLibrary::find(const std::string& sign) {
 }
 
 Result<std::vector<VideoDetail>> VideoLibrary::videos() {
-  return guarded<std::vector<VideoDetail>>([&] { return readAll(); });
+  return guarded([&]() -> Result<std::vector<VideoDetail>> { return readAll(); });
 }
 
 void VideoLibrary::insert(const VideoDetail& video) {
@@ -106,16 +108,16 @@ void VideoLibrary::insert(const VideoDetail& video) {
 }
 
 Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::function<Result<std::string>()>& cover) {
-  return guarded<Addition>([&]() -> Result<Addition> {
-    // Most of what is known is found without keeping others from writing, and without making a cover.
+  return guarded([&]() -> Result<Addition> {
+    // A video that is known already is usually found here, without the lock and without making a cover.
     std::optional<VideoDetail> known = find(video.sign);
     std::string jpeg;
     if (!known) {
       auto made = cover();
-      if (auto* failure = std::get_if<Failure>(&made)) {
-        return std::move(*failure);
+      if (!made) {
+        return failed(made.error());
       }
-      jpeg = std::get<std::string>(std::move(made));
+      jpeg = *std::move(made);
     } else if (namesExistingFile(known->url)) {
       return Addition::known;
     }
@@ -132,15 +134,15 @@ Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::f
       transaction.commit();
       return Addition::moved;
     }
-    if (auto failure = writeCover(video, jpeg)) {
-      return std::move(*failure);
+    if (const auto written = writeCover(video, jpeg); !written) {
+      return failed(written.error());
     }
     try {
       video.id = db_->execAndGet("select coalesce(max(vid), 0) + 1 from LocalVideos").getInt64();
       insert(video);
       transaction.commit();
     } catch (const SQLite::Exception&) {
-      // While the lock is still held: afterwards the cover could be another process's.
+      // The lock is still held here; once it is released, the cover could be another process's.
       std::error_code ignored;
       fs::remove(covers_ / (video.sign + kCoverEnding), ignored);
       throw;
@@ -149,7 +151,7 @@ Result<VideoLibrary::Addition> VideoLibrary::add(VideoDetail video, const std::f
   });
 }
 
-// The cover appears whole or not at all. Called under the database's lock, so that no two processes write one.
+// The cover appears complete or not at all. The caller holds the database's lock, so that only one process writes it.
 Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) const {
   const fs::path finished = covers_ / (video.sign + kCoverEnding);
   const fs::path unfinished = covers_ / (video.sign + kUnfinishedEnding);
@@ -170,27 +172,26 @@ Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) co
   if (error || !stream) {
     std::error_code ignored;
     fs::remove(unfinished, ignored);
-    return Failure{"the cover " + finished.string() + " cannot be written: " + error.message()};
+    return failed("the cover " + finished.string() + " cannot be written: " + error.message());
   }
   video.imgurl = fileURL(finished);
   video.imgsize = static_cast<std::int64_t>(jpeg.size());
-  return std::nullopt;
+  return {};
 }
 
 Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::string>& names,
                                                       const BeforeRemoval& beforeRemoval) {
-  return guarded<std::vector<VideoDetail>>([&]() -> Result<std::vector<VideoDetail>> {
+  return guarded([&]() -> Result<std::vector<VideoDetail>> {
     SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
     const std::vector<VideoDetail> before = readAll();
     std::vector<VideoDetail> removed;
     for (const std::string& name : names) {
-      auto found = findVideo(before, name);
-      if (auto* failure = std::get_if<Failure>(&found)) {
-        return std::move(*failure);
+      auto video = findVideo(before, name);
+      if (!video) {
+        return failed(video.error());
       }
-      auto& video = std::get<VideoDetail>(found);
-      if (std::ranges::find(removed, video.sign, &VideoDetail::sign) == removed.end()) {
-        removed.push_back(std::move(video));
+      if (std::ranges::find(removed, video->sign, &VideoDetail::sign) == removed.end()) {
+        removed.push_back(*std::move(video));
       }
     }
     for (const VideoDetail& video : removed) {
@@ -198,8 +199,8 @@ Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::str
       statement.bind(1, video.sign);
       statement.exec();
     }
-    if (auto failure = beforeRemoval(before, removed)) {
-      return std::move(*failure);
+    if (const auto allowed = beforeRemoval(before, removed); !allowed) {
+      return failed(allowed.error());
     }
     transaction.commit();
     return removed;
@@ -218,7 +219,7 @@ std::vector<fs::path> VideoLibrary::strayCovers() {
     const std::string name = entries->path().filename().string();
     const std::string sign = name.substr(0, kSignLength);
     const std::string ending = name.substr(sign.size());
-    // Nothing but what `writeCover` makes.
+    // Only the files that `writeCover` makes count.
     const bool isSign = sign.size() == kSignLength && sign.find_first_not_of("0123456789abcdef") == std::string::npos;
     if (isSign && (ending == kUnfinishedEnding || (ending == kCoverEnding && !signs.contains(sign)))) {
       strays.push_back(entries->path());
@@ -228,20 +229,26 @@ std::vector<fs::path> VideoLibrary::strayCovers() {
 }
 
 Outcome VideoLibrary::sweepCovers() {
-  const auto swept = guarded<bool>([&]() -> Result<bool> {
-    if (strayCovers().empty()) {
-      return true;
+  return guarded([&]() -> Outcome {
+    if (!strayCovers().empty()) {
+      // Under the lock no other process is between writing a cover and its row.
+      const SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
+      for (const fs::path& stray : strayCovers()) {
+        std::error_code ignored;
+        fs::remove(stray, ignored);
+      }
     }
-    // Under the lock no other process is between writing a cover and its row.
-    const SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
-    for (const fs::path& stray : strayCovers()) {
-      std::error_code ignored;
-      fs::remove(stray, ignored);
-    }
-    return true;
+    return {};
   });
-  const auto* failure = std::get_if<Failure>(&swept);
-  return failure != nullptr ? Outcome(*failure) : std::nullopt;
+}
+
+Result<std::unique_ptr<VideoLibrary>> openLibrary() {
+  const LinuxBundle bundle = LinuxBundle::main();
+  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
+}
+
+Result<std::vector<VideoDetail>> readLibrary() {
+  return openLibrary().and_then([](const auto& library) { return library->videos(); });
 }
 
 Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std::string& name) {
@@ -249,7 +256,7 @@ Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std:
   const VideoDetail* found = nullptr;
   for (const VideoDetail& video : videos) {
     if (video.sign == name) {
-      // Of several rows with a sign the last one counts, as for the agent.
+      // If several rows have the sign, the last one counts, as for the agent.
       found = &video;
       matches = {name};
     } else if (name.size() >= kShortestPrefix && video.sign.starts_with(name) && !matches.contains(name)) {
@@ -262,12 +269,12 @@ Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std:
     for (const std::string& sign : matches) {
       list += (list.empty() ? "" : ", ") + sign;
     }
-    return Failure{"\"" + name + "\" begins the signs of several videos: " + list};
+    return failed("\"" + name + "\" begins the signs of several videos: " + list);
   }
   if (found == nullptr) {
     const bool tooShort = name.size() < kShortestPrefix;
-    return Failure{"no video in the library has the sign \"" + name + "\"" +
-                   (tooShort ? "; the beginning of a sign needs 4 characters" : "")};
+    return failed("no video in the library has the sign \"" + name + "\"" +
+                  (tooShort ? "; the beginning of a sign needs 4 characters" : ""));
   }
   return *found;
 }

@@ -3,8 +3,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "companion/Commands.h"
@@ -15,13 +17,16 @@
 
 namespace {
 
-using quilex::Outcome;
+using namespace quilex;
+
+constexpr int kNotDone = 1;
+constexpr int kNotUnderstood = 2;
 
 constexpr const char* kAbout =
     "Fills the library of video wallpapers and directs the agent that plays them, which follows within a second. "
     "The exit status is 0 when all was done, 1 when something was not, 2 when the command line is wrong.";
 
-/// The command line as it is understood, and the command that it asks for.
+/// The arguments on the command line, and the command that it asks for.
 struct CommandLine {
   std::vector<std::string> names;
   std::string key;
@@ -30,69 +35,97 @@ struct CommandLine {
   std::function<Outcome()> command;
 };
 
-void addLibraryCommands(CLI::App& app, CommandLine& line) {
-  auto* importing = app.add_subcommand("import", "Adds video files to the library, where they stay in their place");
+CLI::App* addCommand(CLI::App& app, CommandLine& line, const char* name, const char* about,
+                     std::function<Outcome()> command) {
+  auto* added = app.add_subcommand(name, about);
+  added->callback([&line, run = std::move(command)] { line.command = run; });
+  return added;
+}
+
+void addImport(CLI::App& app, CommandLine& line) {
+  auto* importing = addCommand(app, line, "import", "Adds video files to the library, where they stay in their place",
+                               [&line] { return importCommand(line.names); });
   importing->add_option("FILE", line.names, "Video files; those that cannot be played are refused")->required();
   importing->footer(
       "A video is known by its contents: importing it again adds nothing. After -- a name may begin with -.");
-  importing->callback([&line] { line.command = [&line] { return quilex::importCommand(line.names); }; });
-
-  auto* list = app.add_subcommand("list", "Shows the videos of the library, the current one with a *");
-  list->add_flag("--json", line.asJSON, "The whole records, as a JSON array");
-  list->callback([&line] {
-    line.command = [&line] {
-      return quilex::listCommand(line.asJSON ? quilex::ListForm::json : quilex::ListForm::table);
-    };
-  });
-
-  auto* play = app.add_subcommand("play", "Shows a video of the library as the wallpaper");
-  play->add_option("SIGN", line.key, "Its sign, or the first 4 or more characters of it")->required();
-  play->callback([&line] { line.command = [&line] { return quilex::playCommand(line.key); }; });
-
-  auto* remove = app.add_subcommand("remove", "Takes videos out of the library; their files stay");
-  remove->add_option("SIGN", line.names, "Their signs, or the first 4 or more characters of them")->required();
-  remove->footer("If one of the signs is unknown, nothing is removed.");
-  remove->callback([&line] { line.command = [&line] { return quilex::removeCommand(line.names); }; });
 }
 
-void addSettingsCommands(CLI::App& app, CommandLine& line) {
+void addList(CLI::App& app, CommandLine& line) {
+  auto* list = addCommand(app, line, "list", "Shows the videos of the library, the current one with a *",
+                          [&line] { return listCommand(line.asJSON ? ListForm::json : ListForm::table); });
+  list->add_flag("--json", line.asJSON, "The whole records, as a JSON array");
+}
+
+void addPlay(CLI::App& app, CommandLine& line) {
+  auto* play = addCommand(app, line, "play", "Shows a video of the library as the wallpaper",
+                          [&line] { return playCommand(line.key); });
+  play->add_option("SIGN", line.key, "Its sign, or the first 4 or more characters of it")->required();
+}
+
+void addRemove(CLI::App& app, CommandLine& line) {
+  auto* remove = addCommand(app, line, "remove", "Takes videos out of the library; their files stay",
+                            [&line] { return removeCommand(line.names); });
+  remove->add_option("SIGN", line.names, "Their signs, or the first 4 or more characters of them")->required();
+  remove->footer("If one of the signs is unknown, nothing is removed.");
+}
+
+// `get` and `set` read their key and value while the command line is parsed: `value()` throws if one of them is wrong,
+// and the exit status is that of a wrong command line.
+
+void addGet(CLI::App& app, CommandLine& line) {
   auto* get = app.add_subcommand("get", "Shows a setting, or all of them");
   get->add_option("KEY", line.key, "The setting");
-  get->footer(quilex::settingsHelp());
-  get->callback([&line] { line.command = [&line] { return quilex::getCommand(line.key); }; });
+  get->footer(settingsHelp());
+  get->callback([&line] {
+    line.command = getAllCommand;
+    if (!line.key.empty()) {
+      line.command = [setting = findSetting(line.key).value()] { return getCommand(setting); };
+    }
+  });
+}
 
+void addSet(CLI::App& app, CommandLine& line) {
   auto* set = app.add_subcommand("set", "Changes a setting");
   set->add_option("KEY", line.key, "The setting")->required();
   set->add_option("VALUE", line.value, "Its new value")->required();
-  set->footer(quilex::settingsHelp());
-  set->callback([&line] { line.command = [&line] { return quilex::setCommand(line.key, line.value); }; });
+  set->footer(settingsHelp());
+  set->callback([&line] {
+    const Setting setting = findSetting(line.key).value();
+    line.command = [setting, value = setting.parse(line.value).value()] { return setCommand(setting, value); };
+  });
+}
 
-  auto* status = app.add_subcommand("status", "Tells what the agent is doing");
-  status->callback([&line] { line.command = quilex::statusCommand; });
-
+void addDoctor(CLI::App& app, CommandLine& line) {
   auto* doctor =
-      app.add_subcommand("doctor", "Writes a report on the programs and the desktop, and what is odd about them");
+      addCommand(app, line, "doctor", "Writes a report on the programs and the desktop, and what is odd about them",
+                 [&line] { return doctorCommand(line.asJSON ? ReportForm::json : ReportForm::text); });
   doctor->add_flag("--json", line.asJSON, "The report as a JSON object");
   doctor->footer(
       "For bug reports. It has ~ in place of your home folder, and the name of a video file only if that cannot be "
       "played.");
-  doctor->callback([&line] {
-    line.command = [&line] {
-      return quilex::doctorCommand(line.asJSON ? quilex::ReportForm::json : quilex::ReportForm::text);
-    };
-  });
+}
+
+int fail(const std::string& message, int status) {
+  printError(message);
+  return status;
 }
 
 int run(int argc, char** argv) {
   CommandLine line;
   CLI::App app(kAbout, "quilex");
-  app.set_version_flag("--version", quilex::versionLine);
+  app.set_version_flag("--version", versionLine);
   app.require_subcommand(1);
-  addLibraryCommands(app, line);
-  addSettingsCommands(app, line);
-  // Not a command for people, so that no help shows it.
+  addImport(app, line);
+  addList(app, line);
+  addPlay(app, line);
+  addRemove(app, line);
+  addGet(app, line);
+  addSet(app, line);
+  addCommand(app, line, "status", "Tells what the agent is doing", statusCommand);
+  addDoctor(app, line);
+  // Not shown in the help, because only shells use it.
   if (argc > 1 && std::string_view(argv[1]) == "complete") {
-    quilex::printCompletions(app, {argv + 2, argv + argc});
+    printCompletions(app, {argv + 2, argv + argc});
     return EXIT_SUCCESS;
   }
   try {
@@ -100,32 +133,25 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& asked) {
     return app.exit(asked);
   } catch (const CLI::ParseError& error) {
-    quilex::printError(std::string(error.what()) + " (see quilex --help)");
-    return quilex::kNotUnderstood;
+    return fail(std::string(error.what()) + " (see quilex --help)", kNotUnderstood);
+  } catch (const tl::bad_expected_access<Failure>& error) {
+    return fail(error.error().message, kNotUnderstood);
   }
-  if (const auto failure = line.command()) {
-    quilex::printError(failure->message);
-    return failure->exitStatus;
-  }
-  if (const auto problem = quilex::outputError()) {
-    quilex::printError("the output cannot be written: " + *problem);
-    return quilex::kNotDone;
-  }
-  return EXIT_SUCCESS;
+  const Outcome outcome = line.command().and_then(checkOutput);
+  return outcome ? EXIT_SUCCESS : fail(outcome.error().message, kNotDone);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader of the output may leave before the end, while the work goes on.
+  // The reader of the output may leave before the work is done.
   std::signal(SIGPIPE, SIG_IGN);
-  // Nothing here depends on the locale, except that Qt complains about one whose text is not UTF-8.
+  // Nothing here depends on the locale, but Qt complains about one that is not UTF-8.
   setenv("LC_ALL", "C.UTF-8", 1);
   try {
     const QCoreApplication application(argc, argv);
     return run(argc, argv);
   } catch (const std::exception& error) {
-    quilex::printError(error.what());
-    return quilex::kNotDone;
+    return fail(error.what(), kNotDone);
   }
 }

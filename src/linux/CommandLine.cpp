@@ -46,11 +46,11 @@ std::variant<Runs, Ended> readCommandLine(int argc, const char* const* argv) {
   }
   const char* const variable = std::getenv("QUILEX_LOG");
   const bool isAsked = asked->count() > 0;
-  if (const auto mistake = startLog(isAsked ? log.c_str() : variable != nullptr ? variable : "")) {
+  if (const auto started = startLog(isAsked ? log.c_str() : variable != nullptr ? variable : ""); !started) {
     if (isAsked) {
-      return refuse("--log: " + *mistake);
+      return refuse("--log: " + started.error().message);
     }
-    std::fprintf(stderr, "quilexhelper: QUILEX_LOG: %s; nothing is logged\n", mistake->c_str());
+    std::fprintf(stderr, "quilexhelper: QUILEX_LOG: %s; nothing is logged\n", started.error().message.c_str());
   }
   return Runs{};
 }

@@ -5,11 +5,9 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 #include <random>
 #include <string_view>
 #include <utility>
@@ -35,30 +33,28 @@ constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
-// `reason` comes to say why it is that one.
-std::variant<std::unique_ptr<Renderer>, Composition::Failure> chooseRenderer(Desktop& desktop, std::string& reason) {
+// `reason` is set to why it is that renderer, if there was a choice.
+Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& reason) {
   const char* variable = std::getenv("QUILEX_RENDERER");
-  const std::string_view forced = variable != nullptr ? variable : "";
-  if (!forced.empty()) {
-    reason = "QUILEX_RENDERER";
+  const std::string forced = variable != nullptr ? variable : "";
+  if (forced.empty()) {
+    auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly);
+    if (renderer) {
+      return renderer;
+    }
+    reason = renderer.error().message;
+    return desktop.makeCpuRenderer();
   }
+  reason = "QUILEX_RENDERER";
   if (forced == "cpu") {
     return desktop.makeCpuRenderer();
   }
-  if (forced == "gpu") {
-    std::string refusal;
-    if (auto renderer = desktop.makeGpuRenderer(Rasteriser::any, refusal)) {
-      return renderer;
-    }
-    return Composition::Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + refusal};
+  if (forced != "gpu") {
+    return failed("QUILEX_RENDERER must be gpu or cpu, not \"" + forced + "\"");
   }
-  if (!forced.empty()) {
-    return Composition::Failure{"QUILEX_RENDERER must be gpu or cpu, not \"" + std::string(forced) + "\""};
-  }
-  if (auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly, reason)) {
-    return renderer;
-  }
-  return desktop.makeCpuRenderer();
+  return desktop.makeGpuRenderer(Rasteriser::any).map_error([](const Failure& failure) {
+    return Failure{"QUILEX_RENDERER=gpu: this display has no EGL with OpenGL ES 3: " + failure.message};
+  });
 }
 
 std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
@@ -66,7 +62,7 @@ std::optional<std::string> serviceEntry(const AppEnvironment& environment) {
   return entry != environment.informationDictionary.end() ? entry->second : std::nullopt;
 }
 
-/// Empty, so that every request fails, when the bundle names no address that may be asked.
+/// Empty if the bundle names no acceptable address; then every request fails.
 std::string serviceURL(const AppEnvironment& environment) {
   const auto entry = serviceEntry(environment);
   const auto origin = entry ? serviceOrigin(*entry) : std::nullopt;
@@ -79,6 +75,10 @@ std::string serviceURL(const AppEnvironment& environment) {
   return origin.value_or("");
 }
 
+std::string localize(const char* english, const char* comment) {
+  return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
+}
+
 UniformRandom systemRandom() {
   auto device = std::make_shared<std::random_device>();
   return [device](std::size_t bound) { return std::uniform_int_distribution<std::size_t>(0, bound - 1)(*device); };
@@ -86,59 +86,99 @@ UniformRandom systemRandom() {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Composition>, Composition::Failure> Composition::make(std::unique_ptr<Desktop> desktop,
-                                                                                   std::string backendReason,
-                                                                                   std::function<void()> desktopLost) {
-  Start start{std::move(desktop), std::move(backendReason), {}, std::make_unique<QtRunLoop>(), {}, {}};
-  for (const auto& [suite, file] :
-       {std::pair(&start.suites.shared, settingsFile()),
-        std::pair(&start.suites.standardDefaults, configHome() / settings::kStandardDefaultsFile)}) {
-    auto opened = JsonSettingsSuite::open(file, *start.loop);
-    if (const auto* error = std::get_if<JsonSettingsSuite::OpenError>(&opened)) {
-      return Failure{error->message};
-    }
-    *suite = std::get<std::unique_ptr<JsonSettingsSuite>>(std::move(opened));
+/// What may be missing, so that the agent cannot start.
+struct Composition::Foundation {
+  std::unique_ptr<Desktop> desktop;
+  std::string backendReason;
+  std::unique_ptr<QtRunLoop> runLoop;
+  std::unique_ptr<JsonSettingsSuite> suite;
+  std::unique_ptr<JsonSettingsSuite> standardDefaults;
+  std::unique_ptr<Renderer> renderer;
+  std::string rendererReason;
+};
+
+Result<std::unique_ptr<Composition>> Composition::make(std::unique_ptr<Desktop> desktop, std::string backendReason,
+                                                       std::function<void()> desktopLost) {
+  Foundation foundation{std::move(desktop), std::move(backendReason), std::make_unique<QtRunLoop>(), {}, {}, {}, {}};
+  auto suite = JsonSettingsSuite::open(settingsFile(), *foundation.runLoop);
+  if (!suite) {
+    return failed(suite.error());
   }
-  auto renderer = chooseRenderer(*start.desktop, start.rendererReason);
-  if (const auto* failure = std::get_if<Failure>(&renderer)) {
-    return *failure;
+  foundation.suite = *std::move(suite);
+  auto defaults = JsonSettingsSuite::open(configHome() / settings::kStandardDefaultsFile, *foundation.runLoop);
+  if (!defaults) {
+    return failed(defaults.error());
   }
-  start.renderer = std::get<std::unique_ptr<Renderer>>(std::move(renderer));
-  start.desktop->start(std::move(desktopLost));
-  return std::unique_ptr<Composition>(new Composition(std::move(start)));
+  foundation.standardDefaults = *std::move(defaults);
+  auto renderer = chooseRenderer(*foundation.desktop, foundation.rendererReason);
+  if (!renderer) {
+    return failed(renderer.error());
+  }
+  foundation.renderer = *std::move(renderer);
+  foundation.desktop->start(std::move(desktopLost));
+  // Before anything looks a text up.
+  installTranslations(QLocale::system().uiLanguages(), LinuxBundle::main().path() / "translations");
+  return std::unique_ptr<Composition>(new Composition(std::move(foundation)));
 }
 
-Composition::Composition(Start start)
-    : runLoop_(std::move(start.loop)),
-      suites_(std::move(start.suites)),
-      desktop_(std::move(start.desktop)),
-      renderer_(*start.renderer),
-      output_(std::move(start.renderer)),
-      windows_(desktop_->makeWindowServer(output_, renderer_, *runLoop_)) {
+// Building the parts writes the settings that are missing, opens the library and arms the timers, in this order. All
+// that can be seen is for the delegate to launch.
+Composition::Composition(Foundation&& foundation)
+    : runLoop_(std::move(foundation.runLoop)),
+      suite_(std::move(foundation.suite)),
+      standardDefaults_(std::move(foundation.standardDefaults)),
+      desktop_(std::move(foundation.desktop)),
+      renderer_(*foundation.renderer),
+      output_(std::move(foundation.renderer)),
+      windowServer_(desktop_->makeWindowServer(output_, *runLoop_)),
+      library(appInfo.urls().applicationSupport(), bundle_.resource("Quilex", "db"), console_),
+      videoPlayerManager({preferences, *standardDefaults_, library, fileFinder_, *windowServer_, notifications_,
+                          *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },
+                          systemRandom(), report_}),
+      statusBarManager({preferences, videoPlayerManager, *windowServer_, workspace_,
+                        [this] { return makeStatusItem(); }, localize, appInfo.displayVersion(),
+                        [this] { delegate.checkUpdates(AppDelegate::Check::manual); }}),
+      webModel({*suite_, *standardDefaults_, *runLoop_, backgroundWork_, wallClock_, processNotifications_,
+                [this](const HTTPSessionConfiguration& configuration) {
+                  return std::make_unique<QtHTTPSession>(configuration, backgroundWork_, report_);
+                },
+                decodeQtImage, systemRandom(), serviceURL(bundle_.environment()), appInfo.version()}),
+      delegate({preferences, videoPlayerManager, statusBarManager, webModel, workspace_, notifications_, *runLoop_,
+                appInfo, [this](const std::string& name) { return loadInterfaceFile(bundle_, name); }, localize}) {
   current = this;
-  installTranslations(QLocale::system().uiLanguages(), bundle_.path() / "translations");
-  reportStart(start);
+  reportStart(foundation);
+  observations_ = reportSettings(preferences, report_);
+  observations_.push_back(windowServer_->observeScreens([this] {
+    reportDisplays();
+    delegate.applicationDidChangeScreenParameters();
+  }));
+  observations_.push_back(windowServer_->observeOcclusion([this] { delegate.applicationDidChangeOcclusionState(); }));
+  observations_.push_back(workspace_.observeResignActive([this] { delegate.applicationDidResignActive(); }));
 }
 
-void Composition::reportStart(const Start& start) {
+std::unique_ptr<StatusItem> Composition::makeStatusItem() {
+  return std::make_unique<QtStatusItem>(bundle_, *runLoop_, desktop_->embeddingTray(), report_);
+}
+
+void Composition::reportStart(const Foundation& foundation) {
   const auto variable = [](const char* name) {
     const char* const value = std::getenv(name);
     return std::string(value != nullptr ? value : "");
   };
   report_.update([&](AgentStatus& status) {
-    status.version = appInfo().displayVersion();
+    status.version = appInfo.displayVersion();
     status.processId = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
     status.libraries = {
         {"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
     status.desktop = variable("XDG_CURRENT_DESKTOP");
     status.sessionType = variable("XDG_SESSION_TYPE");
     status.backend = desktop_->kind();
-    status.backendReason = start.backendReason;
+    status.backendReason = foundation.backendReason;
     status.gpu = renderer_.device();
     status.renderer = status.gpu.empty() ? "cpu" : "gpu";
-    status.rendererReason = start.rendererReason;
+    status.rendererReason = foundation.rendererReason;
     status.settingsFile = settingsFile();
-    status.libraryFile = libraryFile(appInfo().urls().applicationSupport());
+    status.libraryFile = libraryFile(appInfo.urls().applicationSupport());
     status.serviceAddress = serviceEntry(bundle_.environment()).value_or("");
   });
   report_.setCount([this](AgentStatus& status) {
@@ -146,7 +186,6 @@ void Composition::reportStart(const Start& start) {
     status.framesDropped = output_.framesDropped();
   });
   reportDisplays();
-  reporting_.push_back(windows_->observeScreens([this] { reportDisplays(); }));
 }
 
 void Composition::reportDisplays() {
@@ -158,9 +197,9 @@ Composition::~Composition() {
 }
 
 void Composition::writeSettings() {
-  for (JsonSettingsSuite* suite : {suites_.shared.get(), suites_.standardDefaults.get()}) {
-    if (const auto error = suite->writeNow(kSettingsPatience)) {
-      std::fprintf(stderr, "%s\n", error->message.c_str());
+  for (JsonSettingsSuite* suite : {suite_.get(), standardDefaults_.get()}) {
+    if (const auto written = suite->writeNow(kSettingsPatience); !written) {
+      std::fprintf(stderr, "%s\n", written.error().message.c_str());
     }
   }
 }
@@ -172,89 +211,23 @@ Composition& Composition::instance() {
   return *current;
 }
 
-const AppInfo& Composition::appInfo() {
-  if (!info_) {
-    info_ = std::make_unique<AppInfo>(bundle_.environment());
-  }
-  return *info_;
-}
-
-Preferences& Composition::preferences() {
-  if (!settings_) {
-    settings_ = std::make_unique<Preferences>(*suites_.shared, *runLoop_);
-    std::ranges::move(reportSettings(*settings_, report_), std::back_inserter(reporting_));
-  }
-  return *settings_;
-}
-
-LocalVideoDBManager& Composition::library() {
-  if (!videos_) {
-    videos_ = std::make_unique<LocalVideoDBManager>(appInfo().urls().applicationSupport(),
-                                                    bundle_.resource("Quilex", "db"), console_);
-  }
-  return *videos_;
-}
-
-VideoPlayerManager& Composition::videoPlayerManager() {
-  if (!manager_) {
-    manager_ = std::make_unique<VideoPlayerManager>(VideoPlayerManager::Services{
-        preferences(), *suites_.standardDefaults, library(), fileFinder_, *windows_, notifications_, *runLoop_,
-        console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); }, systemRandom(), report_});
-  }
-  return *manager_;
-}
-
-StatusBarManager& Composition::statusBarManager() {
-  if (!statusBar_) {
-    const auto makeStatusItem = [this] {
-      return std::make_unique<QtStatusItem>(bundle_, *runLoop_, desktop_->embeddingTray(), report_);
-    };
-    statusBar_ = std::make_unique<StatusBarManager>(
-        StatusBarManager::Services{preferences(), videoPlayerManager(), *windows_, session_, makeStatusItem,
-                                   localization(), appInfo().displayVersion(), [this] { checkUpdates(); }});
-  }
-  return *statusBar_;
-}
-
-WebModel& Composition::webModel() {
-  if (!web_) {
-    const auto makeSession = [this](const HTTPSessionConfiguration& configuration) {
-      return std::make_unique<QtHTTPSession>(configuration, backgroundWork_, report_);
-    };
-    web_ = std::make_unique<WebModel>(WebModel::Services{
-        *suites_.shared, *suites_.standardDefaults, *runLoop_, backgroundWork_, wallClock_, processNotifications_,
-        makeSession, decodeQtImage, systemRandom(), serviceURL(bundle_.environment()), appInfo().version()});
-  }
-  return *web_;
-}
-
-LoadInterfaceFile Composition::interfaceFiles() {
-  return [this](const std::string& name) { return loadInterfaceFile(bundle_, name); };
-}
-
-Localize Composition::localization() {
-  return [](const char* english, const char* comment) {
-    return QCoreApplication::translate("QuilexHelper", english, comment).toStdString();
-  };
-}
-
 const AppInfo& AppInfo::shared() {
-  return Composition::instance().appInfo();
+  return Composition::instance().appInfo;
 }
 Preferences& Preferences::shared() {
-  return Composition::instance().preferences();
+  return Composition::instance().preferences;
 }
 LocalVideoDBManager& LocalVideoDBManager::shared() {
-  return Composition::instance().library();
+  return Composition::instance().library;
 }
 VideoPlayerManager& VideoPlayerManager::shared() {
-  return Composition::instance().videoPlayerManager();
+  return Composition::instance().videoPlayerManager;
 }
 StatusBarManager& StatusBarManager::shared() {
-  return Composition::instance().statusBarManager();
+  return Composition::instance().statusBarManager;
 }
 WebModel& WebModel::shared() {
-  return Composition::instance().webModel();
+  return Composition::instance().webModel;
 }
 
 }  // namespace quilex

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "agent/AppDelegate.h"
+#include "base/Result.h"
 #include "library/LocalVideoDBManager.h"
 #include "linux/StandardConsole.h"
 #include "linux/desktop/Desktop.h"
@@ -21,8 +21,6 @@
 #include "linux/toolkit/loop/QtBackgroundWork.h"
 #include "linux/toolkit/loop/QtRunLoop.h"
 #include "platform/AppInfo.h"
-#include "platform/InterfaceWindow.h"
-#include "platform/Localization.h"
 #include "platform/NotificationCenter.h"
 #include "platform/StatusReport.h"
 #include "playback/VideoPlayerManager.h"
@@ -32,20 +30,14 @@
 
 namespace quilex {
 
-/// Builds the core over the Linux adapters. The core's own objects are made on first use, through the shared()
-/// accessors of their classes, which answer from the one composition of the process.
+/// The agent, put together: the core over the Linux adapters. Each part gets what it needs from the parts before it.
+/// The core's `shared()` functions answer from the one composition of the process. Main thread.
 class Composition {
  public:
-  /// Why the agent cannot start, in one line.
-  struct Failure {
-    std::string message;
-  };
-
-  /// Opens the settings and chooses the renderer. `backendReason` says why another kind of desktop was not taken.
-  /// `desktopLost` is called once if the desktop goes away.
-  static std::variant<std::unique_ptr<Composition>, Failure> make(std::unique_ptr<Desktop> desktop,
-                                                                  std::string backendReason,
-                                                                  std::function<void()> desktopLost);
+  /// Opens the settings, chooses the renderer and builds everything; shows and plays nothing yet. `backendReason` says
+  /// why the desktop that is tried first was not taken, if so. `desktopLost` is called once when the desktop goes away.
+  static Result<std::unique_ptr<Composition>> make(std::unique_ptr<Desktop> desktop, std::string backendReason,
+                                                   std::function<void()> desktopLost);
   ~Composition();
   Composition(const Composition&) = delete;
   Composition& operator=(const Composition&) = delete;
@@ -53,69 +45,48 @@ class Composition {
   /// The composition of the process; asking before it is made stops the process.
   static Composition& instance();
 
-  const AppInfo& appInfo();
-  Preferences& preferences();
-  LocalVideoDBManager& library();
-  VideoPlayerManager& videoPlayerManager();
-  StatusBarManager& statusBarManager();
-  WebModel& webModel();
-  DistributedNotificationCenter& notificationCenter() { return notifications_; }
-  WindowServer& windowServer() { return *windows_; }
-  Workspace& workspace() { return session_; }
-  RunLoop& eventLoop() { return *runLoop_; }
-  LoadInterfaceFile interfaceFiles();
-  static Localize localization();
-
   /// Writes the settings that are still to be written, waiting a moment for other programs if need be. Any thread.
   void writeSettings();
 
-  /// The menu's wish for an update check, which the delegate answers.
-  std::function<void()> checkUpdates;
-
  private:
-  struct Suites {
-    std::unique_ptr<JsonSettingsSuite> shared;
-    std::unique_ptr<JsonSettingsSuite> standardDefaults;
-  };
+  struct Foundation;
 
-  struct Start {
-    std::unique_ptr<Desktop> desktop;
-    /// Why the desktop that comes first was not taken.
-    std::string backendReason;
-    Suites suites;
-    std::unique_ptr<QtRunLoop> loop;
-    std::unique_ptr<Renderer> renderer;
-    std::string rendererReason;
-  };
-
-  explicit Composition(Start start);
-  void reportStart(const Start& start);
+  explicit Composition(Foundation&& foundation);
+  void reportStart(const Foundation& foundation);
   void reportDisplays();
+  std::unique_ptr<StatusItem> makeStatusItem();
 
-  // In the order of dependence: what comes later uses what comes before.
+  // The adapters
   std::unique_ptr<QtRunLoop> runLoop_;
   StandardConsole console_;
   StatusReport report_;
+  AgentObject object_{report_};
   ThreadedFileFinder fileFinder_{*runLoop_};
   LinuxBundle bundle_ = LinuxBundle::main();
   DBusNotificationCenter notifications_;
   QtBackgroundWork backgroundWork_;
-  LinuxWorkspace session_{backgroundWork_};
+  LinuxWorkspace workspace_{backgroundWork_};
   LocalWallClock wallClock_;
   NotificationCenter processNotifications_;
-  Suites suites_;
+  std::unique_ptr<JsonSettingsSuite> suite_;
+  std::unique_ptr<JsonSettingsSuite> standardDefaults_;
   std::unique_ptr<Desktop> desktop_;
   Renderer& renderer_;
   VideoOutput output_;
-  std::unique_ptr<WindowServer> windows_;
-  std::unique_ptr<AppInfo> info_;
-  std::unique_ptr<Preferences> settings_;
-  std::unique_ptr<LocalVideoDBManager> videos_;
-  std::unique_ptr<VideoPlayerManager> manager_;
-  std::unique_ptr<StatusBarManager> statusBar_;
-  std::unique_ptr<WebModel> web_;
-  std::vector<Disposable> reporting_;
-  AgentObject object_{report_};
+  std::unique_ptr<WindowServer> windowServer_;
+
+ public:
+  // The core
+  const AppInfo appInfo{bundle_.environment()};
+  Preferences preferences{*suite_, *runLoop_};
+  LocalVideoDBManager library;
+  VideoPlayerManager videoPlayerManager;
+  StatusBarManager statusBarManager;
+  WebModel webModel;
+  AppDelegate delegate;
+
+ private:
+  std::vector<Disposable> observations_;
 };
 
 }  // namespace quilex

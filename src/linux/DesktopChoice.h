@@ -7,9 +7,8 @@
 
 namespace quilex {
 
-/// The desktop of this session: a Wayland compositor with a layer shell, else an X server, be it that of a Wayland
-/// compositor; empty when there is neither. Blocks until the server has answered. `refusal` says why the kind of
-/// desktop that comes first was not taken, if so.
+/// Connects to the desktop of this session: a Wayland compositor with a layer shell, else an X server (XWayland, too).
+/// Null if there is neither. Blocks until the server has answered. `refusal` is set to why Wayland is not used, if so.
 std::unique_ptr<Desktop> openDesktop(std::string& refusal);
 
 }  // namespace quilex

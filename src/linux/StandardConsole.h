@@ -8,6 +8,7 @@
 
 namespace quilex {
 
+/// The console over the standard streams and the log.
 class StandardConsole : public Console {
  public:
   void print(std::string_view line) override {

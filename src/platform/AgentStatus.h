@@ -9,21 +9,21 @@
 
 namespace quilex {
 
-/// A monitor, as a report names it.
+/// A monitor, for the report.
 struct DisplayStatus {
   std::string name;
-  /// Place and size in the desktop's global space.
+  /// In the desktop's global space.
   Rect frame;
-  /// Pixels for one unit of that space.
+  /// Device pixels per unit of that space.
   double scale = 1;
-  /// Hz; 0 when it is not known.
+  /// Hz; 0 if unknown.
   double refreshRate = 0;
   bool operator==(const DisplayStatus&) const = default;
 };
 
-/// What the agent says of itself to whoever asks. Texts are empty, numbers 0, while there is nothing to say.
+/// The agent's status, for other programs. Texts are empty and numbers are 0 until there is something to report.
 struct AgentStatus {
-  // The program, from its start on
+  // Set once, at the start
 
   std::string version;
   std::uint32_t processId = 0;
@@ -32,13 +32,13 @@ struct AgentStatus {
   /// XDG_CURRENT_DESKTOP and XDG_SESSION_TYPE of the agent's environment.
   std::string desktop;
   std::string sessionType;
-  /// "wayland" or "x11", and why the one before it was not taken.
+  /// "wayland" or "x11"; and why Wayland is not used, if so.
   std::string backend;
   std::string backendReason;
-  /// "gpu" or "cpu", and why that one.
+  /// "gpu" or "cpu"; and why that one.
   std::string renderer;
   std::string rendererReason;
-  /// The GPU's driver and name, as OpenGL says them.
+  /// The GPU's driver and name, from OpenGL.
   std::string gpu;
   std::string settingsFile;
   std::string libraryFile;
@@ -48,27 +48,27 @@ struct AgentStatus {
   // The desktop
 
   std::vector<DisplayStatus> displays;
-  /// For which kind of panel the status item was made: "none" until there is one, "notifier" or "embedded".
+  /// The kind of panel that the status item was made for: "notifier", "embedded", or "none" so far.
   std::string statusItem = "none";
 
   // What is shown
 
-  /// Whether the wallpaper is shown, and moves, as the settings have it.
+  /// The settings: whether the wallpaper is shown, and whether it plays.
   bool isOpen = false;
   bool isPlaying = false;
-  /// Sign and title of the player's video, and how it is: "none", "loading", "ready" or "failed".
+  /// Sign and title of the player's video, and its state: "none", "loading", "ready" or "failed".
   std::string videoSign;
   std::string videoTitle;
   std::string videoState = "none";
-  /// Which video could not be played last, and why.
+  /// The last video that could not be played, and why.
   std::string lastFailure;
-  /// The decoder's description, and the hardware's interface that decodes ("no" when that is not in use).
+  /// The decoder's description, and the interface of hardware decoding ("no" when that is not in use).
   std::string decoder;
   std::string hardwareDecoder;
   /// In pixels.
   std::int32_t videoWidth = 0;
   std::int32_t videoHeight = 0;
-  /// Raw values of the settings.
+  /// The settings' raw values.
   std::int32_t monitorArrange = 0;
   std::int32_t screenIndex = 0;
   std::int32_t playMode = 0;
@@ -79,15 +79,15 @@ struct AgentStatus {
 
   // The service's last answer
 
-  /// HTTP status and size, or what went wrong.
+  /// HTTP status and size, or the error.
   std::string serviceAnswer;
   bool serviceAnswered = false;
   /// Seconds since the epoch.
   std::int64_t serviceAnswerTime = 0;
 
-  // Counted all the time, and therefore only read
+  // Counters, filled in when the status is read
 
-  /// In the last minute: frames that at least one window showed, and frames that came too late to be shown.
+  /// In the last minute: frames that at least one window showed, and frames that were too late to be shown.
   std::uint32_t framesShown = 0;
   std::uint32_t framesDropped = 0;
 };

@@ -10,20 +10,20 @@
 
 namespace quilex {
 
-/// The kinds of directory that AppInfo can be asked for; `other` stands for every kind without a name of its own.
+/// The kinds of directory that AppInfo knows; `other` is every kind without a name of its own.
 enum class SearchPathDirectory { caches, applicationSupport, preferencePanes, other };
 
-/// What the desktop says about the running application.
+/// The desktop's facts about the running application.
 struct AppEnvironment {
   /// The bundle's information dictionary; a key whose value is not a string is present with no value.
   std::map<std::string, std::optional<std::string>> informationDictionary;
-  /// The container that the applications of the group share; none on desktops that have no such thing.
+  /// The container that the applications of the group share; none on desktops without such containers.
   std::optional<std::filesystem::path> groupContainer;
   /// The user's own directories of a kind, best first.
   std::function<std::vector<std::filesystem::path>(SearchPathDirectory)> userDirectories;
 };
 
-/// Facts about the running application, each computed once, at construction or first use, and kept.
+/// Facts about the running application, each computed once and kept.
 class AppInfo {
  public:
   static constexpr std::string_view groupIdentifier = "K4TQZM71RX.quilex";
@@ -40,10 +40,9 @@ class AppInfo {
   /// Short version with the build number in parentheses; "1.0.0" when either is missing.
   const std::string& displayVersion() const { return readableVersion_; }
 
-  /// Where files of a kind go.
+  /// Where files of that kind go.
   std::filesystem::path location(SearchPathDirectory kind) const;
-  /// The same, created if it is missing. A failure to create it is ignored: the caller's own
-  /// file operations report it.
+  /// The same, created if it is missing. A failure to create it is ignored: the caller's file operations will fail.
   std::filesystem::path directory(SearchPathDirectory kind) const;
 
   /// Paths that are looked up once.

@@ -4,7 +4,7 @@
 
 namespace quilex {
 
-/// A colour of the sRGB space, not premultiplied.
+/// An sRGB colour, not premultiplied.
 struct Color {
   std::uint8_t red = 0;
   std::uint8_t green = 0;

@@ -7,18 +7,18 @@
 
 namespace quilex {
 
-/// Notifications between the processes of one user's session, keyed by name. Main thread. Where the desktop has no
-/// such broadcast, posting does nothing and observers hear nothing.
+/// Notifications between the processes of one user's session, keyed by name. Without such a broadcast on the desktop,
+/// posting does nothing and observers are never called. Main thread.
 class DistributedNotificationCenter {
  public:
   virtual ~DistributedNotificationCenter() = default;
-  /// Calls the handler for each notification of that name from any sender, until the token is released. What the
-  /// notification carries besides its name is dropped.
+  /// Calls the handler for each notification of that name from any sender, until the token is released. Whatever else
+  /// a notification carries is dropped.
   [[nodiscard]] virtual Disposable observe(const std::string& name, std::function<void()> handler) = 0;
-  /// Posts a notification with no object and no user information.
+  /// Posts a notification without an object and user information.
   virtual void post(const std::string& name) = 0;
-  /// Holds notifications back from this process, or, with false, delivers them whether or not it is the active one. A
-  /// centre that never holds any back ignores this.
+  /// True holds notifications back from this process; false delivers them even while it is not the active one. For
+  /// centres that know active processes; others ignore it.
   virtual void setSuspended(bool suspended) = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace quilex {
 
-/// A decoded picture of the desktop's toolkit. Two pictures are the same when they have the same address.
+/// A decoded image of the desktop's toolkit. Two images are the same when they have the same address.
 class Image {
  public:
   Image() = default;
@@ -18,15 +18,15 @@ class Image {
 };
 
 struct DecodedImage {
-  /// Nothing when there is none.
+  /// Null if there is none.
   std::shared_ptr<Image> image;
-  /// Its width by its height; each takes at most four bytes of memory.
+  /// Width times height; a pixel takes at most four bytes of memory.
   std::size_t pixels = 0;
 };
 
-/// Decodes the bytes of a picture file, of the usual formats for photographs and drawings in pixels; nothing when they
-/// are no such picture, when it has more pixels than that, which its header says before any is decoded, or when a stop
-/// is requested. The bytes come from the network: whatever is in them is met with silence. Any thread.
+/// Decodes an image file of the usual pixel formats. There is no image if the bytes are none, if the header gives more
+/// pixels than `maximumPixels` (then nothing is decoded), or if a stop is requested. The bytes come from the network;
+/// nothing is logged about them. Any thread.
 using DecodeImage =
     std::function<DecodedImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop)>;
 

@@ -14,12 +14,12 @@ class TextField {
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
 
-  /// Makes this UTF-8 text the whole content, as plain text; control characters show as a replacement sign, and
-  /// a text of more than some thousand characters ends there.
+  /// Makes this UTF-8 text the whole content, as plain text. Control characters become replacement characters, and the
+  /// text is cut after some thousand characters.
   virtual void setStringValue(const std::string& text) = 0;
-  /// Appends a document's text to the content. Nothing that it refers to is loaded, and of a long one only the
-  /// beginning is read, so that it takes no noticeable time. False, and nothing changes, when there is no text in it or
-  /// the field is for plain text.
+  /// Appends the text of an HTML document to the content. Loads nothing that the document refers to, and reads only the
+  /// beginning of a long one, which would take too long. Returns false and changes nothing if the document has no text
+  /// or the field is for plain text.
   virtual bool appendHTML(const std::string& html) = 0;
 };
 
@@ -31,15 +31,15 @@ class PushButton {
   PushButton(const PushButton&) = delete;
   PushButton& operator=(const PushButton&) = delete;
 
-  /// What pressing the button does, from now on; it may close the window but not destroy it.
+  /// Sets what a press does. The action may close the window but not destroy it.
   virtual void setAction(std::function<void()> action) = 0;
 };
 
-/// The buttons of a title bar besides the one that closes the window.
+/// The buttons of a title bar, except the one that closes the window.
 enum class StandardWindowButton { miniaturize = 1, zoom = 2, fullScreen = 7 };
 
-/// A window made from an interface file, hidden at first. Destroying it closes it. Escape and the user's own closing
-/// hide it. Main thread.
+/// A window made from an interface file, hidden at first. Escape and the title bar hide it; destroying it closes it.
+/// Main thread.
 class InterfaceWindow {
  public:
   InterfaceWindow() = default;
@@ -47,26 +47,27 @@ class InterfaceWindow {
   InterfaceWindow(const InterfaceWindow&) = delete;
   InterfaceWindow& operator=(const InterfaceWindow&) = delete;
 
-  /// The text or the button of that name; none when the file has no such thing.
+  /// The text or the button of that name; null if the file has none.
   virtual TextField* textField(const std::string& name) = 0;
   virtual PushButton* button(const std::string& name) = 0;
 
-  /// Takes a button off the title bar.
+  /// Removes a button from the title bar.
   virtual void hideStandardButton(StandardWindowButton button) = 0;
-  /// Makes the window transparent but for its content.
+  /// Makes the window transparent where it has no content.
   virtual void setClearBackground() = 0;
-  /// Draws the bundle's image of that name behind the content, over all of the window. An image that is missing leaves
-  /// the window as it was.
+  /// Draws the bundle's image of that name behind the content, over the whole window. Nothing changes if the image is
+  /// missing.
   virtual void setContents(const std::string& imageName) = 0;
 
-  /// Shows the window in front of all others, and gives it the keyboard if it is to have it.
+  /// Whether a window that is shown takes the keyboard.
   enum class Keyboard { stays, comes };
+  /// Shows the window in front of all others.
   virtual void show(Keyboard keyboard) = 0;
   virtual void close() = 0;
 };
 
-/// Makes the window of the bundle's interface file of that name; nothing, after a line on standard error, when the file
-/// is missing or is no such file.
+/// Makes the window of the bundle's interface file of that name. Null, after a line on standard error, if the file is
+/// missing or broken.
 using LoadInterfaceFile = std::function<std::unique_ptr<InterfaceWindow>(const std::string& name)>;
 
 }  // namespace quilex

@@ -6,11 +6,11 @@
 
 namespace quilex {
 
-/// Looks a visible text up in the user's language by its English text and the comment for translators, which tells
-/// equal texts apart; answers the English text where there is no translation.
+/// Translates a visible text into the user's language. The comment is for translators, and tells equal texts apart.
+/// Without a translation the result is the English text.
 using Localize = std::function<std::string(const char* english, const char* comment)>;
 
-/// The format with the value in place of its "%@"; the format itself when a translation has lost that.
+/// The format with the value in place of "%@"; the format itself if a translation has lost that.
 inline std::string filled(std::string format, std::string_view value) {
   constexpr std::string_view kPlace = "%@";
   const auto place = format.find(kPlace);
@@ -19,6 +19,5 @@ inline std::string filled(std::string format, std::string_view value) {
 
 }  // namespace quilex
 
-/// Stands in each class that looks texts up, for the tool that collects them for the translators: the name under which
-/// the texts of the class are filed.
+/// For the tool that collects the texts for the translators: the context of all texts in the class where this is.
 #define QUILEX_TEXTS_FILED_UNDER(context) static_assert(true)

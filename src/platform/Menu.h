@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "base/Disposable.h"
@@ -12,105 +13,92 @@
 
 namespace quilex {
 
-class Menu;
-
-/// An entry of a menu, as plain data that can be observed. An item may stand in several menus, one after another.
-/// Main thread.
-class MenuItem {
+/// What a menu shows of an action or a submenu, as plain data that can be observed. Main thread.
+class MenuEntry {
  public:
-  /// What choosing the item does; it is handed the item.
-  using Action = std::function<void(MenuItem& sender)>;
+  MenuEntry(const MenuEntry&) = delete;
+  MenuEntry& operator=(const MenuEntry&) = delete;
 
-  /// An item without an action only shows its title or opens its submenu. `keyEquivalent` is one character, or empty.
-  explicit MenuItem(std::string itemTitle, Action itemAction = {}, std::string key = {})
-      : text_(std::move(itemTitle)), action_(std::move(itemAction)), keyText_(std::move(key)) {}
-  MenuItem(const MenuItem&) = delete;
-  MenuItem& operator=(const MenuItem&) = delete;
-
-  static std::shared_ptr<MenuItem> separatorItem() {
-    auto item = std::make_shared<MenuItem>(std::string());
-    item->separator_ = true;
-    return item;
-  }
-
-  bool isSeparator() const { return separator_; }
-  const std::string& title() const { return text_; }
-  const std::string& keyEquivalent() const { return keyText_; }
-  /// Whether the item bears a check mark, and whether it is one that ever does.
-  bool state() const { return on_; }
-  bool isCheckable() const { return checkable_; }
+  const std::string& title() const { return title_; }
+  /// A check mark that is on or off; nothing for an entry that never bears one.
+  std::optional<bool> mark() const { return mark_; }
   bool isEnabled() const { return enabled_; }
-  /// A number for the action's own use.
-  int tag() const { return number_; }
-  const std::shared_ptr<Menu>& submenu() const { return opened_; }
-  bool hasAction() const { return action_ != nullptr; }
 
-  void setTitle(std::string newTitle) { set(text_, std::move(newTitle)); }
-  void setState(bool newState) { set(on_, newState); }
-  void setEnabled(bool nowEnabled) { set(enabled_, nowEnabled); }
-  void setCheckable(bool nowCheckable) { set(checkable_, nowCheckable); }
-  void setTag(int newTag) { number_ = newTag; }
-  void setSubmenu(std::shared_ptr<Menu> menu) { set(opened_, std::move(menu)); }
+  void setTitle(std::string title) { set(title_, std::move(title)); }
+  void setMark(bool on) { set(mark_, std::optional(on)); }
+  void setEnabled(bool enabled) { set(enabled_, enabled); }
 
-  /// The user chose the item; nothing happens while it is disabled.
-  void choose() {
-    if (enabled_ && action_) {
-      // The action may give the item up.
-      const Action running = action_;
-      running(*this);
-    }
-  }
-
-  /// Tells each change of what the item shows.
+  /// Notifies of each change of what the entry shows.
   [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
+
+ protected:
+  explicit MenuEntry(std::string title) : title_(std::move(title)) {}
+  ~MenuEntry() = default;
 
  private:
   template <typename Value>
-  void set(Value& member, Value newValue) {
-    if (member != newValue) {
-      member = std::move(newValue);
+  void set(Value& member, Value value) {
+    if (member != value) {
+      member = std::move(value);
       observers_.notify();
     }
   }
 
-  std::string text_;
-  Action action_;
-  std::string keyText_;
-  bool separator_ = false;
-  bool on_ = false;
-  bool checkable_ = false;
+  std::string title_;
+  std::optional<bool> mark_;
   bool enabled_ = true;
-  int number_ = 0;
-  std::shared_ptr<Menu> opened_;
   ObserverList<> observers_;
 };
 
-/// Items in their order, as plain data that can be observed. Main thread.
-class Menu {
+/// An entry that does something when it is chosen.
+class MenuAction : public MenuEntry {
  public:
-  explicit Menu(std::string menuTitle = {}) : text_(std::move(menuTitle)) {}
-  Menu(const Menu&) = delete;
-  Menu& operator=(const Menu&) = delete;
+  /// `key` is the one character of the shortcut, or empty. An action without `run` only shows its title.
+  explicit MenuAction(std::string title, std::function<void()> run = {}, std::string key = {})
+      : MenuEntry(std::move(title)), run_(std::move(run)), key_(std::move(key)) {}
 
-  const std::string& title() const { return text_; }
-  const std::vector<std::shared_ptr<MenuItem>>& itemArray() const { return items_; }
+  const std::string& keyEquivalent() const { return key_; }
 
-  void addItem(std::shared_ptr<MenuItem> item) {
-    items_.push_back(std::move(item));
-    observers_.notify();
+  /// The user chose the action; nothing happens while it is disabled.
+  void choose() const {
+    if (isEnabled() && run_) {
+      // What runs may give the action up.
+      const auto running = run_;
+      running();
+    }
   }
-  void removeAllItems() {
-    items_.clear();
-    observers_.notify();
-  }
-
-  /// Tells each change of the items that the menu holds; what changes in an item, the item tells.
-  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
-  std::string text_;
-  std::vector<std::shared_ptr<MenuItem>> items_;
-  ObserverList<> observers_;
+  std::function<void()> run_;
+  std::string key_;
+};
+
+class Menu;
+struct MenuSeparator {};
+
+/// A menu shows actions, submenus and separators. An action or a submenu may be in several menus, one after another.
+using MenuItem = std::variant<std::shared_ptr<MenuAction>, std::shared_ptr<Menu>, MenuSeparator>;
+
+/// Items in their order. As an item of another menu it is an entry too, which opens it.
+class Menu : public MenuEntry {
+ public:
+  explicit Menu(std::string title = {}, std::vector<MenuItem> items = {})
+      : MenuEntry(std::move(title)), items_(std::move(items)) {}
+
+  const std::vector<MenuItem>& itemArray() const { return items_; }
+  void setItems(std::vector<MenuItem> items) {
+    items_ = std::move(items);
+    itemsObservers_.notify();
+  }
+
+  /// Notifies of each change of the list of items. What changes in an entry is that entry's own notification.
+  [[nodiscard]] Disposable observeItems(std::function<void()> handler) {
+    return itemsObservers_.add(std::move(handler));
+  }
+
+ private:
+  std::vector<MenuItem> items_;
+  ObserverList<> itemsObservers_;
 };
 
 }  // namespace quilex

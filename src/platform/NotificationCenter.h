@@ -11,13 +11,13 @@
 
 namespace quilex {
 
-/// Notifications within the process, keyed by name. They carry a value of the type that their name's owner documents,
-/// or none. Main thread.
+/// Notifications within the process, keyed by name. They carry a value or none, as documented with the name. Main
+/// thread.
 class NotificationCenter {
  public:
   using Handler = std::function<void(const std::any& userInfo)>;
 
-  /// Calls the handler, from inside `post`, for each notification of that name, until the token is released. The token
+  /// Calls the handler for each notification of that name, from inside `post`, until the token is released. The token
   /// may outlive the centre.
   [[nodiscard]] Disposable observe(const std::string& name, Handler handler) {
     return observers_[name].add(std::move(handler));

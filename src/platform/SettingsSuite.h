@@ -8,8 +8,8 @@ namespace quilex {
 
 /// A key-value store that other processes read and write too. Main thread.
 ///
-/// Typed reads answer the neutral value (0, 0.0, false, none) when the key is absent or holds another type. A value
-/// set here is read back at once, and reaches the other processes at the latest a moment after `synchronize`.
+/// Typed reads return the neutral value (0, 0.0, false, none) if the key is absent or holds another type. A value that
+/// was set is read back at once, and reaches other processes a moment after `synchronize` at the latest.
 class SettingsSuite {
  public:
   virtual ~SettingsSuite() = default;
@@ -26,7 +26,7 @@ class SettingsSuite {
   virtual void setString(const std::string& key, const std::string& value) = 0;
   virtual void remove(const std::string& key) = 0;
 
-  /// Exchanges changes with the store now rather than soon. A failure keeps the changes for a later exchange.
+  /// Exchanges changes with the store now. What cannot be written is tried again later.
   virtual void synchronize() = 0;
 };
 

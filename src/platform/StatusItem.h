@@ -8,15 +8,14 @@
 
 namespace quilex {
 
-/// The agent's item in the panel's status area. It follows its menu as that changes, also while it is open. Without a
-/// panel nothing is seen of it, until one comes. Destroying it takes it away. Main thread.
+/// The agent's item in the panel's status area, which appears with the panel. Destroying it removes it. Main thread.
 class StatusItem {
  public:
   virtual ~StatusItem() = default;
-  /// Shows the bundle's image of that name as a template: its shape in the panel's own colour. An image that is
-  /// missing leaves the item as it was.
+  /// Shows the bundle's image of that name as a template: its shape in the panel's colour. Nothing changes if the image
+  /// is missing.
   virtual void setTemplateImage(const std::string& name) = 0;
-  /// The menu that the item opens, or none.
+  /// Sets the menu that the item opens, or none. What changes in the menu is shown at once.
   virtual void setMenu(std::shared_ptr<Menu> menu) = 0;
 };
 

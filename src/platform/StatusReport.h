@@ -8,17 +8,17 @@
 
 namespace quilex {
 
-/// Where the agent's parts write down what they know of its status, and others follow it. Main thread.
+/// The agent's status, written by the parts that know it and observed by the one that publishes it. Main thread.
 class StatusReport {
  public:
-  /// Has `change` change the status, then notifies, also where nothing differs.
+  /// Applies the change to the status, then notifies, even if nothing differs.
   template <typename Change>
   void update(const Change& change) {
     change(current_);
     observers_.notify();
   }
-  /// Fills in what is counted all the time, whenever the status is read.
-  void setCount(std::function<void(AgentStatus&)> newCount) { count_ = std::move(newCount); }
+  /// Sets what fills in the counters whenever the status is read.
+  void setCount(std::function<void(AgentStatus&)> count) { count_ = std::move(count); }
 
   AgentStatus read() const {
     AgentStatus status = current_;

@@ -9,12 +9,11 @@ namespace quilex {
 enum class VideoGravity { resizeAspect, resizeAspectFill, resize };
 enum class ControlsStyle { none = 0 };
 
-/// What a window shows of a player: the player's current frame, laid into `frame` by the gravity. The frame is in the
-/// window's own coordinates and may reach beyond the window, which then shows the part inside it. Not clipped or
-/// scaled by itself; the window server draws it. Main thread.
+/// The rectangle in which a window shows a player. It is in the window's coordinates and may be larger than the window,
+/// which then shows a part of the picture. The window server draws it. Main thread.
 class VideoView {
  public:
-  explicit VideoView(Rect frameRect) : frame(frameRect) {}
+  explicit VideoView(Rect rect) : frame(rect) {}
   virtual ~VideoView() = default;
   VideoView(const VideoView&) = delete;
   VideoView& operator=(const VideoView&) = delete;
@@ -22,10 +21,11 @@ class VideoView {
   Rect frame;
   /// Not owned; outlives the view.
   VideoPlayer* player = nullptr;
+  // For window servers that can draw otherwise than filling the view, or with controls.
   VideoGravity videoGravity = VideoGravity::resizeAspect;
   ControlsStyle controlsStyle = ControlsStyle::none;
 
-  /// Drawing, a touch or a press inside the view; the base class does nothing of its own.
+  /// Called when the view is drawn, touched or pressed.
   virtual void drawRect(const Rect& /*dirty*/) {}
   virtual void touchesBegan() {}
   virtual void mouseDown() {}

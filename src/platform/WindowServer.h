@@ -11,28 +11,28 @@
 
 namespace quilex {
 
-/// A monitor. Two screens are told apart by their frames.
+/// A monitor. Its frame identifies it.
 struct Screen {
   std::string name;
-  /// Place and size in the desktop's global space.
+  /// In the desktop's global space.
   Rect frame;
 };
 
 enum class WindowLevel { desktopIcon };
 
-/// A borderless window that covers one screen on every workspace and never takes the focus; made hidden. Destroying it
-/// removes it from the screen. Main thread.
+/// A borderless window that covers one screen on every workspace and never takes the focus. Hidden at first; destroying
+/// it removes it from the screen. Main thread.
 class WallpaperWindow {
  public:
   virtual ~WallpaperWindow() = default;
 
-  /// Puts the view into the window. A press of a pointer button inside it reaches the view; `click` is told of each
+  /// Puts the view into the window. The view gets each press of a pointer button inside it; `click` is called for each
   /// completed click of the primary button.
   virtual void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) = 0;
-  /// For window systems with numbered levels; where windows are made for the desktop's background, it does nothing.
+  /// For window systems in which a window's level can change; others ignore it.
   virtual void setLevel(WindowLevel level) = 0;
-  /// Shows the window behind, respectively in front of, all other windows of its level. A window that has no frame to
-  /// show yet appears with its first one.
+  /// Shows the window behind or in front of all other windows of its level. A window without a frame appears with its
+  /// first one.
   virtual void orderBack() = 0;
   virtual void orderFront() = 0;
   /// Hides the window.
@@ -44,16 +44,16 @@ class WindowServer {
  public:
   virtual ~WindowServer() = default;
 
-  /// The monitors that are on, in the desktop's order; none when all are off.
+  /// The monitors that are on, in the desktop's order.
   virtual std::vector<Screen> screens() const = 0;
   virtual std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) = 0;
 
-  /// Tells that monitors came, went or changed; once per turn of the run loop however many changes there were.
+  /// Notifies when monitors came, went or changed, at most once per turn of the run loop.
   [[nodiscard]] virtual Disposable observeScreens(std::function<void()> handler) = 0;
-  /// Tells that the agent's windows, taken together, came to be fully covered by other windows, or visible again. Not
-  /// told of what the agent's own showing, hiding and ordering of them brings about.
+  /// Notifies when the agent's windows as a whole were fully covered by other windows, or became visible again; not
+  /// when the agent itself showed, hid or ordered them.
   [[nodiscard]] virtual Disposable observeOcclusion(std::function<void()> handler) = 0;
-  /// Tells that another workspace became the active one. Never, on desktops that do not say so.
+  /// Notifies when another workspace became the active one; never on desktops that do not announce it.
   [[nodiscard]] virtual Disposable observeActiveSpace(std::function<void()> handler) = 0;
 };
 

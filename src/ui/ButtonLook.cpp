@@ -28,8 +28,8 @@ void ButtonLook::setCustomBorder(bool custom) {
   shownLayer_->borderColor = kLightGray;
 }
 
-void ButtonLook::setCornerRadius(double newRadius) {
-  radius_ = newRadius;
+void ButtonLook::setCornerRadius(double radius) {
+  radius_ = radius;
   if (shownLayer_) {
     shownLayer_->cornerRadius = radius_;
     shownLayer_->masksToBounds = true;
@@ -73,7 +73,7 @@ void ButtonLook::mouseDown() {
 }
 
 void ButtonLook::mouseDownEnded() {
-  // The pointer is taken to be inside still; if it is not, it is about to leave.
+  // As if the pointer were still inside. If it is not, `mouseExited` follows.
   if (isEnabled && hoverColor) {
     setBackground(hoverColor);
   }

@@ -8,9 +8,9 @@
 
 namespace quilex {
 
-/// What is drawn beneath image and title; lengths in logical pixels.
+/// What is drawn below image and title. Lengths are in logical pixels.
 struct ButtonLayer {
-  /// None is transparent.
+  /// Nothing is transparent.
   std::optional<Color> backgroundColor;
   double cornerRadius = 0;
   bool masksToBounds = false;
@@ -20,68 +20,68 @@ struct ButtonLayer {
   bool operator==(const ButtonLayer&) const = default;
 };
 
-/// How a button with a hover background looks, as events and properties change it: a plain model, which a toolkit's
-/// button tells its events and then draws. A colour shows from the event or setter that applies it until the next one
-/// does; a disabled button keeps what it shows. Main thread.
+/// The look of a button with a hover background, as a plain model: a toolkit's button passes its events on and draws
+/// the result. A colour stays until an event or a setter applies another one; a disabled button does not change. Main
+/// thread.
 class ButtonLook {
  public:
-  using Picture = std::shared_ptr<const Image>;
+  using ImagePointer = std::shared_ptr<const Image>;
   using Layer = ButtonLayer;
 
-  /// The desktop's colours for the background of text and for labels.
+  /// The desktop's colours for text backgrounds and labels.
   struct SystemColors {
     Color textBackground;
     Color label;
   };
 
-  /// Size of the title's system font in logical pixels; the title is centred.
+  /// Size of the title's font in logical pixels.
   static constexpr double kTitleSize = 14.0;
 
   explicit ButtonLook(SystemColors colors) : system_(colors) {}
 
   // Properties that take effect with the next event
 
-  Picture hoverImage;
-  Picture normalImage;
-  /// Background while the pointer is inside, and after a press.
+  ImagePointer hoverImage;
+  ImagePointer normalImage;
+  /// The background while the pointer is inside, and after a press.
   std::optional<Color> hoverColor;
-  /// Background while the button is held down.
+  /// The background while the button is held down.
   std::optional<Color> pressedColor;
-  /// Whether the button answers to the pointer.
+  /// Whether the button reacts to the pointer.
   bool isEnabled = true;
 
-  // Properties that take effect at once, on a layer only where there is one
+  // Properties that take effect at once, if there is a layer
 
-  /// The resting background; the system's text background until it is set.
+  /// The background at rest; the system's text background until it is set.
   Color normalColor() const { return normal_.value_or(system_.textBackground); }
   void setNormalColor(Color color);
-  /// Sets the resting background too. The system's label colour until it is set.
+  /// The system's label colour until it is set. Setting it shows the background at rest, too.
   Color titleColor() const { return title_.value_or(system_.label); }
   void setTitleColor(Color color);
   bool isCustomBorder() const { return customBorder_; }
-  /// Any assignment makes the layer and gives it a thin border for good.
+  /// Either value makes the layer and gives it a thin border for good.
   void setCustomBorder(bool custom);
   double cornerRadius() const { return radius_; }
-  void setCornerRadius(double newRadius);
+  void setCornerRadius(double radius);
 
   // Events
 
-  /// All properties are set, and the button is about to be seen: makes the layer.
+  /// The properties are set and the button is about to appear: makes the layer.
   void awakeFromNib();
   void mouseEntered();
   void mouseExited();
   void mouseDown();
-  /// The press that `mouseDown` began is over, and its action done.
+  /// The press is over, and its action is done.
   void mouseDownEnded();
-  /// The desktop's colours changed; what shows one of them changes with it.
+  /// The desktop's colours changed.
   void setSystemColors(SystemColors colors);
 
-  // What shows
+  // What is shown
 
-  /// None until the button awakes or has a border.
+  /// Nothing until the button awakes or has a border.
   const std::optional<Layer>& layer() const { return shownLayer_; }
-  /// The image that the last event put on the button; none leaves the button's own.
-  const Picture& image() const { return shownImage_; }
+  /// The image that an event has put on the button; null leaves the button's own.
+  const ImagePointer& image() const { return shownImage_; }
 
  private:
   void setBackground(const std::optional<Color>& color);
@@ -92,7 +92,7 @@ class ButtonLook {
   bool customBorder_ = false;
   double radius_ = 5.0;
   std::optional<Layer> shownLayer_;
-  Picture shownImage_;
+  ImagePointer shownImage_;
 };
 
 }  // namespace quilex

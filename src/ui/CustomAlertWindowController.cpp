@@ -4,8 +4,8 @@
 
 namespace quilex {
 
-CustomAlertWindowController::CustomAlertWindowController(LoadInterfaceFile load)
-    : loadInterfaceFile_(std::move(load)) {}
+CustomAlertWindowController::CustomAlertWindowController(LoadInterfaceFile loadInterfaceFile)
+    : loadInterfaceFile_(std::move(loadInterfaceFile)) {}
 
 void CustomAlertWindowController::loadWindow() {
   window_ = loadInterfaceFile_("CustomAlertWindowController");

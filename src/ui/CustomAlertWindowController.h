@@ -6,16 +6,16 @@
 
 namespace quilex {
 
-/// A small window with a headline, a line of explanation and a button, made from the interface file
-/// "CustomAlertWindowController". It can be shown any number of times. Main thread.
+/// An alert with a headline, a line of explanation and a button, from the interface file "CustomAlertWindowController".
+/// It can be shown again and again. Main thread.
 class CustomAlertWindowController {
  public:
-  explicit CustomAlertWindowController(LoadInterfaceFile load);
+  explicit CustomAlertWindowController(LoadInterfaceFile loadInterfaceFile);
 
   /// False until `loadWindow` has found the interface file.
   bool isWindowLoaded() const { return window_ != nullptr; }
   void loadWindow();
-  /// Brings the window to the front and gives it the keyboard; nothing happens without one.
+  /// Brings the window, if there is one, to the front and gives it the keyboard.
   void showWindow();
   /// The button's action.
   void ok();
@@ -27,7 +27,7 @@ class CustomAlertWindowController {
   std::unique_ptr<InterfaceWindow> window_;
 
  public:
-  /// In the window, once it is loaded.
+  /// Null until the window is loaded.
   TextField* titleLabel = nullptr;
   TextField* infoLabel = nullptr;
 };

@@ -11,8 +11,8 @@ constexpr const char* kMainApplication = "com.dravo.quilex.macOS";
 
 }  // namespace
 
-StatusBarManager::StatusBarManager(Services theServices)
-    : services_(std::move(theServices)),
+StatusBarManager::StatusBarManager(Services services)
+    : services_(std::move(services)),
       openVideoTitle_(localized("Open Video Wallpaper", "start/stop Video Desktop")),
       closeVideoTitle_(localized("Close Video Wallpaper", "start/stop Video Desktop")),
       playTitle_(localized("Play", "play/pause")),
@@ -27,53 +27,36 @@ void StatusBarManager::buildStatusMenu() {
   observersDispose_.push_back(
       services_.preferences.isPlaying.observe([this](bool playing) { isPlayingChanged(playing); }));
   statusItem().setTemplateImage("quilex_statusBar");
-
-  const Item mainWindow =
-      makeItem(localized("Main Window", "use to show main window"), &StatusBarManager::showMainWindowMenuItemAction);
-  // Kept out of the menu.
-  const Item openLocalFile =
-      makeItem(localized("Open local file", "open local file"), &StatusBarManager::showLocalFileWindow);
-  const Item quit = makeItem(localized("Quit", "quit application"), &StatusBarManager::quitMenuItemAction, "q");
-  const auto screen = std::make_shared<MenuItem>(localized("Screen", "title"));
-
-  const auto screenMenu = std::make_shared<Menu>(localized("Screen", "title"));
-  screenList();
-  lonely().setSubmenu(lonelyMenu_);
-  combo();
-  dynamic();
-  for (const Item& item : {comboItem_, dynamicItem_, lonelyItem_}) {
-    screenMenu->addItem(item);
+  if (!muteItem_) {
+    makeItems();
   }
   markArrangement();
 
-  const auto menu = std::make_shared<Menu>();
-  menu->addItem(mainWindow);
-  const auto version = std::make_shared<MenuItem>(services_.displayVersion);
+  const auto version = std::make_shared<MenuAction>(services_.displayVersion);
   version->setEnabled(false);
-  menu->addItem(version);
-  menu->addItem(makeItem(localized("Check for Updates...", "Check Update"), &StatusBarManager::checkUpdates));
-  menu->addItem(MenuItem::separatorItem());
-  toggleVideoDestop();
-  playPause();
-  hideDesktopIcon();
-  muting();
-  for (const Item& item : {toggleVideoDestopItem_, playPauseItem_, hideDesktopIconItem_, muteItem_}) {
-    menu->addItem(item);
-  }
-  menu->addItem(MenuItem::separatorItem());
+  std::vector<MenuItem> items{
+      makeAction(localized("Main Window", "use to show main window"), &StatusBarManager::showMainWindowMenuItemAction),
+      version,
+      makeAction(localized("Check for Updates...", "Check Update"), &StatusBarManager::checkUpdates),
+      MenuSeparator(),
+      toggleVideoDestopItem_,
+      playPauseItem_,
+      hideDesktopIconItem_,
+      muteItem_,
+      MenuSeparator()};
   if (services_.windowServer.screens().size() > 1) {
-    screen->setSubmenu(screenMenu);
-    menu->addItem(screen);
+    items.emplace_back(std::make_shared<Menu>(localized("Screen", "title"),
+                                              std::vector<MenuItem>{comboItem_, dynamicItem_, lonelyMenu_}));
   }
-  menu->addItem(MenuItem::separatorItem());
-  menu->addItem(quit);
-  statusItem().setMenu(menu);
+  items.emplace_back(MenuSeparator());
+  items.emplace_back(makeAction(localized("Quit", "quit application"), &StatusBarManager::quitMenuItemAction, "q"));
+  statusItem().setMenu(std::make_shared<Menu>("", std::move(items)));
   observeSettings();
 }
 
 void StatusBarManager::observeSettings() {
   Preferences& preferences = services_.preferences;
-  observersDispose_.push_back(preferences.mute.observe([this](bool mute) { muting().setState(mute); }));
+  observersDispose_.push_back(preferences.mute.observe([this](bool mute) { muteItem_->setMark(mute); }));
   observersDispose_.push_back(
       preferences.monitorArrange.observe([this](std::int64_t raw) { monitorArrangeChanged(raw); }));
   observersDispose_.push_back(
@@ -88,16 +71,6 @@ void StatusBarManager::removeStatusMenu() {
 
 // Items and marks
 
-StatusBarManager::Item StatusBarManager::makeItem(std::string title, void (StatusBarManager::*action)(),
-                                                  const char* key) {
-  return std::make_shared<MenuItem>(
-      std::move(title), [this, action](MenuItem&) { (this->*action)(); }, key);
-}
-
-StatusBarManager::Item StatusBarManager::makeItem(std::string title, void (StatusBarManager::*action)(MenuItem&)) {
-  return std::make_shared<MenuItem>(std::move(title), [this, action](MenuItem& sender) { (this->*action)(sender); });
-}
-
 StatusItem& StatusBarManager::statusItem() {
   if (!barItem_) {
     barItem_ = services_.makeStatusItem();
@@ -105,99 +78,57 @@ StatusItem& StatusBarManager::statusItem() {
   return *barItem_;
 }
 
-MenuItem& StatusBarManager::toggleVideoDestop() {
-  if (!toggleVideoDestopItem_) {
-    toggleVideoDestopItem_ =
-        std::make_shared<MenuItem>(services_.preferences.isOpenPlayer.get() ? closeVideoTitle_ : openVideoTitle_,
-                                   [this](MenuItem&) { toggleVideoDesktop(); });
-  }
-  return *toggleVideoDestopItem_;
+StatusBarManager::Item StatusBarManager::makeAction(std::string title, void (StatusBarManager::*action)(),
+                                                    const char* key) {
+  return std::make_shared<MenuAction>(
+      std::move(title), [this, action] { (this->*action)(); }, key);
 }
 
-MenuItem& StatusBarManager::playPause() {
-  if (!playPauseItem_) {
-    playPauseItem_ = std::make_shared<MenuItem>(services_.preferences.isPlaying.get() ? pauseTitle_ : playTitle_,
-                                                [this](MenuItem& sender) { playPauseAction(sender); });
-    playPauseItem_->setEnabled(services_.preferences.isOpenPlayer.get());
-  }
-  return *playPauseItem_;
-}
-
-MenuItem& StatusBarManager::hideDesktopIcon() {
-  if (!hideDesktopIconItem_) {
-    hideDesktopIconItem_ =
-        makeItem(localized("Hide Desktop Icon", "hide desktop icon"), &StatusBarManager::hideDesktopIconAction);
-    hideDesktopIconItem_->setCheckable(true);
-    hideDesktopIconItem_->setEnabled(services_.preferences.isOpenPlayer.get());
-  }
-  return *hideDesktopIconItem_;
-}
-
-MenuItem& StatusBarManager::muting() {
-  if (!muteItem_) {
-    muteItem_ = makeItem(localized("Mute", "Mute desktop video"), &StatusBarManager::mutePlayerViewAction);
-    muteItem_->setCheckable(true);
-    // The player's own state, not the setting.
-    muteItem_->setState(services_.videoPlayerManager.isMuted());
-  }
-  return *muteItem_;
-}
-
-MenuItem& StatusBarManager::combo() {
-  if (!comboItem_) {
-    comboItem_ = makeItem(localized("Integration", "make up all monitors into one player"),
-                          &StatusBarManager::changeMonitorArray);
-    comboItem_->setCheckable(true);
-  }
-  return *comboItem_;
-}
-
-MenuItem& StatusBarManager::dynamic() {
-  if (!dynamicItem_) {
-    dynamicItem_ =
-        makeItem(localized("Mirror", "each monitor has same content"), &StatusBarManager::changeMonitorArray);
-    dynamicItem_->setCheckable(true);
-  }
-  return *dynamicItem_;
-}
-
-MenuItem& StatusBarManager::lonely() {
-  if (!lonelyItem_) {
-    lonelyItem_ = std::make_shared<MenuItem>(localized("Single", "Only play on one monitor"));
-    lonelyItem_->setCheckable(true);
-  }
-  return *lonelyItem_;
-}
-
-Menu& StatusBarManager::screenList() {
-  if (!lonelyMenu_) {
-    lonelyMenu_ = std::make_shared<Menu>(localized("Single", "Only play on one monitor"));
-    screenDidChanged();
-  }
-  return *lonelyMenu_;
+void StatusBarManager::makeItems() {
+  const bool isOpen = services_.preferences.isOpenPlayer.get();
+  lonelyMenu_ = std::make_shared<Menu>(localized("Single", "Only play on one monitor"));
+  lonelyMenu_->setMark(false);
+  screenDidChanged();
+  const auto arrangement = [this](std::string title, VideoPlayerScreenType type) {
+    auto item = std::make_shared<MenuAction>(std::move(title), [this, type] { changeMonitorArray(type); });
+    item->setMark(false);
+    return item;
+  };
+  comboItem_ =
+      arrangement(localized("Integration", "make up all monitors into one player"), VideoPlayerScreenType::combo);
+  dynamicItem_ = arrangement(localized("Mirror", "each monitor has same content"), VideoPlayerScreenType::dynamic);
+  toggleVideoDestopItem_ =
+      makeAction(isOpen ? closeVideoTitle_ : openVideoTitle_, &StatusBarManager::toggleVideoDesktop);
+  playPauseItem_ =
+      makeAction(services_.preferences.isPlaying.get() ? pauseTitle_ : playTitle_, &StatusBarManager::playPauseAction);
+  playPauseItem_->setEnabled(isOpen);
+  hideDesktopIconItem_ =
+      makeAction(localized("Hide Desktop Icon", "hide desktop icon"), &StatusBarManager::hideDesktopIconAction);
+  hideDesktopIconItem_->setMark(false);
+  hideDesktopIconItem_->setEnabled(isOpen);
+  muteItem_ = makeAction(localized("Mute", "Mute desktop video"), &StatusBarManager::mutePlayerViewAction);
+  // The player's own state, not the setting.
+  muteItem_->setMark(services_.videoPlayerManager.isMuted());
 }
 
 void StatusBarManager::screenDidChanged() {
-  Menu& menu = screenList();
-  menu.removeAllItems();
-  const int count = static_cast<int>(services_.windowServer.screens().size());
-  for (int index = 0; index < count; ++index) {
+  const auto count = static_cast<std::int64_t>(services_.windowServer.screens().size());
+  screenItems_.clear();
+  for (std::int64_t index = 0; index < count; ++index) {
     const std::string number = std::to_string(index + 1);
-    auto item = std::make_shared<MenuItem>(
-        number, [this](MenuItem& sender) { changeScreenIndex(sender); }, number);
-    item->setCheckable(true);
-    item->setTag(index);
-    menu.addItem(std::move(item));
+    screenItems_.push_back(std::make_shared<MenuAction>(
+        number, [this, index] { changeScreenIndex(index); }, number));
+    screenItems_.back()->setMark(false);
   }
   markChosenScreen();
+  lonelyMenu_->setItems({screenItems_.begin(), screenItems_.end()});
 }
 
 void StatusBarManager::markChosenScreen() {
-  const auto& items = screenList().itemArray();
   const std::int64_t index = services_.videoPlayerManager.screenIndex;
-  if (!items.empty()) {
-    const bool exists = index >= 0 && index < static_cast<std::int64_t>(items.size());
-    items[exists ? static_cast<std::size_t>(index) : 0]->setState(true);
+  if (!screenItems_.empty()) {
+    const bool exists = index >= 0 && index < static_cast<std::int64_t>(screenItems_.size());
+    screenItems_[exists ? static_cast<std::size_t>(index) : 0]->setMark(true);
   }
 }
 
@@ -205,56 +136,56 @@ void StatusBarManager::markChosenScreen() {
 void StatusBarManager::markArrangement() {
   switch (services_.videoPlayerManager.screenType) {
     case VideoPlayerScreenType::dynamic:
-      dynamic().setState(true);
+      dynamicItem_->setMark(true);
       break;
     case VideoPlayerScreenType::lonely:
       markChosenScreen();
       break;
     case VideoPlayerScreenType::combo:
-      combo().setState(true);
+      comboItem_->setMark(true);
       break;
   }
 }
 
-// What the settings tell
+// Changes of the settings
 
 void StatusBarManager::isPlayingChanged(bool playing) {
-  playPause().setTitle(playing ? pauseTitle_ : playTitle_);
+  playPauseItem_->setTitle(playing ? pauseTitle_ : playTitle_);
 }
 
 void StatusBarManager::monitorArrangeChanged(std::int64_t raw) {
   if (raw < 0 || raw > 2) {
     return;
   }
-  combo().setState(raw == 0);
-  dynamic().setState(raw == 1);
-  lonely().setState(raw == 2);
+  comboItem_->setMark(raw == 0);
+  dynamicItem_->setMark(raw == 1);
+  lonelyMenu_->setMark(raw == 2);
 }
 
 void StatusBarManager::screenIndexChanged(std::int64_t index) {
   std::int64_t position = 0;
-  for (const Item& item : screenList().itemArray()) {
-    item->setState(position++ == index);
+  for (const Item& item : screenItems_) {
+    item->setMark(position++ == index);
   }
 }
 
 void StatusBarManager::isOpenPlayerChanged(bool open) {
-  toggleVideoDestop().setTitle(open ? closeVideoTitle_ : openVideoTitle_);
-  hideDesktopIcon().setEnabled(open);
-  playPause().setEnabled(open);
+  toggleVideoDestopItem_->setTitle(open ? closeVideoTitle_ : openVideoTitle_);
+  hideDesktopIconItem_->setEnabled(open);
+  playPauseItem_->setEnabled(open);
   if (open) {
     return;
   }
   desktopIconIsHiden_ = false;
   services_.videoPlayerManager.isHideDesktopIcon = false;
-  // An observer that was told earlier may have opened the player again.
+  // An earlier observer of the same change may have opened the player again.
   if (services_.preferences.isOpenPlayer.get()) {
     for (const auto& window : services_.videoPlayerManager.windowList()) {
       window->setLevel(WindowLevel::desktopIcon);
       window->orderBack();
     }
   }
-  hideDesktopIcon().setState(false);
+  hideDesktopIconItem_->setMark(false);
 }
 
 // What the user chooses
@@ -264,9 +195,7 @@ void StatusBarManager::showMainWindowMenuItemAction() {
 }
 
 void StatusBarManager::checkUpdates() {
-  if (services_.checkUpdates) {
-    services_.checkUpdates();
-  }
+  services_.checkUpdates();
 }
 
 void StatusBarManager::toggleVideoDesktop() {
@@ -279,13 +208,13 @@ void StatusBarManager::toggleVideoDesktop() {
   isOpenPlayer.set(!isOpenPlayer.get());
 }
 
-void StatusBarManager::playPauseAction(MenuItem& sender) {
+void StatusBarManager::playPauseAction() {
   auto& isPlaying = services_.preferences.isPlaying;
   if (isPlaying.get()) {
-    sender.setTitle(localized("Play", "pause play"));
+    playPauseItem_->setTitle(localized("Play", "pause play"));
     services_.videoPlayerManager.player().pause();
   } else {
-    sender.setTitle(localized("Pause", "play"));
+    playPauseItem_->setTitle(localized("Pause", "play"));
     goOnPlaying();
   }
   isPlaying.set(!isPlaying.get());
@@ -294,33 +223,32 @@ void StatusBarManager::playPauseAction(MenuItem& sender) {
 void StatusBarManager::hideDesktopIconAction() {
   desktopIconIsHiden_ = !desktopIconIsHiden_;
   services_.videoPlayerManager.setHideDesktopIcon(desktopIconIsHiden_);
-  hideDesktopIcon().setState(desktopIconIsHiden_);
+  hideDesktopIconItem_->setMark(desktopIconIsHiden_);
 }
 
-void StatusBarManager::mutePlayerViewAction(MenuItem& sender) {
-  const bool mute = !sender.state();
+void StatusBarManager::mutePlayerViewAction() {
+  const bool mute = !muteItem_->mark().value_or(false);
   services_.videoPlayerManager.setMuted(mute);
-  sender.setState(mute);
+  muteItem_->setMark(mute);
   services_.preferences.mute.set(mute);
 }
 
-void StatusBarManager::changeMonitorArray(MenuItem& sender) {
-  const bool isCombo = &sender == comboItem_.get();
-  VideoPlayerManager& manager = services_.videoPlayerManager;
-  manager.screenType = isCombo ? VideoPlayerScreenType::combo : VideoPlayerScreenType::dynamic;
-  manager.screenIndex = 0;
-  manager.relayout();
-  services_.preferences.monitorArrange.set(isCombo ? 0 : 1);
+void StatusBarManager::changeMonitorArray(VideoPlayerScreenType type) {
+  arrange(type, 0);
+  services_.preferences.monitorArrange.set(static_cast<std::int64_t>(type));
 }
 
-void StatusBarManager::changeScreenIndex(MenuItem& sender) {
-  VideoPlayerManager& manager = services_.videoPlayerManager;
-  const int index = sender.tag();
-  manager.screenType = VideoPlayerScreenType::lonely;
-  manager.screenIndex = index;
-  manager.relayout();
-  services_.preferences.monitorArrange.set(2);
+void StatusBarManager::changeScreenIndex(std::int64_t index) {
+  arrange(VideoPlayerScreenType::lonely, index);
+  services_.preferences.monitorArrange.set(static_cast<std::int64_t>(VideoPlayerScreenType::lonely));
   services_.preferences.screenIndex.set(index);
+}
+
+void StatusBarManager::arrange(VideoPlayerScreenType type, std::int64_t screenIndex) {
+  VideoPlayerManager& manager = services_.videoPlayerManager;
+  manager.screenType = type;
+  manager.screenIndex = screenIndex;
+  manager.relayout();
 }
 
 void StatusBarManager::quitMenuItemAction() {

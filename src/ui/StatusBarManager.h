@@ -17,13 +17,13 @@
 
 namespace quilex {
 
-/// The status item and its menu: builds the menu, keeps it in step with the settings, and turns what the user chooses
-/// into calls on playback and settings. Main thread.
+/// Builds the status item's menu, keeps it in step with the settings, and turns what the user chooses into calls on
+/// playback and settings. Main thread.
 class StatusBarManager {
  public:
   QUILEX_TEXTS_FILED_UNDER(QuilexHelper);
 
-  /// What the menu works with; all of it must outlive the manager.
+  /// What the manager works with; all of it must outlive the manager.
   struct Services {
     Preferences& preferences;
     VideoPlayerManager& videoPlayerManager;
@@ -33,7 +33,7 @@ class StatusBarManager {
     Localize localize;
     /// The application's version as the menu shows it.
     std::string displayVersion;
-    /// Asks whether there is a newer version and shows the answer.
+    /// Starts an update check that the user has asked for.
     std::function<void()> checkUpdates;
   };
 
@@ -45,35 +45,27 @@ class StatusBarManager {
   /// The instance of this process.
   static StatusBarManager& shared();
 
-  /// Builds the menu out of the items, which are made once and kept, and follows the settings from then on. Each call
-  /// registers for changes of the screens once more, and none of these registrations is ever removed.
+  /// Builds the menu and follows the settings from then on. Items whose look changes are made by the first call and
+  /// kept. Each call registers for changes of the screens once more, and none of these registrations is ever removed.
   void buildStatusMenu();
   /// Takes the menu off the status item and stops following the settings.
   void removeStatusMenu();
-  /// Lists the screens anew in the submenu of the single-screen arrangement.
+  /// Lists the screens again in the submenu of the single-screen arrangement. Needs a menu that was built.
   void screenDidChanged();
-  /// Puts the wallpaper windows back at their level and order.
+  /// Puts the wallpaper windows back at their level and order. For callers beside the menu, which has no item for it.
   void uploadPlayerView();
-  /// Lets the user choose a video file, and goes on playing when one was chosen. No menu shows this.
+  /// Lets the user choose a video file, and goes on playing if one was chosen. For callers beside the menu, too.
   void showLocalFileWindow();
 
  private:
-  using Item = std::shared_ptr<MenuItem>;
+  using Item = std::shared_ptr<MenuAction>;
 
   std::string localized(const char* english, const char* comment) const { return services_.localize(english, comment); }
-  Item makeItem(std::string title, void (StatusBarManager::*action)(), const char* key = "");
-  Item makeItem(std::string title, void (StatusBarManager::*action)(MenuItem&));
+  Item makeAction(std::string title, void (StatusBarManager::*action)(), const char* key = "");
+  void makeItems();
   void observeSettings();
 
   StatusItem& statusItem();
-  MenuItem& toggleVideoDestop();
-  MenuItem& playPause();
-  MenuItem& hideDesktopIcon();
-  MenuItem& muting();
-  MenuItem& combo();
-  MenuItem& dynamic();
-  MenuItem& lonely();
-  Menu& screenList();
   void markArrangement();
   void markChosenScreen();
 
@@ -85,11 +77,12 @@ class StatusBarManager {
   void showMainWindowMenuItemAction();
   void checkUpdates();
   void toggleVideoDesktop();
-  void playPauseAction(MenuItem& sender);
+  void playPauseAction();
   void hideDesktopIconAction();
-  void mutePlayerViewAction(MenuItem& sender);
-  void changeMonitorArray(MenuItem& sender);
-  void changeScreenIndex(MenuItem& sender);
+  void mutePlayerViewAction();
+  void changeMonitorArray(VideoPlayerScreenType type);
+  void changeScreenIndex(std::int64_t index);
+  void arrange(VideoPlayerScreenType type, std::int64_t screenIndex);
   void quitMenuItemAction();
   void goOnPlaying();
 
@@ -100,15 +93,17 @@ class StatusBarManager {
   const std::string closeVideoTitle_;
   const std::string playTitle_;
   const std::string pauseTitle_;
-  // Made on first use.
+  // Made when the menu is first built, and kept.
   Item toggleVideoDestopItem_;
   Item playPauseItem_;
   Item hideDesktopIconItem_;
   Item muteItem_;
   Item comboItem_;
   Item dynamicItem_;
-  Item lonelyItem_;
+  /// "Single", which opens the list of screens.
   std::shared_ptr<Menu> lonelyMenu_;
+  /// The entries of `lonelyMenu_`, by the index of their screen.
+  std::vector<Item> screenItems_;
   std::vector<Disposable> screenObservations_;
   /// Of the five settings that the menu shows.
   std::vector<Disposable> observersDispose_;

@@ -7,16 +7,16 @@
 
 namespace quilex {
 
-UpgradeWindow::UpgradeWindow(std::unique_ptr<InterfaceWindow> panel, const UpgradeWindowController& windowController,
-                             Workspace& theWorkspace)
-    : content_(std::move(panel)), controller_(windowController), workspace_(theWorkspace) {
-  if (PushButton* button = content_->button("closeButton")) {
+UpgradeWindow::UpgradeWindow(std::unique_ptr<InterfaceWindow> panel, const UpgradeWindowController& controller,
+                             Workspace& workspace)
+    : panel_(std::move(panel)), controller_(controller), workspace_(workspace) {
+  if (PushButton* button = panel_->button("closeButton")) {
     button->setAction([this] { performClose(); });
   }
 }
 
 void UpgradeWindow::show() {
-  content_->show(canBecomeKeyWindow() ? InterfaceWindow::Keyboard::comes : InterfaceWindow::Keyboard::stays);
+  panel_->show(canBecomeKeyWindow() ? InterfaceWindow::Keyboard::comes : InterfaceWindow::Keyboard::stays);
 }
 
 void UpgradeWindow::openUpdate() {

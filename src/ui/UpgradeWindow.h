@@ -12,26 +12,26 @@ class UpgradeWindowController;
 /// The panel of an update offer. Main thread.
 class UpgradeWindow {
  public:
-  /// Wires the panel's "upgradeButton" and "closeButton". The controller and the workspace must outlive it.
-  UpgradeWindow(std::unique_ptr<InterfaceWindow> panel, const UpgradeWindowController& windowController,
+  /// Connects the panel's "closeButton". The controller and the workspace must outlive the window.
+  UpgradeWindow(std::unique_ptr<InterfaceWindow> panel, const UpgradeWindowController& controller,
                 Workspace& workspace);
   UpgradeWindow(const UpgradeWindow&) = delete;
   UpgradeWindow& operator=(const UpgradeWindow&) = delete;
 
-  /// Though it has no title bar.
+  /// A window without a title bar has to claim this.
   static constexpr bool canBecomeKeyWindow() { return true; }
   static constexpr bool canBecomeMainWindow() { return true; }
 
-  InterfaceWindow& panel() { return *content_; }
+  InterfaceWindow& panel() { return *panel_; }
   void show();
-  void close() { content_->close(); }
-  /// Opens the offer's address, if it is one, and closes the panel in any case.
+  void close() { panel_->close(); }
+  /// Opens the offer's address, if it is valid, and closes the panel in any case.
   void openUpdate();
-  /// Closes the panel at once.
+  /// The action of the button that closes the panel.
   void performClose();
 
  private:
-  std::unique_ptr<InterfaceWindow> content_;
+  std::unique_ptr<InterfaceWindow> panel_;
   const UpgradeWindowController& controller_;
   Workspace& workspace_;
 };

@@ -4,8 +4,9 @@
 
 namespace quilex {
 
-UpgradeWindowController::UpgradeWindowController(LoadInterfaceFile load, Localize theLocalize, Workspace& theWorkspace)
-    : loadInterfaceFile_(std::move(load)), localize_(std::move(theLocalize)), workspace_(theWorkspace) {}
+UpgradeWindowController::UpgradeWindowController(LoadInterfaceFile loadInterfaceFile, Localize localize,
+                                                 Workspace& workspace)
+    : loadInterfaceFile_(std::move(loadInterfaceFile)), localize_(std::move(localize)), workspace_(workspace) {}
 
 void UpgradeWindowController::showWindow() {
   if (!panel_) {
@@ -47,7 +48,7 @@ void UpgradeWindowController::windowDidLoad() {
   } else if (!infoLabel->appendHTML(upgradeInfo->exp)) {
     infoLabel->setStringValue(upgradeInfo->exp);
   }
-  // In place of the description, which the panel has no room for yet.
+  // Replaces the description, for which the panel has no room yet.
   infoLabel->setStringValue(filled(localized("Version: %@", "version"), upgradeInfo ? upgradeInfo->ver : "1.0"));
 }
 

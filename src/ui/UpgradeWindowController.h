@@ -12,26 +12,23 @@
 
 namespace quilex {
 
-/// Offers a newer version in a panel made from the interface file "UpgradeWindowController". Main thread.
+/// Offers a newer version in a panel from the interface file "UpgradeWindowController". Main thread.
 class UpgradeWindowController {
  public:
   QUILEX_TEXTS_FILED_UNDER(QuilexHelper);
 
   /// The workspace must outlive the controller.
-  UpgradeWindowController(LoadInterfaceFile load, Localize localize, Workspace& workspace);
+  UpgradeWindowController(LoadInterfaceFile loadInterfaceFile, Localize localize, Workspace& workspace);
   UpgradeWindowController(const UpgradeWindowController&) = delete;
   UpgradeWindowController& operator=(const UpgradeWindowController&) = delete;
 
-  /// The offer, which is read once, when the window loads; the address is read when the button is pressed.
+  /// The offer. The window reads its version when it loads, and its address when the button is pressed.
   std::optional<UpgradeInfo> upgradeInfo;
 
-  /// Brings the panel to the front and gives it the keyboard, loading it first if it is not; nothing happens without
-  /// the interface file.
+  /// Loads the panel the first time, brings it to the front and gives it the keyboard. Without the interface file
+  /// nothing happens.
   void showWindow();
   void close();
-
-  /// None until the window is loaded.
-  UpgradeWindow* window() { return panel_.get(); }
 
  private:
   void loadWindow();
@@ -44,7 +41,7 @@ class UpgradeWindowController {
   std::unique_ptr<UpgradeWindow> panel_;
 
  public:
-  /// In the window, once it is loaded.
+  /// Null until the window is loaded.
   PushButton* upgradeButton = nullptr;
   TextField* infoLabel = nullptr;
 };

@@ -27,21 +27,20 @@ struct Canvas : Renderer {
       canvas.colours += canvas.colours.ends_with(colour) ? "" : std::string(1, colour);
       return ++canvas.draws > 0;
     }
-    void show(NativeWindow window, const PixelRect&) override { ++canvas.shown[window]; }
+    void show(RenderTarget& window, const PixelRect&) override { ++canvas.shown[&window]; }
     Canvas& canvas;
     PixelSize size;
   };
   MpvRenderContext makeContext(mpv_handle* core) override { return makeSoftwareContext(core); }
   std::unique_ptr<Picture> makePicture(PixelSize size) override { return std::make_unique<Area>(*this, size); }
-  void forget(NativeWindow) override {}
   int draws = 0;
   std::string corners;  // of the last picture: its first and its last pixel
   std::string colours;  // of the pictures, without repetitions; a question mark where not all of it is of one
-  std::map<NativeWindow, int> shown;
+  std::map<RenderTarget*, int> shown;
 };
 
 struct MpvPlayerTest : AdapterTest {
-  MpvPlayerTest() { surface.setVisible(true); }
+  MpvPlayerTest() { surface.setTarget(&window); }
   // A clip of a picture that ffmpeg's filters describe.
   std::string clip(const std::string& name, const char* picture) const {
     const auto file = QString::fromStdString(folder + name);
@@ -66,7 +65,8 @@ struct MpvPlayerTest : AdapterTest {
   std::unique_ptr<Canvas> made = std::make_unique<Canvas>();
   Canvas& canvas = *made;
   VideoOutput output{std::move(made)};
-  VideoSurface surface{output, 1, {64, 36}, {}, [] {}};
+  RenderTarget window, other;
+  VideoSurface surface{output, {{64, 36}, {}}, [] {}};
   StatusReport report;
   MpvPlayer player{output, report};
   Disposable status = player.observeStatus([this](PlayerItemStatus each) { statuses.push_back(each); });
@@ -214,21 +214,22 @@ TEST_F(MpvPlayerTest, WhatIsNoVideoFailsAndAnyFileNameIsJustAName) {
 }
 
 TEST_F(MpvPlayerTest, AFrameIsDrawnOnceForEachSizeThatIsSeen) {
-  VideoSurface twin(output, 2, {64, 36}, {}, [] {});
-  VideoSurface wide(output, 3, {192, 108}, {}, [] {});
-  twin.setVisible(true);
+  VideoSurface twin(output, {{64, 36}, {}}, [] {});
+  VideoSurface wide(output, {{192, 108}, {}}, [] {});
+  twin.setTarget(&other);
   play(red);
   EXPECT_TRUE(waitFor([&] { return ends == 1; }));
   const int draws = canvas.draws;
-  EXPECT_EQ(canvas.shown, (std::map<NativeWindow, int>{{1, draws}, {2, draws}}));
+  EXPECT_EQ(canvas.shown, (std::map<RenderTarget*, int>{{&window, draws}, {&other, draws}}));
   // A player that nobody sees plays on, and what it shows is there for whoever looks.
-  twin.setVisible(false);
-  surface.setVisible(false);
+  twin.setTarget(nullptr);
+  surface.setTarget(nullptr);
   player.seekToZero();
   EXPECT_TRUE(waitFor([&] { return ends == 2; }));
-  wide.setVisible(true);
+  RenderTarget third;
+  wide.setTarget(&third);
   wide.repaint();
-  EXPECT_EQ(std::tuple(canvas.draws, canvas.shown[3], canvas.colours), std::tuple(draws + 1, 1, "r"));
+  EXPECT_EQ(std::tuple(canvas.draws, canvas.shown[&third], canvas.colours), std::tuple(draws + 1, 1, "r"));
 }
 
 TEST(CubicVolumeTest, IsTheCubeRootOfTheAmplitude) {

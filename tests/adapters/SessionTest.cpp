@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 using testing::AllOf, testing::HasSubstr;
 
 int main(int argc, char** argv) {
-  // On a bus of their own the tests neither meet a running agent nor tell it anything.
+  // On its own bus a test neither finds nor notifies a running agent.
   if (!qEnvironmentVariableIsSet("QUILEX_TEST_BUS")) {
     qputenv("QUILEX_TEST_BUS", "1");
     std::vector<char*> command(argv, argv + argc + 1);
@@ -93,8 +93,8 @@ TEST(DBusNotificationCenterTest, ObserversHearTheirNameFromAnySenderUntilRelease
 }
 
 struct FilesTest : AdapterTest {
-  auto open() { return std::get<std::unique_ptr<JsonSettingsSuite>>(JsonSettingsSuite::open(file, loop)); }
-  auto openError() { return std::get<JsonSettingsSuite::OpenError>(JsonSettingsSuite::open(file, loop)).message; }
+  auto open() { return JsonSettingsSuite::open(file, loop).value(); }
+  auto openError() { return JsonSettingsSuite::open(file, loop).error().message; }
   auto stored() const { return nlohmann::ordered_json::parse(read(file), nullptr, false).dump(); }
   QtRunLoop loop;
   std::string file = folder + "settings.json";
@@ -113,7 +113,7 @@ TEST_F(FilesTest, BundleHasItsInformationAndTheUsersDirectories) {
 TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
   write(file, R"({"n": 10})");
   const auto suite = open();
-  // It is read again until its time stamp is old enough to be trusted, and no longer.
+  // The file is read again only until its time stamp is old enough to be trusted.
   EXPECT_TRUE(waitFor([&] {
     const auto before = suite->contentReads();
     return suite->integer("n") == 10 && suite->contentReads() == before;
@@ -121,7 +121,7 @@ TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
   for (int value = 11; value < 99; ++value) {
     if (value % 2 == 0) {
       suite->setInteger("n", 10);
-      ASSERT_FALSE(suite->writeNow(0ms));
+      ASSERT_TRUE(suite->writeNow(0ms));
     }
     const auto target = value % 3 == 0 ? folder + "new" : file;  // atomically, or in place with the same size
     write(target, "{\n  \"n\": " + std::to_string(value) + "\n}\n");
@@ -150,7 +150,7 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatAnotherProcessStoredSince) {
   Preferences preferences(*suite, loop);
   // A program that is between reading and writing holds the lock.
   std::optional held = SettingsFile(file).lock();
-  ASSERT_TRUE(std::holds_alternative<FileDescriptor>(*held));
+  ASSERT_TRUE(*held && (*held)->has_value());
   write(file, R"({"CurrentVideoSign": "A", "IsOpenPlayer": false, "isPlaying": true, "n": 0, "m": 0})");
   preferences.updateUserDefaultFromDisk();
   EXPECT_EQ(preferences.playingVideoSign.get(), "A");
@@ -161,7 +161,7 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatAnotherProcessStoredSince) {
   held.reset();
   other->setString("CurrentVideoSign", "B");
   other->setInteger("n", 2);
-  ASSERT_FALSE(other->writeNow(0ms));
+  ASSERT_TRUE(other->writeNow(0ms));
   EXPECT_TRUE(waitFor([&] { return preferences.playingVideoSign.get() == "B" && other->integer("m") == 1; }));
   EXPECT_EQ(std::tuple(other->string("CurrentVideoSign"), other->integer("n"), other->boolean("IsOpenPlayer")),
             std::tuple("B", 2, true));
@@ -211,9 +211,9 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatHoldsNoSettings) {
   std::filesystem::remove(file);
   suite->setInteger("b", 4);
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":4})"; }));
-  // Neither what others could not read again.
+  // A file that would be too large to read again is not written either.
   suite->setString("c", std::string(1'000'000, 'x'));
-  EXPECT_NE(suite->writeNow(0ms)->message.find("1 MB"), std::string::npos);
+  EXPECT_NE(suite->writeNow(0ms).error().message.find("1 MB"), std::string::npos);
   EXPECT_EQ(stored(), R"({"a":3,"b":4})");
 }
 
@@ -225,7 +225,7 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   EXPECT_EQ(mode(folder + "sub"), std::filesystem::perms(0700));
   std::filesystem::remove(folder + "sub");
   suite->setInteger("a", 1);
-  EXPECT_NE(suite->writeNow(0ms)->message.find(file), std::string::npos);
+  EXPECT_NE(suite->writeNow(0ms).error().message.find(file), std::string::npos);
   EXPECT_FALSE(suite->contains("a"));
   suite->setInteger("b", 2);
   suite->synchronize();
@@ -233,10 +233,10 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":2})"; }));
   EXPECT_EQ(mode(file), std::filesystem::perms(0600));
   std::filesystem::permissions(file, std::filesystem::perms(0644));
-  // Another program holds the lock, or something else stands in its place.
+  // Another program holds the lock, or the lock file is something else.
   std::optional held = SettingsFile(file).lock();
   suite->setInteger("b", 3);
-  EXPECT_NE(suite->writeNow(50ms)->message.find("locked"), std::string::npos);
+  EXPECT_NE(suite->writeNow(50ms).error().message.find("locked"), std::string::npos);
   suite->setInteger("b", 4);
   suite->synchronize();
   EXPECT_EQ(stored(), R"({"b":2})");
@@ -248,6 +248,6 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
     std::filesystem::remove(lock);
     block(lock.c_str(), 0700);
     suite->setInteger("b", 5);
-    EXPECT_NE(suite->writeNow(0ms)->message.find(lock), std::string::npos);
+    EXPECT_NE(suite->writeNow(0ms).error().message.find(lock), std::string::npos);
   }
 }

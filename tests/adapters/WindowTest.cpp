@@ -252,21 +252,19 @@ TEST_F(WindowTest, AssistiveTechnologyIsToldNamesAndRoles) {
 
 TEST_F(WindowTest, AnItemMayBeChosenWhileItsMenuGoes) {
   int choices = 0;
-  const auto inner = std::make_shared<Menu>(), outer = std::make_shared<Menu>();
-  const auto screen = std::make_shared<MenuItem>("Screen");
-  screen->setSubmenu(inner);
+  const auto inner = std::make_shared<Menu>("Screen"), outer = std::make_shared<Menu>();
   for (const bool goesWhileChosen : {false, true}) {
-    inner->addItem(std::make_shared<MenuItem>("1", [&](MenuItem&) { (++choices, outer->removeAllItems()); }));
-    outer->addItem(screen);
+    inner->setItems({std::make_shared<MenuAction>("1", [&] { (++choices, outer->setItems({})); })});
+    outer->setItems({inner});
     QtMenu menu;
     menu.show(outer);
     menu.widget().actions().first()->menu()->actions().first()->trigger();
     if (!goesWhileChosen) {
-      outer->removeAllItems();
+      outer->setItems({});
     }
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(menu.widget().actions().size(), 0);
-    inner->removeAllItems();
+    inner->setItems({});
   }
   EXPECT_EQ(choices, 2);
 }

@@ -19,7 +19,7 @@ std::string enveloped(const std::string& data) {
   return R"({"status":-1,"info":"grüße","data":)" + data + "}";
 }
 
-/// Every value in the text is required, not null and of its type, but for the free ones below "upgrade".
+/// Every value in the text must be there, with its type and not null, except for the free ones below "upgrade".
 template <typename Value>
 void expectStrict(const nlohmann::json& whole, const nlohmann::json::json_pointer& outer, const std::string& prefix) {
   const auto errorOf = [](const nlohmann::json& changed) { return json::decode<Value>(changed).error(); };

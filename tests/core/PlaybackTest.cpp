@@ -193,7 +193,7 @@ TEST_F(PlaybackTest, ALibraryMayBeEmptiedAtAnyTime) {
   };
   const std::function<void()> deeds[] = {[&] { removeAll(1s); },
                                          [&] { removeAll(0s); },
-                                         [&] { statusItem->menu->itemArray().at(4)->choose(); },
+                                         [&] { choose(4); },
                                          [&] { write("IsOpenPlayer", true); },
                                          [&] { preferences->playModel.set(2); },
                                          [&] { end(); },
@@ -302,7 +302,7 @@ TEST_F(PlaybackTest, WhatBringsTheAgentDownWhileItIsLoadedIsPassedOverUntilChose
   manager->playCurrent();
   settle();
   EXPECT_TRUE(defaults.contains("LoadingVideo"));
-  delegate.applicationWillTerminate();
+  delegate->applicationWillTerminate();
   launchAfterCrash({{kSign, "A"s}});
   EXPECT_EQ(commands(), " play A") << "it was an end in good order";
   EXPECT_EQ(console.warnings.size(), 2U);
@@ -332,16 +332,16 @@ TEST_F(PlaybackTest, TheWindowsFollowTheLayoutAndTheScreens) {
   add({"A"});
   launch({{"MonitorArrange", 5L}});
   EXPECT_EQ(windowServer.made.at(1)->view->frame, (Rect{0, 0, 1920, 1080})) << "5 means dynamic at launch";
-  delegate.applicationDidChangeScreenParameters();
+  delegate->applicationDidChangeScreenParameters();
   EXPECT_EQ(windowServer.made.size(), 2U) << "the same screens";
   windowServer.currentScreens[0].frame.height = 1200;
-  delegate.applicationDidChangeScreenParameters();
+  delegate->applicationDidChangeScreenParameters();
   EXPECT_EQ(windowServer.made.at(2)->view->frame, (Rect{0, 0, 1920, 1200}));
   preferences->monitorArrange.set(0);
   EXPECT_EQ(windowServer.made.at(5)->view->frame, (Rect{-1920, 0, 3840, 1200}));
   preferences->screenIndex.set(1);
   EXPECT_EQ(windowServer.made.at(6)->screen.name, "right") << "choosing a screen shows on it alone";
-  delegate.applicationDidChangeScreenParameters();
+  delegate->applicationDidChangeScreenParameters();
   EXPECT_EQ(windowServer.made.size(), 8U) << "one of several screens is laid out anew at any change";
   preferences->monitorArrange.set(1);
   preferences->monitorArrange.set(5);

@@ -15,14 +15,14 @@ struct UpdateCheckTest : AgentTest {
   }
   /// Answers the oldest request, and tells what that did to the windows.
   std::string answer(const std::optional<UpgradeInfo>& info) {
-    updateRequests.front()(info);
-    updateRequests.pop_front();
+    upgrades.requests.front()(info);
+    upgrades.requests.pop_front();
     EXPECT_EQ(windowLog, "") << "only in the next turn of the run loop";
     runLoop.advance(0ms);
     return std::exchange(windowLog, "");
   }
   std::string check(AppDelegate::Check check, const std::optional<UpgradeInfo>& info) {
-    delegate.checkUpdates(check);
+    delegate->checkUpdates(check);
     return answer(info);
   }
   static constexpr auto automatic = AppDelegate::Check::automatic;
@@ -50,10 +50,10 @@ TEST_F(UpdateCheckTest, WhatIsShownDependsOnTheVersionAndOnWhoAsked) {
 }
 
 TEST_F(UpdateCheckTest, TwoAnswersInOneTurnAreBothSeenTo) {
-  delegate.checkUpdates(manual);
-  delegate.checkUpdates(automatic);
-  updateRequests.front()({});
-  updateRequests.back()(version("2.0"));
+  delegate->checkUpdates(manual);
+  delegate->checkUpdates(automatic);
+  upgrades.requests.front()({});
+  upgrades.requests.back()(version("2.0"));
   runLoop.advance(0ms);
   EXPECT_EQ(windowLog, std::string(kAlert) + kOffer);
 }

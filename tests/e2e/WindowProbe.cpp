@@ -21,10 +21,8 @@ int main(int argc, char** argv) {
   }
   desktop->start(&QCoreApplication::quit);
   quilex::QtRunLoop runLoop;
-  auto renderer = desktop->makeCpuRenderer();
-  quilex::Renderer& pictures = *renderer;
-  quilex::VideoOutput output(std::move(renderer));
-  const auto server = desktop->makeWindowServer(output, pictures, runLoop);
+  quilex::VideoOutput output(desktop->makeCpuRenderer());
+  const auto server = desktop->makeWindowServer(output, runLoop);
   quilex::StatusReport report;
   quilex::MpvPlayer player(output, report);
   player.replaceCurrentItem(argv[1]);

@@ -29,7 +29,7 @@ class InstalledJourney(Journey):
         subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix], check=True, stdout=subprocess.DEVNULL, timeout=300)
 
     def call(self, *command, status=0):
-        """Runs a command in the session and answers what it wrote."""
+        """Runs a command in the session and returns its output."""
         options = {"capture_output": True, "text": True, "timeout": 120, "check": False}
         done = subprocess.run(command, env=self.session.environment, **options)
         self.assertEqual(done.returncode, status, (command, done.stdout, done.stderr))
@@ -97,7 +97,7 @@ class StartAtLogin(InstalledJourney):
         self.session.agent_program = self.prefix / "bin/quilexhelper"
 
     def agents(self):
-        """Process ids of the installed agents that run."""
+        """Process ids of the running installed agents."""
         found = []
         for each in pathlib.Path("/proc").glob("[0-9]*/exe"):
             try:
@@ -108,7 +108,7 @@ class StartAtLogin(InstalledJourney):
         return found
 
     def test_the_entry_follows_the_setting_and_starts_one_agent(self):
-        # Made where the programs are now, not where they were installed.
+        # The entry names where the programs are now, not where they were installed.
         moved = self.prefix.with_name('another "\\" $prefix')
         shutil.move(self.prefix, moved)
         self.addCleanup(shutil.move, moved, self.prefix)
@@ -128,7 +128,7 @@ class StartAtLogin(InstalledJourney):
         wait_for(self.session.moves, "a moving picture")
         wait_for(lambda: log.read_text().count("already running") == 1 and len(self.agents()) == 1, log.read_text)
 
-        # Whoever changes the setting, the agent follows; and the companion does not wait for it.
+        # The agent follows the setting, whoever changes it; the companion also works without an agent.
         for wanted in (False, True, False):
             self.session.write_settings(autolaunch=wanted)
             wait_for(lambda: self.entry.exists() == wanted, f"the entry to follow {wanted}")
@@ -161,7 +161,7 @@ class StartAtLogin(InstalledJourney):
         setting = lambda value, status=0: self.call(self.quilex, "set", "autolaunch", value, status=status)
         setting("true")
         made = self.entry.read_text()
-        # One that an earlier version made is known by its digest, and replaced.
+        # An entry that an earlier version made is recognised by its digest, and replaced.
         old = "[Desktop Entry]\nType=Application\nName=Old\nExec=/old\nX-Quilex-Digest="
         old += hashlib.sha256(old.removesuffix("X-Quilex-Digest=").encode()).hexdigest() + "\n"
         self.entry.write_text(old)
@@ -180,7 +180,7 @@ class StartAtLogin(InstalledJourney):
         self.entry.symlink_to(elsewhere)
         self.assertIn("it stays", setting("false"))
         self.assertTrue(self.entry.is_symlink() and elsewhere.exists())
-        # The setting is stored even where the entry cannot be.
+        # The setting is stored even if the entry cannot be written.
         shutil.rmtree(self.entry.parent)
         self.entry.parent.write_text("no folder")
         self.assertIn("cannot be written", setting("true", status=1))

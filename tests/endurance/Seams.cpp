@@ -48,13 +48,12 @@ struct Reader : Renderer {
       owner.count(number);
       return true;
     }
-    void show(NativeWindow, const PixelRect&) override {}
+    void show(RenderTarget&, const PixelRect&) override {}
     Reader& owner;
   };
   Reader(Counts& sum, int frames) : counts(sum), length(frames) {}
   MpvRenderContext makeContext(mpv_handle* core) override { return makeSoftwareContext(core); }
   std::unique_ptr<Picture> makePicture(PixelSize) override { return std::make_unique<Area>(*this); }
-  void forget(NativeWindow) override {}
 
   void count(int number) {
     ++counts.frames;
@@ -118,7 +117,7 @@ QString make(const QString& folder, const Clip& clip, int index) {
 struct Trial {
   Trial(const Clip& played, const QString& file)
       : clip(played), output(std::make_unique<Reader>(counts, played.frames)) {
-    surface.setVisible(true);
+    surface.setTarget(&target);
     player.setRepeating(true);
     player.replaceCurrentItem(file.toStdString());
     player.play();
@@ -126,7 +125,8 @@ struct Trial {
   const Clip& clip;
   Counts counts;
   VideoOutput output;
-  VideoSurface surface{output, 1, kSize, {}, [] {}};
+  RenderTarget target;
+  VideoSurface surface{output, {kSize, {}}, [] {}};
   StatusReport report;
   MpvPlayer player{output, report};
 };

@@ -32,6 +32,7 @@ struct AgentTest : testing::Test {
     launchAfterCrash(stored);
   }
   void launchAfterCrash(const decltype(FakeSettingsSuite::values)& stored) {
+    delegate.reset();
     statusBar.reset();
     manager.reset();
     suite.values = stored;
@@ -44,8 +45,15 @@ struct AgentTest : testing::Test {
                                                  [this](std::size_t bound) { return random(bound); }, report});
     statusBar.emplace(StatusBarManager::Services{*preferences, *manager, windowServer, workspace,
                                                  [this] { return make(statusItem); }, localize, "1.0.0 (1)",
-                                                 [this] { delegate.checkUpdates(AppDelegate::Check::manual); }});
-    delegate.applicationDidFinishLaunching();
+                                                 [this] { delegate->checkUpdates(AppDelegate::Check::manual); }});
+    delegate.emplace(AppDelegate::Services{*preferences, *manager, *statusBar, upgrades, workspace, center, runLoop,
+                                           appInfo,
+                                           [this](const std::string& name) -> std::unique_ptr<InterfaceWindow> {
+                                             windowLog += " " + name;
+                                             return interfaceFilesAreMissing ? nullptr : make(dialog, windowLog);
+                                           },
+                                           localize});
+    delegate->applicationDidFinishLaunching();
     settle();
   }
   /// Makes one, and points to it.
@@ -57,6 +65,10 @@ struct AgentTest : testing::Test {
   }
   /// Runs what waits for the next turn of the run loop.
   void settle() { runLoop.advance(FakeRunLoop::Time(0)); }
+  /// Chooses an action by its place in the menu.
+  void choose(std::size_t place) const {
+    std::get<std::shared_ptr<MenuAction>>(statusItem->menu->itemArray().at(place))->choose();
+  }
   std::string commands() {
     settle();
     return std::exchange(player->commands, "");
@@ -102,22 +114,16 @@ struct AgentTest : testing::Test {
   std::optional<StatusBarManager> statusBar;
   Localize localize = [](const char* english, const char* comment) { return std::string(english) + "|" + comment; };
   AppInfo appInfo{{{{"CFBundleShortVersionString", "1.0.9"}, {"CFBundleVersion", "0"}}, {}, {}}};
-  /// The update requests that wait for an answer.
-  std::deque<AppDelegate::UpgradeCompletion> updateRequests;
+  struct Upgrades : UpgradeInfoSource {
+    void requestUpgradeInfo(const Completion& completion) override { requests.push_back(completion); }
+    /// Those that wait for an answer.
+    std::deque<Completion> requests;
+  } upgrades;
   std::string windowLog;
   /// The window that was made last; none while the interface files are missing.
   FakeInterfaceWindow* dialog = nullptr;
   bool interfaceFilesAreMissing = false;
-  AppDelegate delegate{
-      {[this]() -> Preferences& { return *preferences; }, [this]() -> VideoPlayerManager& { return *manager; },
-       [this]() -> StatusBarManager& { return *statusBar; }, workspace, center, runLoop,
-       [this]() -> const AppInfo& { return appInfo; },
-       [this](const AppDelegate::UpgradeCompletion& completion) { updateRequests.push_back(completion); },
-       [this](const std::string& name) -> std::unique_ptr<InterfaceWindow> {
-         windowLog += " " + name;
-         return interfaceFilesAreMissing ? nullptr : make(dialog, windowLog);
-       },
-       localize}};
+  std::optional<AppDelegate> delegate;
 };
 
 }  // namespace quilex::test

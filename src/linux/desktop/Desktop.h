@@ -2,9 +2,9 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
+#include "base/Result.h"
 #include "linux/desktop/EmbeddingTray.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/render/VideoOutput.h"
@@ -14,7 +14,7 @@
 
 namespace quilex {
 
-/// The window system that the agent plays on, and what the agent builds over it. Main thread.
+/// The window system that the agent plays on. Makes the renderers and the window server that go with it. Main thread.
 class Desktop {
  public:
   Desktop() = default;
@@ -24,20 +24,23 @@ class Desktop {
 
   /// "wayland" or "x11".
   virtual const char* kind() const = 0;
-
   /// The name of the toolkit's plugin for the window system.
   virtual const char* toolkitPlugin() const = 0;
-  /// As a person calls the server.
+  /// The server, as messages to the user call it.
   virtual const char* serverName() const = 0;
-  /// Starts to follow the server; `lost` is called once when it goes away.
+  /// The socket to the server, which is open as long as the desktop exists.
+  virtual int connection() const = 0;
+  /// Starts reading events from the server; `lost` is called once when it goes away.
   virtual void start(std::function<void()> lost) = 0;
-  /// The monitors that are on. On X11 the server is asked, which blocks until it has answered.
+  /// The monitors that are on. On X11 this blocks until the server has answered.
   virtual std::vector<DisplayStatus> displays() const = 0;
-  /// Empty when the display has no EGL with OpenGL ES 3, or not of the kind that is allowed; then `refusal` says why.
-  virtual std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) = 0;
+  /// Fails when the display has no EGL with OpenGL ES 3, or only a rasteriser that is not allowed. The desktop must
+  /// outlive its renderers.
+  virtual Result<std::unique_ptr<Renderer>> makeGpuRenderer(Rasteriser allowed) = 0;
   virtual std::unique_ptr<Renderer> makeCpuRenderer() = 0;
-  /// Everything given must outlive the window server, and so must the desktop.
-  virtual std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) = 0;
+  /// The windows have their targets from the renderer that was made last, which `output` must own. The desktop and
+  /// everything given must outlive the window server.
+  virtual std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) = 0;
   virtual EmbeddingTray embeddingTray() = 0;
 };
 

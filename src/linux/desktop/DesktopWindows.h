@@ -15,9 +15,9 @@ namespace quilex {
 
 enum class WindowOrder { back, front };
 
-/// The windows of a window server, lent to the core. They are shown, ordered and hidden once a turn of the run loop, so
-/// that what is undone in the same turn is never seen; and one that is given up in a turn is lent again when another of
-/// the kind is asked for in the same turn, so that a change of the layout does not uncover the desktop. `Window` has
+/// The windows of a window server, lent to the core. They are shown, ordered and hidden at the end of a turn of the run
+/// loop, so that what is undone in the same turn is never seen. A window that is given back is lent again if the core
+/// asks for one like it in the same turn, so that a change of the layout does not uncover the desktop. `Window` has
 /// setContent, order, orderOut and settle. Main thread.
 template <typename Window>
 class DesktopWindows {
@@ -27,14 +27,15 @@ class DesktopWindows {
   DesktopWindows(const DesktopWindows&) = delete;
   DesktopWindows& operator=(const DesktopWindows&) = delete;
 
-  /// A window for which `suits` holds, or else what `make` makes. Everything must be gone before this is.
+  /// A window that was given back and for which `suits` holds, or else what `make` makes. Everything that was lent must
+  /// be destroyed before this object.
   template <typename Suits, typename Make>
   std::unique_ptr<WallpaperWindow> lend(const Suits& suits, const Make& make) {
-    const auto spare = std::ranges::find_if(givenUp_, [&](const auto& window) { return suits(*window); });
+    const auto spare = std::ranges::find_if(givenBack_, [&](const auto& window) { return suits(*window); });
     std::unique_ptr<Window> window;
-    if (spare != givenUp_.end()) {
+    if (spare != givenBack_.end()) {
       window = std::move(*spare);
-      givenUp_.erase(spare);
+      givenBack_.erase(spare);
     } else {
       window = make();
       windows_.push_back(window.get());
@@ -42,7 +43,7 @@ class DesktopWindows {
     return std::make_unique<Loan>(*this, std::move(window));
   }
 
-  /// All that are there, in no particular order.
+  /// All windows, lent or given back, in no particular order.
   const std::vector<Window*>& all() const { return windows_; }
 
   void settleSoon() {
@@ -55,16 +56,16 @@ class DesktopWindows {
   /// What the core holds.
   class Loan : public WallpaperWindow {
    public:
-    Loan(DesktopWindows& lender, std::unique_ptr<Window> lent) : owner_(lender), window_(std::move(lent)) {}
+    Loan(DesktopWindows& owner, std::unique_ptr<Window> window) : owner_(owner), window_(std::move(window)) {}
     ~Loan() override {
       window_->orderOut();
-      owner_.givenUp_.push_back(std::move(window_));
+      owner_.givenBack_.push_back(std::move(window_));
       owner_.settleSoon();
     }
     void setContentView(std::unique_ptr<VideoView> view, std::function<void()> click) override {
       window_->setContent(std::move(view), std::move(click));
     }
-    // The kind of the window is its level.
+    // For the core: a window of the desktop has no other level than its own.
     void setLevel(WindowLevel /*level*/) override {}
     void orderBack() override { order(WindowOrder::back); }
     void orderFront() override { order(WindowOrder::front); }
@@ -85,10 +86,10 @@ class DesktopWindows {
 
   void settle() {
     settling_.reset();
-    for (const auto& window : givenUp_) {
+    for (const auto& window : givenBack_) {
       std::erase(windows_, window.get());
     }
-    givenUp_.clear();
+    givenBack_.clear();
     for (Window* window : windows_) {
       window->settle();
     }
@@ -98,7 +99,7 @@ class DesktopWindows {
   RunLoop& runLoop_;
   std::function<void()> afterSettling_;
   std::vector<Window*> windows_;
-  std::vector<std::unique_ptr<Window>> givenUp_;
+  std::vector<std::unique_ptr<Window>> givenBack_;
   std::optional<Disposable> settling_;
 };
 

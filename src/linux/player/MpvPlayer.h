@@ -13,7 +13,6 @@
 
 #include "base/ObserverList.h"
 #include "linux/media/MediaStream.h"
-#include "linux/player/MpvHandle.h"
 #include "linux/player/MpvReport.h"
 #include "linux/player/SoundOutput.h"
 #include "linux/render/VideoOutput.h"

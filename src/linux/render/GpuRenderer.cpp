@@ -1,7 +1,6 @@
 #include "linux/render/GpuRenderer.h"
 
 #include <EGL/eglext.h>
-#include <GLES3/gl3.h>
 #include <mpv/render_gl.h>
 
 #include <algorithm>
@@ -37,7 +36,7 @@ Function eglFunction(const char* name) {
   return reinterpret_cast<Function>(eglGetProcAddress(name));
 }
 
-// Asks without starting a driver, which for a software rasteriser would cost more than the whole start of the agent.
+// Asks without starting a driver: starting a software rasteriser would take longer than the whole start of the agent.
 bool onlySoftwareDevices() {
   if (!contains(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), "EGL_EXT_device_")) {
     return false;
@@ -55,7 +54,7 @@ bool onlySoftwareDevices() {
   });
 }
 
-// A rasteriser that does not say what it is counts as one of software.
+// A rasteriser without a name counts as software.
 bool isSoftware(const std::string& rasteriser) {
   return rasteriser.empty() || contains(rasteriser.c_str(), "llvmpipe") || contains(rasteriser.c_str(), "softpipe") ||
          contains(rasteriser.c_str(), "SWR");
@@ -66,7 +65,7 @@ std::string glText(GLenum name) {
   return text != nullptr ? text : "";
 }
 
-// What EGL says of its last failure, to be put behind a sentence; nothing where there was none.
+// EGL's last error in brackets, to follow a message; empty when there was none.
 std::string lastError() {
   const EGLint error = eglGetError();
   std::ostringstream text;
@@ -74,33 +73,55 @@ std::string lastError() {
   return error == EGL_SUCCESS ? "" : text.str();
 }
 
+tl::unexpected<Failure> refused(std::string reason) {
+  qCInfo(renderLog, "EGL is not used: %s", reason.c_str());
+  return tl::unexpected(Failure{std::move(reason)});
+}
+
 }  // namespace
 
-/// A texture of the picture's size in a framebuffer object.
+class GpuTarget : public RenderTarget {
+ public:
+  GpuTarget(GpuRenderer& renderer, std::unique_ptr<EglWindow> window)
+      : renderer_(renderer), window_(std::move(window)) {
+    renderer_.targets_.push_back(this);
+  }
+  ~GpuTarget() override {
+    if (renderer_.current_ == this) {
+      renderer_.makeCurrent(nullptr);
+      // Also when that fails because the context is lost.
+      renderer_.current_ = nullptr;
+    }
+    std::erase(renderer_.targets_, this);
+  }
+
+ private:
+  friend class GpuRenderer;
+
+  GpuRenderer& renderer_;
+  // The surface is destroyed before the window.
+  std::unique_ptr<EglWindow> window_;
+  EglSurface surface_;
+};
+
+/// A texture of the picture's size in a framebuffer object. A context must be current when it is made.
 class GpuPicture : public Picture {
  public:
-  GpuPicture(GpuRenderer& owner, PixelSize extent) : renderer_(owner), size_(extent) {
-    renderer_.makeCurrent(renderer_.current_);
-    glGenTextures(1, &texture_);
-    glBindTexture(GL_TEXTURE_2D, texture_);
+  GpuPicture(GpuRenderer& renderer, PixelSize size) : renderer_(renderer), size_(size) {
+    glBindTexture(GL_TEXTURE_2D, texture_.name());
     glTexStorage2D(GL_TEXTURE_2D, 1, GL_RGBA8, size_.width, size_.height);
-    glGenFramebuffers(1, &framebuffer_);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_);
-    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture_, 0);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_.name());
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture_.name(), 0);
   }
-  ~GpuPicture() override {
-    renderer_.makeCurrent(renderer_.current_);
-    glDeleteFramebuffers(1, &framebuffer_);
-    glDeleteTextures(1, &texture_);
-  }
+  ~GpuPicture() override { renderer_.makeCurrent(renderer_.current_); }
 
   bool draw(mpv_render_context* context) override {
     renderer_.makeCurrent(renderer_.current_);
-    mpv_opengl_fbo target{static_cast<int>(framebuffer_), size_.width, size_.height, 0};
+    mpv_opengl_fbo drawn{static_cast<int>(framebuffer_.name()), size_.width, size_.height, 0};
     int flipped = 1;  // OpenGL's rows go upwards
     int wait = 0;
     std::array parameters{
-        mpv_render_param{MPV_RENDER_PARAM_OPENGL_FBO, &target},
+        mpv_render_param{MPV_RENDER_PARAM_OPENGL_FBO, &drawn},
         mpv_render_param{MPV_RENDER_PARAM_FLIP_Y, &flipped},
         mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
@@ -108,61 +129,82 @@ class GpuPicture : public Picture {
     return mpv_render_context_render(context, parameters.data()) >= 0;
   }
 
-  void show(NativeWindow window, const PixelRect& part) override {
-    const EGLNativeWindowType native = renderer_.windows_->sized(window, {part.width, part.height});
-    if (native == 0 || !renderer_.makeCurrent(window, native)) {
+  void show(RenderTarget& target, const PixelRect& part) override {
+    auto& own = static_cast<GpuTarget&>(target);
+    if (!renderer_.prepare(own, {part.width, part.height})) {
       return;
     }
     const GLint bottom = size_.height - part.y - part.height;
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer_);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer_.name());
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
     glDisable(GL_SCISSOR_TEST);
     glBlitFramebuffer(part.x, bottom, part.x + part.width, bottom + part.height, 0, 0, part.width, part.height,
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    renderer_.show(window);
+    renderer_.swap(own);
   }
 
  private:
   GpuRenderer& renderer_;
   PixelSize size_;
-  GLuint texture_ = 0;
-  GLuint framebuffer_ = 0;
+  GlTexture texture_;
+  GlFramebuffer framebuffer_;
 };
 
-std::unique_ptr<GpuRenderer> GpuRenderer::make(EGLenum platform, void* nativeDisplay,
-                                               std::optional<EGLint> nativeVisual, mpv_render_param displayParameter,
-                                               Rasteriser allowed, std::string& refusal,
-                                               std::unique_ptr<EglWindows> windows) {
-  const auto refuse = [&refusal](std::string why) {
-    refusal = std::move(why);
-    qCInfo(renderLog, "EGL is not used: %s", refusal.c_str());
-    return nullptr;
-  };
+Result<std::unique_ptr<GpuRenderer>> GpuRenderer::make(const EglPlatform& platform, Rasteriser allowed) {
   if (allowed == Rasteriser::hardwareOnly && onlySoftwareDevices()) {
-    return refuse("EGL knows only software devices");
+    return refused("EGL knows only software devices");
   }
-  const EGLDisplay display = eglGetPlatformDisplay(platform, nativeDisplay, nullptr);
-  if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
-    return refuse("EGL cannot be started on this display" + lastError());
-  }
-  std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(display, std::move(windows)));
-  renderer->nativeDisplayParameter_ = displayParameter;
-  if (auto failure = renderer->setUp(nativeVisual, allowed)) {
-    return refuse(*std::move(failure));
+  std::unique_ptr<GpuRenderer> renderer(new GpuRenderer(platform));
+  if (auto ready = renderer->setUp(allowed); !ready) {
+    return refused(std::move(ready.error().message));
   }
   qCInfo(renderLog, "draws with %s", renderer->driver_.c_str());
   return renderer;
 }
 
-bool GpuRenderer::suits(EGLConfig candidate, std::optional<EGLint> nativeVisual) const {
-  const auto has = [&](EGLint attribute, EGLint wanted) {
-    EGLint value = 0;
-    return eglGetConfigAttrib(display_, candidate, attribute, &value) == EGL_TRUE && value == wanted;
-  };
-  return nativeVisual ? has(EGL_NATIVE_VISUAL_ID, *nativeVisual) : has(EGL_BUFFER_SIZE, 24) && has(EGL_ALPHA_SIZE, 0);
+GpuRenderer::GpuRenderer(const EglPlatform& platform)
+    : platform_(platform), display_(eglGetPlatformDisplay(platform.kind, platform.display, nullptr)) {}
+
+GpuRenderer::~GpuRenderer() {
+  if (context_) {
+    releaseSurfaces();
+  }
 }
 
-bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
+Outcome GpuRenderer::setUp(Rasteriser allowed) {
+  const auto failed = [](std::string reason) { return tl::unexpected(Failure{std::move(reason)}); };
+  if (!display_ || eglInitialize(display_.get(), nullptr, nullptr) == EGL_FALSE) {
+    return failed("EGL cannot be started on this display" + lastError());
+  }
+  if (!contains(eglQueryString(display_.get(), EGL_EXTENSIONS), "EGL_KHR_surfaceless_context")) {
+    return failed("EGL lacks contexts without surfaces (EGL_KHR_surfaceless_context)");
+  }
+  if (eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE) {
+    return failed("EGL lacks OpenGL ES");
+  }
+  if (!chooseConfig()) {
+    return failed("EGL has no configuration of OpenGL ES 3 for the windows' colours");
+  }
+  if (!useContext(makeGlContext())) {
+    return failed("EGL cannot make a context of OpenGL ES 3" + lastError());
+  }
+  driver_ = glText(GL_VENDOR) + " " + glText(GL_RENDERER) + ", " + glText(GL_VERSION);
+  if (allowed == Rasteriser::hardwareOnly && isSoftware(glText(GL_RENDERER))) {
+    return failed("EGL has only a software rasteriser, " + glText(GL_RENDERER));
+  }
+  return {};
+}
+
+bool GpuRenderer::suits(EGLConfig candidate) const {
+  const auto has = [&](EGLint attribute, EGLint wanted) {
+    EGLint value = 0;
+    return eglGetConfigAttrib(display_.get(), candidate, attribute, &value) == EGL_TRUE && value == wanted;
+  };
+  return platform_.visual ? has(EGL_NATIVE_VISUAL_ID, *platform_.visual)
+                          : has(EGL_BUFFER_SIZE, 24) && has(EGL_ALPHA_SIZE, 0);
+}
+
+bool GpuRenderer::chooseConfig() {
   constexpr std::array<EGLint, 11> kWanted{EGL_SURFACE_TYPE,
                                            EGL_WINDOW_BIT,
                                            EGL_RENDERABLE_TYPE,
@@ -175,11 +217,10 @@ bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
                                            8,
                                            EGL_NONE};
   EGLint count = 0;
-  eglChooseConfig(display_, kWanted.data(), nullptr, 0, &count);
+  eglChooseConfig(display_.get(), kWanted.data(), nullptr, 0, &count);
   std::vector<EGLConfig> configs(static_cast<std::size_t>(count));
-  eglChooseConfig(display_, kWanted.data(), configs.data(), count, &count);
-  const auto found =
-      std::find_if(configs.begin(), configs.end(), [&](EGLConfig each) { return suits(each, nativeVisual); });
+  eglChooseConfig(display_.get(), kWanted.data(), configs.data(), count, &count);
+  const auto found = std::ranges::find_if(configs, [&](EGLConfig each) { return suits(each); });
   if (found == configs.end()) {
     return false;
   }
@@ -187,40 +228,21 @@ bool GpuRenderer::chooseConfig(std::optional<EGLint> nativeVisual) {
   return true;
 }
 
-std::optional<std::string> GpuRenderer::setUp(std::optional<EGLint> nativeVisual, Rasteriser allowed) {
-  if (!contains(eglQueryString(display_, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context")) {
-    return "EGL lacks contexts without surfaces (EGL_KHR_surfaceless_context)";
-  }
-  if (eglBindAPI(EGL_OPENGL_ES_API) == EGL_FALSE) {
-    return "EGL lacks OpenGL ES";
-  }
-  if (!chooseConfig(nativeVisual)) {
-    return "EGL has no configuration of OpenGL ES 3 for the windows' colours";
-  }
-  if (!use(makeGlContext())) {
-    return "EGL cannot make a context of OpenGL ES 3" + lastError();
-  }
-  driver_ = glText(GL_VENDOR) + " " + glText(GL_RENDERER) + ", " + glText(GL_VERSION);
-  if (allowed == Rasteriser::hardwareOnly && isSoftware(glText(GL_RENDERER))) {
-    return "EGL has only a software rasteriser, " + glText(GL_RENDERER);
-  }
-  return std::nullopt;
-}
-
-// A driver tells of resets only in a context that asks for it; it may end the process otherwise.
-EGLContext GpuRenderer::makeGlContext() const {
+// A driver reports a reset only to a context that asks for reports; without one it may end the process.
+EglContext GpuRenderer::makeGlContext() const {
   std::vector<EGLint> attributes{EGL_CONTEXT_CLIENT_VERSION, 3};
-  if (contains(eglQueryString(display_, EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
+  if (contains(eglQueryString(display_.get(), EGL_EXTENSIONS), "EGL_EXT_create_context_robustness")) {
     attributes.insert(attributes.end(),
                       {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_EXT, EGL_LOSE_CONTEXT_ON_RESET_EXT});
   }
   attributes.push_back(EGL_NONE);
-  return eglCreateContext(display_, config_, EGL_NO_CONTEXT, attributes.data());
+  return {eglCreateContext(display_.get(), config_, EGL_NO_CONTEXT, attributes.data()), {display_.get()}};
 }
 
-bool GpuRenderer::use(EGLContext made) {
-  context_ = made;
-  if (context_ == EGL_NO_CONTEXT || !makeCurrent(0)) {
+bool GpuRenderer::useContext(EglContext context) {
+  context_ = std::move(context);
+  resetStatus_ = nullptr;
+  if (!context_ || !makeCurrent(nullptr)) {
     return false;
   }
   const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
@@ -231,32 +253,23 @@ bool GpuRenderer::use(EGLContext made) {
   return true;
 }
 
-void GpuRenderer::destroyGlContext() {
-  eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-  current_ = 0;
-  for (const auto& [window, surface] : surfaces_) {
-    eglDestroySurface(display_, surface);
+void GpuRenderer::releaseSurfaces() {
+  eglMakeCurrent(display_.get(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  current_ = nullptr;
+  for (GpuTarget* target : targets_) {
+    target->surface_.reset();
   }
-  surfaces_.clear();
-  if (context_ != EGL_NO_CONTEXT) {
-    eglDestroyContext(display_, std::exchange(context_, EGL_NO_CONTEXT));
-  }
-  resetStatus_ = nullptr;
 }
 
 bool GpuRenderer::restore(const std::function<void()>& letGo) {
-  const EGLContext made = makeGlContext();
-  if (made == EGL_NO_CONTEXT) {
-    return false;
-  }
-  if (eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, made) == EGL_FALSE) {
-    eglDestroyContext(display_, made);
+  EglContext context = makeGlContext();
+  if (!context || eglMakeCurrent(display_.get(), EGL_NO_SURFACE, EGL_NO_SURFACE, context.get()) == EGL_FALSE) {
     return false;
   }
   letGo();
-  destroyGlContext();
+  releaseSurfaces();
   lost_ = false;
-  use(made);
+  useContext(std::move(context));
   return true;
 }
 
@@ -267,19 +280,43 @@ bool GpuRenderer::checked(EGLBoolean result) {
   return result == EGL_TRUE;
 }
 
-void GpuRenderer::show(NativeWindow window) {
-  windows_->willShow(window);
-  if (!checked(eglSwapBuffers(display_, surfaces_[window]))) {
-    windows_->wasNotShown(window);
+bool GpuRenderer::prepare(GpuTarget& target, PixelSize size) {
+  const EGLNativeWindowType window = target.window_->sized(size);
+  if (!target.surface_) {
+    target.surface_ = {eglCreateWindowSurface(display_.get(), config_, window, nullptr), {display_.get()}};
+  }
+  return target.surface_ && makeCurrent(&target);
+}
+
+bool GpuRenderer::makeCurrent(GpuTarget* target) {
+  const EGLSurface surface = target != nullptr ? target->surface_.get() : EGL_NO_SURFACE;
+  if (!checked(eglMakeCurrent(display_.get(), surface, surface, context_.get()))) {
+    return false;
+  }
+  if (current_ != target) {
+    current_ = target;
+    eglSwapInterval(display_.get(), 0);
+  }
+  return true;
+}
+
+void GpuRenderer::swap(GpuTarget& target) {
+  target.window_->willShow();
+  if (!checked(eglSwapBuffers(display_.get(), target.surface_.get()))) {
+    target.window_->wasNotShown();
   }
   if (resetStatus_ != nullptr && resetStatus_() != GL_NO_ERROR) {
     lost_ = true;
   }
 }
 
-GpuRenderer::~GpuRenderer() {
-  destroyGlContext();
-  eglTerminate(display_);
+std::unique_ptr<RenderTarget> GpuRenderer::makeTarget(std::unique_ptr<EglWindow> window) {
+  return std::make_unique<GpuTarget>(*this, std::move(window));
+}
+
+std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) {
+  makeCurrent(current_);
+  return std::make_unique<GpuPicture>(*this, size);
 }
 
 MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
@@ -293,7 +330,7 @@ MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
   std::array parameters{
       mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
       mpv_render_param{MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions},
-      nativeDisplayParameter_,
+      platform_.forPlayer,
       mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr},
   };
   mpv_render_context* made = nullptr;
@@ -301,42 +338,6 @@ MpvRenderContext GpuRenderer::makeContext(mpv_handle* core) {
     fatalError("the player library has no OpenGL renderer");
   }
   return MpvRenderContext(made);
-}
-
-std::unique_ptr<Picture> GpuRenderer::makePicture(PixelSize size) {
-  return std::make_unique<GpuPicture>(*this, size);
-}
-
-bool GpuRenderer::makeCurrent(NativeWindow window, EGLNativeWindowType native) {
-  EGLSurface surface = EGL_NO_SURFACE;
-  if (window != 0) {
-    const auto known = surfaces_.find(window);
-    surface = known != surfaces_.end() ? known->second : eglCreateWindowSurface(display_, config_, native, nullptr);
-    if (surface == EGL_NO_SURFACE) {
-      return false;
-    }
-    surfaces_[window] = surface;
-  }
-  if (!checked(eglMakeCurrent(display_, surface, surface, context_))) {
-    return false;
-  }
-  if (current_ != window) {
-    current_ = window;
-    eglSwapInterval(display_, 0);
-  }
-  return true;
-}
-
-void GpuRenderer::forget(NativeWindow window) {
-  if (const auto known = surfaces_.find(window); known != surfaces_.end()) {
-    if (current_ == window) {
-      makeCurrent(0);
-    }
-    eglDestroySurface(display_, known->second);
-    surfaces_.erase(known);
-  }
-  // Also where EGL could make nothing of the window.
-  windows_->forget(window);
 }
 
 }  // namespace quilex

@@ -1,51 +1,34 @@
 #pragma once
 
-#include <mpv/client.h>
-#include <mpv/render.h>
-
-#include <compare>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "linux/render/MpvHandles.h"
+#include "linux/render/Pixels.h"
+
 namespace quilex {
 
-struct PixelSize {
-  int width = 0;
-  int height = 0;
-  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison's zero for a pointer
-  auto operator<=>(const PixelSize&) const = default;
+/// All that a renderer holds for one window. It must be destroyed before the window and before the renderer. Each
+/// renderer has a function `makeTarget`, which takes a window as its window system knows it. Main thread.
+class RenderTarget {
+ public:
+  RenderTarget() = default;
+  virtual ~RenderTarget() = default;
+  RenderTarget(const RenderTarget&) = delete;
+  RenderTarget& operator=(const RenderTarget&) = delete;
 };
 
-/// A rectangle of a picture, from its top left corner.
-struct PixelRect {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-  bool operator==(const PixelRect&) const = default;
-};
-
-/// The window system's name for a window.
-using NativeWindow = std::uint32_t;
-
-struct MpvRenderContextDestroyer {
-  void operator()(mpv_render_context* context) const { mpv_render_context_free(context); }
-};
-
-/// Owns the render context of a core, which must be freed before the core.
-using MpvRenderContext = std::unique_ptr<mpv_render_context, MpvRenderContextDestroyer>;
-
-/// The current frame at one size, shared by all windows that show parts of it. Main thread.
+/// The current frame at one size, shared by all windows that show parts of it. The renderer must outlive it. Main
+/// thread.
 class Picture {
  public:
   virtual ~Picture() = default;
   /// Draws the core's next frame if there is one, else its current frame again. False, with the picture as it was,
   /// when the display still reads all memory there is for it.
   virtual bool draw(mpv_render_context* context) = 0;
-  /// Shows a part at the window's top left corner.
-  virtual void show(NativeWindow window, const PixelRect& part) = 0;
+  /// Shows a part at the top left corner of a window. The target must be of the same renderer.
+  virtual void show(RenderTarget& target, const PixelRect& part) = 0;
 };
 
 /// Draws frames and shows them in windows: with the GPU, or with the CPU and shared memory. Main thread.
@@ -58,15 +41,13 @@ class Renderer {
   /// Whether that context turns pictures as the core's option "video-rotate" says. libmpv's software renderer does not:
   /// it stops the process where the turned picture has another shape.
   virtual bool turnsPictures() const { return false; }
-  /// What draws, as its driver says it; empty where that is the CPU.
+  /// The GPU and its driver, as the driver calls them; empty where the CPU draws.
   virtual std::string device() const { return {}; }
   virtual std::unique_ptr<Picture> makePicture(PixelSize size) = 0;
-  /// The window is about to be destroyed.
-  virtual void forget(NativeWindow window) = 0;
-  /// Whether the display's driver has lost all that was drawn and made, as after a reset of the GPU.
+  /// Whether the driver has lost everything that was made and drawn, as after a reset of the GPU.
   virtual bool isLost() const { return false; }
-  /// Makes the renderer work again after a loss, once that can be done; false while it cannot. `letGo` must then
-  /// destroy all its pictures and render contexts.
+  /// Makes the renderer work again after a loss; false while that is not possible yet. `letGo` is called when it is: it
+  /// must destroy all pictures and render contexts. Targets stay.
   virtual bool restore(const std::function<void()>& /*letGo*/) { return true; }
 };
 

@@ -6,7 +6,7 @@
 
 namespace quilex {
 
-/// Memory that can be shared with the display server, unmapped at the end. Running out of it stops the process.
+/// Memory that can be shared with the display server, filled with zeros. When there is none left the process stops.
 class SharedPages {
  public:
   explicit SharedPages(std::size_t bytes);

@@ -12,10 +12,9 @@ namespace quilex {
 #if defined(__x86_64__)
 namespace {
 
-// The converter's loops are in SSE instructions. While the upper halves of the vector registers hold anything, as other
-// libraries leave them on this thread, each of those waits for the one before that wrote to the same register, and a
-// conversion takes a third longer (Intel 64 and IA-32 Architectures Optimization Reference Manual, on mixing AVX code
-// with SSE code).
+// Makes the conversion of a frame a third faster. The converter uses SSE instructions. While the upper halves of the
+// vector registers are in use, as other libraries leave them, each of these waits for the last one that wrote to the
+// same register (Intel 64 and IA-32 Architectures Optimization Reference Manual, on mixing AVX code with SSE code).
 [[gnu::target("avx")]] void clearUpperHalves() {
   _mm256_zeroupper();
 }
@@ -24,10 +23,10 @@ namespace {
 #endif
 
 MpvRenderContext makeSoftwareContext(mpv_handle* core) {
-  // The converter's fast paths take a third off the cost of a frame that needs no scaling, with no visible difference.
+  // The converter's fast paths save a third of the cost of a frame that needs no scaling, with no visible difference.
   mpv_set_option_string(core, "sws-fast", "yes");
   mpv_set_option_string(core, "sws-allow-zimg", "no");
-  // Enlarged to two monitors, the default scaler takes longer than a frame lasts, for a picture that looks the same.
+  // For a picture across two monitors the default scaler takes longer than a frame lasts, and looks no better.
   mpv_set_option_string(core, "sws-scaler", "bilinear");
   std::array parameters{
       mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},

@@ -6,7 +6,8 @@
 
 namespace quilex {
 
-/// libmpv's software rendering, common to the window systems.
+/// libmpv's software renderer, for the CPU renderers of all window systems. A core that cannot be rendered stops the
+/// process.
 MpvRenderContext makeSoftwareContext(mpv_handle* core);
 
 constexpr std::size_t kPixelBytes = 4;
@@ -17,7 +18,8 @@ constexpr std::size_t softwareStride(int width) {
   return (static_cast<std::size_t>(width) * kPixelBytes + kRowAlignment - 1) / kRowAlignment * kRowAlignment;
 }
 
-/// Draws the next (or else the current) frame as 32-bit pixels of bytes blue, green, red, unused.
+/// Draws the next frame, or else the current one, as 32-bit pixels of bytes blue, green, red, unused. `stride` is in
+/// bytes. False when it fails.
 bool drawSoftware(mpv_render_context* context, PixelSize size, std::size_t stride, void* pixels);
 
 }  // namespace quilex

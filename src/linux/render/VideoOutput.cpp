@@ -15,8 +15,8 @@ constexpr std::chrono::milliseconds kRestoreRetry{1000};
 
 }  // namespace
 
-VideoOutput::VideoOutput(std::unique_ptr<Renderer> theRenderer)
-    : renderer_(std::move(theRenderer)), wakeup_([this] { frameArrived(); }) {}
+VideoOutput::VideoOutput(std::unique_ptr<Renderer> renderer)
+    : renderer_(std::move(renderer)), wakeup_([this] { frameArrived(); }) {}
 
 VideoOutput::~VideoOutput() {
   detach();
@@ -46,44 +46,14 @@ void VideoOutput::frameArrived() {
   if (!context_ || (mpv_render_context_update(context_.get()) & MPV_RENDER_UPDATE_FRAME) == 0) {
     return;
   }
-  mpv_render_frame_info info = {};
-  mpv_render_context_get_info(context_.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
-  const bool present = (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0;
-  const bool redraw = (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
-  // A redraw brings nothing that is not shown already; and between two files it is one of nothing, which would be
-  // black.
-  if (!present || redraw || renderer_->isLost()) {
+  if (!hasNewFrame() || renderer_->isLost()) {
     dropFrame();
     return;
   }
-  const bool first = !std::exchange(hasFrame_, true);
+  const bool isFirst = !std::exchange(hasFrame_, true);
   ++frameNumber_;
-  bool taken = false;
-  bool wanted = false;
-  for (VideoSurface* surface : surfaces_) {
-    if (!surface->visible_) {
-      continue;
-    }
-    wanted = true;
-    Drawn& drawn = drawnAt(surface->size_);
-    if (drawn.frame != frameNumber_ && drawn.picture->draw(context_.get())) {
-      drawn.frame = frameNumber_;
-      taken = true;
-    }
-    if (drawn.frame == frameNumber_) {
-      surface->shownFrame_ = frameNumber_;
-      drawn.picture->show(surface->window_, surface->shown_);
-    }
-  }
-  if (taken) {
-    shown_.add(MinuteCounter::Time::clock::now());
-  } else {
-    dropFrame();
-    if (wanted) {
-      framesDropped(1);
-    }
-  }
-  if (first) {
+  showFrame();
+  if (isFirst) {
     const auto waiting = surfaces_;
     for (VideoSurface* surface : waiting) {
       surface->becameReady_();
@@ -93,10 +63,43 @@ void VideoOutput::frameArrived() {
   checkLost();
 }
 
+// A redraw brings nothing that is not shown already; between two files there is nothing to redraw, which would be
+// black.
+bool VideoOutput::hasNewFrame() const {
+  mpv_render_frame_info info = {};
+  mpv_render_context_get_info(context_.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
+  return (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 && (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) == 0;
+}
+
+void VideoOutput::showFrame() {
+  bool isDrawn = false;
+  bool isWanted = false;
+  for (VideoSurface* surface : surfaces_) {
+    if (surface->target_ == nullptr) {
+      continue;
+    }
+    isWanted = true;
+    const Drawn& drawn = drawnAt(surface->shown_.picture);
+    if (drawn.frame == frameNumber_) {
+      isDrawn = true;
+      surface->shownFrame_ = frameNumber_;
+      drawn.picture->show(*surface->target_, surface->shown_.part);
+    }
+  }
+  if (isDrawn) {
+    shown_.add(MinuteCounter::Time::clock::now());
+  } else {
+    dropFrame();
+    if (isWanted) {
+      framesDropped(1);
+    }
+  }
+}
+
 void VideoOutput::checkLost() {
   if (renderer_->isLost() && !restoration_) {
     qCWarning(renderLog, "the driver has lost all that was drawn");
-    // Not in the midst of drawing.
+    // Not in the middle of drawing.
     restoration_ = runLoop_.after(std::chrono::milliseconds(0), [this] { restore(); });
   }
 }
@@ -117,7 +120,7 @@ void VideoOutput::restore() {
   }
 }
 
-// Tells the core that the frame was dealt with; it would wait for that.
+// The core waits until each frame was either drawn or skipped.
 void VideoOutput::dropFrame() {
   int skip = 1;
   int wait = 0;
@@ -134,6 +137,9 @@ VideoOutput::Drawn& VideoOutput::drawnAt(PixelSize size) {
   if (!drawn.picture) {
     drawn.picture = renderer_->makePicture(size);
   }
+  if (drawn.frame != frameNumber_ && hasFrame_ && drawn.picture->draw(context_.get())) {
+    drawn.frame = frameNumber_;
+  }
   return drawn;
 }
 
@@ -142,17 +148,17 @@ bool VideoOutput::canShow(PixelSize size) const {
   return hasFrame_ || (drawn != pictures_.end() && drawn->second.frame != 0);
 }
 
-// Not when a surface goes: a new layout often brings one of the same size in the same turn of the run loop.
+// Called with the next frame rather than when a surface goes: a new layout often brings a surface of the same size in
+// the same turn of the run loop.
 void VideoOutput::discardUnusedPictures() {
   std::erase_if(pictures_, [&](const auto& entry) {
     return std::none_of(surfaces_.begin(), surfaces_.end(),
-                        [&](const VideoSurface* surface) { return surface->size_ == entry.first; });
+                        [&](const VideoSurface* surface) { return surface->shown_.picture == entry.first; });
   });
 }
 
-VideoSurface::VideoSurface(VideoOutput& videoOutput, NativeWindow nativeWindow, PixelSize picture, PixelRect part,
-                           std::function<void()> ready)
-    : output_(videoOutput), window_(nativeWindow), size_(picture), shown_(part), becameReady_(std::move(ready)) {
+VideoSurface::VideoSurface(VideoOutput& output, const PicturePart& shown, std::function<void()> ready)
+    : output_(output), shown_(shown), becameReady_(std::move(ready)) {
   output_.surfaces_.push_back(this);
 }
 
@@ -161,20 +167,17 @@ VideoSurface::~VideoSurface() {
 }
 
 bool VideoSurface::isReady() const {
-  return output_.canShow(size_);
+  return output_.canShow(shown_.picture);
 }
 
 void VideoSurface::repaint() {
-  if (!visible_ || !isReady()) {
+  if (target_ == nullptr || !isReady()) {
     return;
   }
-  VideoOutput::Drawn& drawn = output_.drawnAt(size_);
-  if (drawn.frame != output_.frameNumber_ && output_.hasFrame_ && drawn.picture->draw(output_.context_.get())) {
-    drawn.frame = output_.frameNumber_;
-  }
+  const VideoOutput::Drawn& drawn = output_.drawnAt(shown_.picture);
   if (drawn.frame != 0) {
     shownFrame_ = drawn.frame;
-    drawn.picture->show(window_, shown_);
+    drawn.picture->show(*target_, shown_.part);
   }
   output_.checkLost();
 }

@@ -29,44 +29,42 @@ const wl_registry_listener WaylandConnection::registryListener = {
                         std::uint32_t name) { static_cast<WaylandConnection*>(data)->removed(name); },
 };
 
-std::unique_ptr<WaylandConnection> WaylandConnection::open(std::string& refusal) {
-  wl_display* const display = wl_display_connect(nullptr);
-  if (display == nullptr) {
-    refusal = "there is no compositor at WAYLAND_DISPLAY";
-    return nullptr;
+Result<std::unique_ptr<WaylandConnection>> WaylandConnection::open() {
+  WaylandObject<wl_display> display(wl_display_connect(nullptr));
+  if (!display) {
+    return tl::unexpected(Failure{"there is no compositor at WAYLAND_DISPLAY"});
   }
-  std::unique_ptr<WaylandConnection> connection(new WaylandConnection(display));
-  if (auto failure = connection->setUp()) {
-    refusal = *std::move(failure);
-    return nullptr;
+  std::unique_ptr<WaylandConnection> opened(new WaylandConnection(std::move(display)));
+  if (auto ready = opened->setUp(); !ready) {
+    return tl::unexpected(std::move(ready.error()));
   }
-  return connection;
+  return opened;
 }
 
-WaylandConnection::WaylandConnection(wl_display* connected)
-    : connection_(connected), registry_(wl_display_get_registry(connected)) {
+WaylandConnection::WaylandConnection(WaylandObject<wl_display> display)
+    : display_(std::move(display)), registry_(wl_display_get_registry(display_.get())) {
   wl_registry_add_listener(registry_.get(), &registryListener, this);
 }
 
 WaylandConnection::~WaylandConnection() = default;
 
-std::optional<std::string> WaylandConnection::setUp() {
-  // Once for the globals, and once for what the outputs say of themselves.
+Outcome WaylandConnection::setUp() {
+  // Once for the globals, and once for the outputs' descriptions.
   for (int i = 0; i < 2; ++i) {
     if (wl_display_roundtrip(display()) < 0) {
-      return "the compositor ends the connection";
+      return tl::unexpected(Failure{"the compositor ends the connection"});
     }
   }
   constexpr std::uint32_t kBufferDamage = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
   if (!globals_.layerShell ||
       zwlr_layer_shell_v1_get_version(layerShell()) < ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION) {
-    return "the compositor has no layer shell (wlr-layer-shell, version 2)";
+    return tl::unexpected(Failure{"the compositor has no layer shell (wlr-layer-shell, version 2)"});
   }
   if (!globals_.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals_.sharedMemory ||
       !globals_.viewporter) {
-    return "the compositor lacks wl_compositor 4, wl_shm or wp_viewporter";
+    return tl::unexpected(Failure{"the compositor lacks wl_compositor 4, wl_shm or wp_viewporter"});
   }
-  return std::nullopt;
+  return {};
 }
 
 void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uint32_t version) {
@@ -90,9 +88,9 @@ void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uin
     seatName_ = name;
   }
   if (std::string_view(interface) == wl_output_interface.name && version >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
-    auto* const output = static_cast<wl_output*>(
-        wl_registry_bind(registry_.get(), name, &wl_output_interface, std::min<std::uint32_t>(version, 4)));
-    knownOutputs_.push_back(std::make_unique<WaylandOutput>(name, output, [this] { observers_.notify(); }));
+    WaylandObject<wl_output> output;
+    bindTo(output, registry_.get(), name, wl_output_interface, version, 4);
+    knownOutputs_.push_back(std::make_unique<WaylandOutput>(name, std::move(output), [this] { observers_.notify(); }));
     knownOutputs_.back()->locate(globals_.outputManager.get());
   }
 }
@@ -108,7 +106,7 @@ WaylandObject<wl_seat> WaylandConnection::bindSeat() {
 const WaylandOutput* WaylandConnection::outputOf(const Screen& screen) const {
   const WaylandOutput* found = nullptr;
   for (const auto& output : knownOutputs_) {
-    if (output->isKnown() && output->frame() == screen.frame && (found == nullptr || output->name() == screen.name)) {
+    if (output->isKnown() && output->place() == screen.frame && (found == nullptr || output->name() == screen.name)) {
       found = output.get();
     }
   }
@@ -139,7 +137,7 @@ void WaylandConnection::start(std::function<void()> lost) {
   writable_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
   writable_->setEnabled(false);
   QObject::connect(writable_.get(), &QSocketNotifier::activated, writable_.get(), [this] { flush(); });
-  // What came before there was a notifier; and what EGL, which reads from the connection too, has left for this thread.
+  // Handles what was read before there was a notifier, or by EGL, which reads from the connection too.
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, readable_.get(),
                    [this] {
                      wl_display_dispatch_pending(display());
@@ -147,10 +145,10 @@ void WaylandConnection::start(std::function<void()> lost) {
                    });
 }
 
-// EGL reads from the connection too, so that a plain dispatch could wait for an event that is read already.
+// A plain dispatch could wait for an event that EGL has read already.
 void WaylandConnection::drainEvents() {
   while (wl_display_prepare_read(display()) != 0) {
-    // After an error nothing is dispatched any more, and so the queue never gets empty.
+    // After an error nothing is dispatched any more, so that the queue never gets empty.
     if (wl_display_dispatch_pending(display()) < 0) {
       checkLost();
       return;

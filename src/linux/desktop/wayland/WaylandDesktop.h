@@ -1,14 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "linux/desktop/Desktop.h"
 
 namespace quilex {
 
-/// The Wayland compositor at WAYLAND_DISPLAY; empty when there is none with a layer shell, and then `refusal` says why.
-/// Blocks until the compositor has answered.
-std::unique_ptr<Desktop> openWaylandDesktop(std::string& refusal);
+/// The Wayland compositor at WAYLAND_DISPLAY; fails when there is none with a layer shell. Blocks until the compositor
+/// has answered.
+Result<std::unique_ptr<Desktop>> openWaylandDesktop();
 
 }  // namespace quilex

@@ -2,9 +2,7 @@
 
 #include <linux/input-event-codes.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <utility>
 
 namespace quilex {
@@ -13,14 +11,10 @@ namespace {
 
 constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
                                     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
-/// Neither makes room for itself nor gives way to panels.
+// Neither makes room for itself nor gives way to panels.
 constexpr std::int32_t kWholeOutput = -1;
-// A compositor that closes what it just opened is not to be asked all the time.
+// A compositor may close what it just opened, again and again.
 constexpr std::chrono::milliseconds kReopening{1000};
-
-int pixels(double length) {
-  return static_cast<int>(std::lround(length));
-}
 
 std::uint32_t layerOf(WindowOrder order) {
   return order == WindowOrder::back ? ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM;
@@ -43,27 +37,26 @@ WaylandDesktopWindow::~WaylandDesktopWindow() {
   content_.reset();
 }
 
-void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick) {
-  view_ = std::move(newView);
-  click_ = std::move(newClick);
+void WaylandDesktopWindow::setContent(std::unique_ptr<VideoView> view, std::function<void()> click) {
+  view_ = std::move(view);
+  click_ = std::move(click);
   fitted_.reset();
   fit();
 }
 
-// A hidden window stays as it is when monitors change. When it is shown again, that is where its screen was.
+// A hidden window stays as it is when outputs change. When it is shown again, it is on the output where it was.
 const WaylandOutput* WaylandDesktopWindow::output() const {
   const WaylandOutput* const exact = services_.connection.outputOf(screen_);
   return exact != nullptr || shell_ ? exact : services_.connection.outputNamed(screen_.name);
 }
 
-// An output may get another scale, or another output its place, without any change of the frame that the screen is
-// known by.
+// An output may get another scale, and its place may go to another output, while the screen's own place stays the same.
 void WaylandDesktopWindow::fit() {
   const WaylandOutput* const place = output();
   if (place == nullptr) {
     return;
   }
-  const Fit now{place->global(), place->horizontalScale(), place->verticalScale()};
+  const Fit now{place->global(), place->scale()};
   const std::optional<Fit> before = std::exchange(fitted_, now);
   if (before == now) {
     return;
@@ -72,23 +65,19 @@ void WaylandDesktopWindow::fit() {
     hide();
     reopening_.reset();
   }
-  const auto across = [&](double length) { return pixels(length * now.horizontalScale); };
-  const auto down = [&](double length) { return pixels(length * now.verticalScale); };
-  const Rect& frame = view_->frame;
-  const PixelSize whole{across(frame.width), down(frame.height)};
-  const int left = std::clamp(across(-frame.x), 0, whole.width);
-  const int top = std::clamp(down(-frame.y), 0, whole.height);
-  const PixelRect part{left, top, std::min(across(screen_.frame.width), whole.width - left),
-                       std::min(down(screen_.frame.height), whole.height - top)};
+  makeContent(now.scale);
+}
+
+void WaylandDesktopWindow::makeContent(PixelScale scale) {
   content_.reset();
-  content_.emplace(services_.output, target_, whole, part, [this] {
+  content_.emplace(services_.output, shownPart(view_->frame, screen_.frame, scale), [this] {
     if (wanted_ && !shell_) {
       show();
     }
   });
-  // Otherwise the compositor's word brings it.
-  if (shell_ && shell_->configured && !shell_->frame) {
-    content_->setVisible(true);
+  // Otherwise it is shown with the next configure event or frame callback.
+  if (isShown() && !waitsForCallback()) {
+    content_->setTarget(shell_->target.get());
     content_->repaint();
   }
 }
@@ -131,7 +120,7 @@ void WaylandDesktopWindow::show() {
   zwlr_layer_surface_v1_set_exclusive_zone(layer, kWholeOutput);
   zwlr_layer_surface_v1_set_size(layer, 0, 0);
   wl_surface_commit(shell_->surface.get());
-  services_.targets.put(target_, {shell_->surface.get(), [this] { requestFrame(); }});
+  shell_->target = services_.makeTarget(shell_->surface.get(), [this] { requestCallback(); });
   connection.flush();
 }
 
@@ -139,9 +128,7 @@ void WaylandDesktopWindow::hide() {
   if (!shell_) {
     return;
   }
-  content_->setVisible(false);
-  services_.renderer.forget(target_);
-  services_.targets.remove(target_);
+  content_->setTarget(nullptr);
   shell_.reset();
   services_.connection.flush();
 }
@@ -153,13 +140,13 @@ void WaylandDesktopWindow::configure(std::uint32_t serial, std::uint32_t width, 
   }
   const auto w = static_cast<std::int32_t>(width);
   const auto h = static_cast<std::int32_t>(height);
-  // Whatever the scale is, one pixel of the picture is one of the display.
+  // At any scale, one pixel of the picture is one of the display.
   wp_viewport_set_destination(shell_->viewport.get(), w, h);
   const WaylandObject<wl_region> whole(wl_compositor_create_region(services_.connection.compositor()));
   wl_region_add(whole.get(), 0, 0, w, h);
   wl_surface_set_opaque_region(shell_->surface.get(), whole.get());
   shell_->configured = true;
-  content_->setVisible(true);
+  content_->setTarget(shell_->target.get());
   content_->repaint();
 }
 
@@ -171,19 +158,19 @@ void WaylandDesktopWindow::closed() {
   });
 }
 
-void WaylandDesktopWindow::requestFrame() {
-  shell_->frame.reset(wl_surface_frame(shell_->surface.get()));
-  wl_callback_add_listener(shell_->frame.get(), &frameListener, this);
-  content_->setVisible(false);
-  lookedAt_ = false;
-  services_.frameAsked();
+void WaylandDesktopWindow::requestCallback() {
+  shell_->frameCallback.reset(wl_surface_frame(shell_->surface.get()));
+  wl_callback_add_listener(shell_->frameCallback.get(), &frameListener, this);
+  content_->setTarget(nullptr);
+  waitNoted_ = false;
+  services_.waitBegan();
 }
 
 void WaylandDesktopWindow::frameDone() {
-  shell_->frame.reset();
-  content_->setVisible(true);
+  shell_->frameCallback.reset();
+  content_->setTarget(shell_->target.get());
   content_->catchUp();
-  services_.frameCame();
+  services_.waitEnded();
 }
 
 void WaylandDesktopWindow::button(std::uint32_t code, bool down) {

@@ -44,7 +44,7 @@ struct WaylandDestroyer {
   void operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }
 };
 
-/// What a listener was added for.
+/// The object that a listener was added for.
 template <typename Type>
 Type& listener(void* data) {
   return *static_cast<Type*>(data);

@@ -33,7 +33,7 @@ const wl_output_listener WaylandOutput::outputListener = {
     .description = [](void*, wl_output*, const char*) {},
 };
 
-const zxdg_output_v1_listener WaylandOutput::placeListener = {
+const zxdg_output_v1_listener WaylandOutput::xdgOutputListener = {
     .logical_position =
         [](void* data, zxdg_output_v1*, std::int32_t x, std::int32_t y) {
           listener<WaylandOutput>(data).pending_.logical.x = x;
@@ -44,21 +44,21 @@ const zxdg_output_v1_listener WaylandOutput::placeListener = {
           listener<WaylandOutput>(data).pending_.logical.width = width;
           listener<WaylandOutput>(data).pending_.logical.height = height;
         },
-    // Since version 3 the output's own event says it.
+    // Since version 3 the output's own event stands for this one.
     .done = [](void*, zxdg_output_v1*) {},
     .name = [](void* data, zxdg_output_v1*, const char* name) { listener<WaylandOutput>(data).pending_.name = name; },
     .description = [](void*, zxdg_output_v1*, const char*) {},
 };
 
-WaylandOutput::WaylandOutput(std::uint32_t globalName, wl_output* bound, std::function<void()> theChanged)
-    : id_(globalName), output_(bound), changed_(std::move(theChanged)) {
-  wl_output_add_listener(bound, &outputListener, this);
+WaylandOutput::WaylandOutput(std::uint32_t global, WaylandObject<wl_output> output, std::function<void()> changed)
+    : id_(global), output_(std::move(output)), changed_(std::move(changed)) {
+  wl_output_add_listener(object(), &outputListener, this);
 }
 
 void WaylandOutput::locate(zxdg_output_manager_v1* manager) {
-  if (manager != nullptr && !place_) {
-    place_.reset(zxdg_output_manager_v1_get_xdg_output(manager, object()));
-    zxdg_output_v1_add_listener(place_.get(), &placeListener, this);
+  if (manager != nullptr && !xdgOutput_) {
+    xdgOutput_.reset(zxdg_output_manager_v1_get_xdg_output(manager, object()));
+    zxdg_output_v1_add_listener(xdgOutput_.get(), &xdgOutputListener, this);
   }
 }
 
@@ -67,7 +67,12 @@ PixelSize WaylandOutput::upright() const {
   return turned ? PixelSize{current_.mode.height, current_.mode.width} : current_.mode;
 }
 
-Rect WaylandOutput::frame() const {
+PixelScale WaylandOutput::scale() const {
+  const PixelSize size = upright();
+  return {static_cast<double>(size.width) / place().width, static_cast<double>(size.height) / place().height};
+}
+
+Rect WaylandOutput::place() const {
   const PixelRect& logical = current_.logical;
   if (logical.width > 0) {
     return {double(logical.x), double(logical.y), double(logical.width), double(logical.height)};

@@ -22,7 +22,7 @@ const wl_seat_listener WaylandPointer::seatListener = {
     .name = [](void*, wl_seat*, const char*) {},
 };
 
-// Only what comes of a seat of version 5 is ever sent; newer protocols have more members, which stay null.
+// The seat is bound at version 5. Later versions have more events, which are never sent; their members stay null.
 const wl_pointer_listener WaylandPointer::pointerListener = [] {
   wl_pointer_listener events{};
   events.enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface, wl_fixed_t, wl_fixed_t) {
@@ -46,8 +46,8 @@ const wl_pointer_listener WaylandPointer::pointerListener = [] {
   return events;
 }();
 
-WaylandPointer::WaylandPointer(WaylandConnection& theConnection, Handler pressed)
-    : connection_(theConnection), handler_(std::move(pressed)), seat_(theConnection.bindSeat()) {
+WaylandPointer::WaylandPointer(WaylandConnection& connection, Handler handler)
+    : connection_(connection), handler_(std::move(handler)), seat_(connection.bindSeat()) {
   if (seat_) {
     wl_seat_add_listener(seat_.get(), &seatListener, this);
   }

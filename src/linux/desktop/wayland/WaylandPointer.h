@@ -9,10 +9,11 @@ namespace quilex {
 /// The pointer over the agent's surfaces, with the desktop's usual cursor. Main thread.
 class WaylandPointer {
  public:
-  /// `pressed` is told of each press and release of a button: the surface, the button's code
-  /// (linux/input-event-codes.h) and whether it went down. The connection must outlive the pointer.
+  /// Called for each press and release of a button: the surface, the button's code (linux/input-event-codes.h) and
+  /// whether it went down.
   using Handler = std::function<void(wl_surface* surface, std::uint32_t button, bool down)>;
-  WaylandPointer(WaylandConnection& theConnection, Handler pressed);
+  /// The connection must outlive the pointer.
+  WaylandPointer(WaylandConnection& connection, Handler handler);
   WaylandPointer(const WaylandPointer&) = delete;
   WaylandPointer& operator=(const WaylandPointer&) = delete;
 

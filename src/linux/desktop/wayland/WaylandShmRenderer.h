@@ -1,30 +1,26 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+
 #include "linux/desktop/wayland/WaylandConnection.h"
-#include "linux/desktop/wayland/WaylandTargets.h"
 #include "linux/render/Renderer.h"
 
 namespace quilex {
 
-class WaylandShmPicture;
-
 /// The CPU renderer on Wayland: pictures in memory shared with the compositor.
 class WaylandShmRenderer : public Renderer {
  public:
-  /// Everything given must outlive the renderer.
-  WaylandShmRenderer(WaylandConnection& theConnection, WaylandTargets& theTargets)
-      : connection_(theConnection), targets_(theTargets) {}
+  /// The connection must outlive the renderer.
+  explicit WaylandShmRenderer(WaylandConnection& connection) : connection_(connection) {}
 
+  /// The surface must outlive its target. `aboutToShow` is called before each commit of a picture.
+  static std::unique_ptr<RenderTarget> makeTarget(wl_surface* surface, std::function<void()> aboutToShow);
   MpvRenderContext makeContext(mpv_handle* core) override;
   std::unique_ptr<Picture> makePicture(PixelSize size) override;
-  void forget(NativeWindow window) override;
 
  private:
-  friend class WaylandShmPicture;
-
   WaylandConnection& connection_;
-  WaylandTargets& targets_;
-  std::vector<WaylandShmPicture*> pictures_;
 };
 
 }  // namespace quilex

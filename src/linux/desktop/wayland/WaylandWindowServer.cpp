@@ -7,25 +7,24 @@ namespace quilex {
 
 namespace {
 
-// More than a busy compositor takes.
+// Longer than a busy compositor takes to send a frame callback.
 constexpr std::chrono::milliseconds kPatience{2000};
 constexpr std::chrono::milliseconds kNextTurn{0};
 
 }  // namespace
 
-WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, WaylandTargets& targets, VideoOutput& output,
-                                         Renderer& renderer, RunLoop& loop)
-    : connection_(theConnection),
-      services_{theConnection,
-                targets,
+WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOutput& output,
+                                         MakeWaylandTarget makeTarget, RunLoop& loop)
+    : connection_(connection),
+      services_{connection,
                 output,
-                renderer,
+                std::move(makeTarget),
                 loop,
-                [this] { lookSoon(kPatience); },
+                [this] { checkOcclusionIn(kPatience); },
                 [this] {
                   if (covered_) {
-                    look_.reset();
-                    lookSoon(kNextTurn);
+                    occlusionCheck_.reset();
+                    checkOcclusionIn(kNextTurn);
                   }
                 }},
       windows_(loop,
@@ -33,7 +32,7 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, Wayla
                  const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
                  covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
                }),
-      pointer_(theConnection,
+      pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
                  for (WaylandDesktopWindow* window : windows_.all()) {
                    if (window->is(surface)) {
@@ -42,13 +41,13 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& theConnection, Wayla
                    }
                  }
                }),
-      outputs_(theConnection.observeOutputs([this] { screensChangedSoon(); })) {}
+      outputs_(connection.observeOutputs([this] { screensChangedSoon(); })) {}
 
 std::vector<Screen> WaylandWindowServer::screens() const {
   std::vector<Screen> found;
   for (const auto& output : connection_.outputs()) {
     if (output->isKnown()) {
-      found.push_back({output->name(), output->frame()});
+      found.push_back({output->name(), output->place()});
     }
   }
   return found;
@@ -69,22 +68,23 @@ void WaylandWindowServer::screensChangedSoon() {
   }
 }
 
-void WaylandWindowServer::lookSoon(std::chrono::milliseconds delay) {
-  if (!look_) {
-    look_ = services_.runLoop.after(delay, [this] { checkOcclusion(); });
+void WaylandWindowServer::checkOcclusionIn(std::chrono::milliseconds delay) {
+  if (!occlusionCheck_) {
+    occlusionCheck_ = services_.runLoop.after(delay, [this] { checkOcclusion(); });
   }
 }
 
 void WaylandWindowServer::checkOcclusion() {
-  look_.reset();
+  occlusionCheck_.reset();
   bool anyShown = false;
   bool anySeen = false;
   bool anyWaits = false;
   for (WaylandDesktopWindow* window : windows_.all()) {
     if (window->isShown()) {
       anyShown = true;
-      anySeen = !window->isLeftWaiting() || anySeen;
-      anyWaits = window->waits() || anyWaits;
+      anySeen = anySeen || !window->isLeftWaiting();
+      anyWaits = anyWaits || window->waitsForCallback();
+      window->noteWait();
     }
   }
   if (!anyShown) {
@@ -94,7 +94,7 @@ void WaylandWindowServer::checkOcclusion() {
     occlusionObservers_.notify();
   }
   if (!covered_ && anyWaits) {
-    lookSoon(kPatience);
+    checkOcclusionIn(kPatience);
   }
 }
 

@@ -9,19 +9,17 @@
 #include "linux/desktop/wayland/WaylandConnection.h"
 #include "linux/desktop/wayland/WaylandDesktopWindow.h"
 #include "linux/desktop/wayland/WaylandPointer.h"
-#include "linux/desktop/wayland/WaylandTargets.h"
 #include "platform/WindowServer.h"
 
 namespace quilex {
 
-/// Screens and wallpaper windows on a Wayland compositor with a layer shell. The wallpaper counts as covered when the
-/// compositor, which asks no frames of what cannot be seen, has asked none of any window for some seconds. On all
-/// workspaces as they are, the windows need not know the active one, so that nobody is ever told of that.
+/// Screens and wallpaper windows on a Wayland compositor with a layer shell. The wallpaper counts as covered when no
+/// window has had a frame callback for some seconds: a compositor sends none for a surface that cannot be seen. Changes
+/// of the active workspace are never notified; the windows are on all workspaces.
 class WaylandWindowServer : public WindowServer {
  public:
   /// Everything given must outlive the server.
-  WaylandWindowServer(WaylandConnection& theConnection, WaylandTargets& targets, VideoOutput& output,
-                      Renderer& renderer, RunLoop& loop);
+  WaylandWindowServer(WaylandConnection& connection, VideoOutput& output, MakeWaylandTarget makeTarget, RunLoop& loop);
 
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
@@ -33,7 +31,7 @@ class WaylandWindowServer : public WindowServer {
 
  private:
   void screensChangedSoon();
-  void lookSoon(std::chrono::milliseconds delay);
+  void checkOcclusionIn(std::chrono::milliseconds delay);
   void checkOcclusion();
 
   WaylandConnection& connection_;
@@ -44,7 +42,7 @@ class WaylandWindowServer : public WindowServer {
   std::optional<Disposable> screensChanged_;
   ObserverList<> occlusionObservers_;
   bool covered_ = false;
-  std::optional<Disposable> look_;
+  std::optional<Disposable> occlusionCheck_;
   Disposable outputs_;
 };
 

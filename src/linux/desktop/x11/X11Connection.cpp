@@ -34,60 +34,59 @@ constexpr std::uint32_t kMostItems = 1024;
 
 }  // namespace
 
-std::unique_ptr<X11Connection> X11Connection::open() {
-  Display* display = XOpenDisplay(nullptr);
-  if (display == nullptr) {
-    return nullptr;
+void XlibCloser::operator()(Display* display) const {
+  XCloseDisplay(display);
+}
+
+Result<std::unique_ptr<X11Connection>> X11Connection::open() {
+  XlibDisplay display(XOpenDisplay(nullptr));
+  if (!display) {
+    return tl::unexpected(Failure{"there is no X server at DISPLAY"});
   }
-  std::unique_ptr<X11Connection> opened(new X11Connection(display, XDefaultScreen(display)));
+  std::unique_ptr<X11Connection> opened(new X11Connection(std::move(display)));
   if (!opened->findVisual()) {
-    return nullptr;
+    return tl::unexpected(Failure{"the X server has no 24-bit colour"});
   }
   opened->internAtoms();
   opened->selectRootEvents();
   return opened;
 }
 
-X11Connection::X11Connection(XlibDisplay* display, int screenNumber)
-    : xlibDisplay(display), connection(XGetXCBConnection(display)) {
-  XSetEventQueueOwner(display, XCBOwnsEventQueue);
+X11Connection::X11Connection(XlibDisplay display)
+    : display_(std::move(display)), connection_(XGetXCBConnection(xlib())) {
+  XSetEventQueueOwner(xlib(), XCBOwnsEventQueue);
   // Xlib would end the process at the first error, such as a window that is gone when a driver draws into it.
-  XSetErrorHandler([](XlibDisplay*, XErrorEvent*) { return 0; });
-  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-  for (int skipped = 0; skipped < screenNumber; ++skipped) {
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+  for (int skipped = 0; skipped < XDefaultScreen(xlib()); ++skipped) {
     xcb_screen_next(&screens);
   }
-  defaultScreen = screens.data;
+  screen_ = screens.data;
 }
 
 X11Connection::~X11Connection() = default;
 
-void X11Connection::DisplayCloser::operator()(XlibDisplay* display) const {
-  XCloseDisplay(display);
-}
-
 bool X11Connection::findVisual() {
-  for (auto depth = xcb_screen_allowed_depths_iterator(defaultScreen); depth.rem > 0; xcb_depth_next(&depth)) {
+  for (auto depth = xcb_screen_allowed_depths_iterator(screen_); depth.rem > 0; xcb_depth_next(&depth)) {
     if (depth.data->depth != 24) {
       continue;
     }
     for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem > 0; xcb_visualtype_next(&visual)) {
       if (visual.data->_class == XCB_VISUAL_CLASS_TRUE_COLOR && visual.data->red_mask == 0xFF0000 &&
           visual.data->blue_mask == 0xFF) {
-        // The root's own visual spares colour map changes; else any will do.
-        if (trueColor == 0 || visual.data->visual_id == defaultScreen->root_visual) {
-          trueColor = visual.data->visual_id;
+        // With the root's own visual the colour map need not change; else any will do.
+        if (visual_ == 0 || visual.data->visual_id == screen_->root_visual) {
+          visual_ = visual.data->visual_id;
         }
       }
     }
   }
-  if (trueColor == 0) {
+  if (visual_ == 0) {
     return false;
   }
-  map = defaultScreen->default_colormap;
-  if (trueColor != defaultScreen->root_visual) {
-    map = xcb_generate_id(connection);
-    xcb_create_colormap(connection, XCB_COLORMAP_ALLOC_NONE, map, root(), trueColor);
+  if (visual_ != screen_->root_visual) {
+    ownColormap_ = XcbColormap(connection_);
+    xcb_create_colormap(connection_, XCB_COLORMAP_ALLOC_NONE, ownColormap_.id(), root(), visual_);
   }
   return true;
 }
@@ -96,45 +95,45 @@ void X11Connection::internAtoms() {
   std::array<xcb_intern_atom_cookie_t, kAtomNames.size()> cookies;
   for (std::size_t index = 0; index < kAtomNames.size(); ++index) {
     const char* name = kAtomNames[index];
-    cookies[index] = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    cookies[index] = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
   }
   for (std::size_t index = 0; index < kAtomNames.size(); ++index) {
-    const XcbPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookies[index], nullptr));
-    atoms[index] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    const XcbPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookies[index], nullptr));
+    atoms_[index] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }
 }
 
-// The server keeps one selection for each client and window, so no observer can make one of its own.
+// The server keeps one event mask for each client and window, so observers cannot have one each.
 void X11Connection::selectRootEvents() {
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-  xcb_change_window_attributes(connection, root(), XCB_CW_EVENT_MASK, &events);
+  xcb_change_window_attributes(connection_, root(), XCB_CW_EVENT_MASK, &events);
 }
 
 void X11Connection::start(std::function<void()> lost) {
-  serverLost = std::move(lost);
-  notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection), QSocketNotifier::Read);
-  QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { drainEvents(); });
-  // A reply that was waited for may have brought events with it, and requests wait to be sent.
-  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, notifier.get(),
+  serverLost_ = std::move(lost);
+  notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_), QSocketNotifier::Read);
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { drainEvents(); });
+  // Waiting for a reply may have read events too, and requests may not have been sent yet.
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, notifier_.get(),
                    [this] {
                      drainEvents();
-                     xcb_flush(connection);
+                     xcb_flush(connection_);
                    });
 }
 
 void X11Connection::drainEvents() {
-  while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
-    observers.notifyEach([&](const auto& handler) { handler(*event); });
+  while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
+    observers_.notifyEach([&](const auto& handler) { handler(*event); });
   }
-  if (xcb_connection_has_error(connection) != 0 && serverLost) {
-    notifier->setEnabled(false);
-    std::exchange(serverLost, nullptr)();
+  if (xcb_connection_has_error(connection_) != 0 && serverLost_) {
+    notifier_->setEnabled(false);
+    std::exchange(serverLost_, nullptr)();
   }
 }
 
 std::vector<std::uint32_t> X11Connection::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) const {
-  const auto cookie = xcb_get_property(connection, 0, window, name, type, 0, kMostItems);
-  const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
+  const auto cookie = xcb_get_property(connection_, 0, window, name, type, 0, kMostItems);
+  const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
   if (!reply || reply->format != 32) {
     return {};
   }
@@ -149,7 +148,7 @@ bool X11Connection::hasWindowManager() const {
 }
 
 Disposable X11Connection::observeEvents(std::function<void(const xcb_generic_event_t&)> handler) {
-  return observers.add(std::move(handler));
+  return observers_.add(std::move(handler));
 }
 
 }  // namespace quilex

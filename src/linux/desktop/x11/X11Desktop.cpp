@@ -1,6 +1,5 @@
 #include "linux/desktop/x11/X11Desktop.h"
 
-#include <EGL/egl.h>
 #include <EGL/eglext.h>
 
 #include <utility>
@@ -15,22 +14,44 @@ namespace quilex {
 
 namespace {
 
+class X11EglWindow : public EglWindow {
+ public:
+  explicit X11EglWindow(xcb_window_t window) : window_(window) {}
+  EGLNativeWindowType sized(PixelSize /*size*/) override { return EGLNativeWindowType{window_}; }
+
+ private:
+  xcb_window_t window_;
+};
+
 class X11Desktop : public Desktop {
  public:
-  explicit X11Desktop(std::unique_ptr<X11Connection> opened) : x11_(std::move(opened)), systemTray_(*x11_) {}
+  explicit X11Desktop(std::unique_ptr<X11Connection> x11) : x11_(std::move(x11)), systemTray_(*x11_) {}
 
   const char* kind() const override { return "x11"; }
   const char* toolkitPlugin() const override { return "xcb"; }
   const char* serverName() const override { return "the X server"; }
+  int connection() const override { return xcb_get_file_descriptor(x11_->xcb()); }
   std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11_).describe(); }
   void start(std::function<void()> lost) override { x11_->start(std::move(lost)); }
-  std::unique_ptr<Renderer> makeGpuRenderer(Rasteriser allowed, std::string& refusal) override {
-    return GpuRenderer::make(EGL_PLATFORM_X11_KHR, x11_->display(), static_cast<EGLint>(x11_->visual()),
-                             {MPV_RENDER_PARAM_X11_DISPLAY, x11_->display()}, allowed, refusal);
+  Result<std::unique_ptr<Renderer>> makeGpuRenderer(Rasteriser allowed) override {
+    auto made = GpuRenderer::make({EGL_PLATFORM_X11_KHR,
+                                   x11_->xlib(),
+                                   static_cast<EGLint>(x11_->visual()),
+                                   {MPV_RENDER_PARAM_X11_DISPLAY, x11_->xlib()}},
+                                  allowed);
+    if (made) {
+      makeTarget_ = [renderer = made->get()](xcb_window_t window) {
+        return renderer->makeTarget(std::make_unique<X11EglWindow>(window));
+      };
+    }
+    return made;
   }
-  std::unique_ptr<Renderer> makeCpuRenderer() override { return std::make_unique<X11ShmRenderer>(*x11_); }
-  std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, Renderer& renderer, RunLoop& loop) override {
-    return std::make_unique<X11WindowServer>(*x11_, output, renderer, loop);
+  std::unique_ptr<Renderer> makeCpuRenderer() override {
+    makeTarget_ = X11ShmRenderer::makeTarget;
+    return std::make_unique<X11ShmRenderer>(*x11_);
+  }
+  std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) override {
+    return std::make_unique<X11WindowServer>(*x11_, output, makeTarget_, loop);
   }
   EmbeddingTray embeddingTray() override {
     return {[this] { return systemTray_.isPresent(); },
@@ -40,13 +61,15 @@ class X11Desktop : public Desktop {
  private:
   std::unique_ptr<X11Connection> x11_;
   X11SystemTray systemTray_;
+  /// Of the renderer that was made last.
+  MakeX11Target makeTarget_;
 };
 
 }  // namespace
 
-std::unique_ptr<Desktop> openX11Desktop() {
-  auto x11 = X11Connection::open();
-  return x11 ? std::make_unique<X11Desktop>(std::move(x11)) : nullptr;
+Result<std::unique_ptr<Desktop>> openX11Desktop() {
+  return X11Connection::open().map(
+      [](auto x11) -> std::unique_ptr<Desktop> { return std::make_unique<X11Desktop>(std::move(x11)); });
 }
 
 }  // namespace quilex

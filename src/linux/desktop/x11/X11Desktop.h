@@ -6,7 +6,7 @@
 
 namespace quilex {
 
-/// The X server at DISPLAY; empty when there is none with 24-bit colour. Blocks until the server has answered.
-std::unique_ptr<Desktop> openX11Desktop();
+/// The X server at DISPLAY; fails when there is none with 24-bit colour. Blocks until the server has answered.
+Result<std::unique_ptr<Desktop>> openX11Desktop();
 
 }  // namespace quilex

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -16,53 +15,46 @@ namespace {
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::string_view kTitle = "QuilexHelper";
 constexpr std::string_view kClass{"quilexhelper\0QuilexHelper\0", 26};
-// A window manager that keeps moving the window is left its way after so many attempts.
+// After so many attempts a window manager that keeps moving the window has its way.
 constexpr int kMostCorrections = 8;
-
-int pixels(double length) {
-  return static_cast<int>(std::lround(length));
-}
 
 }  // namespace
 
-X11DesktopWindow::X11DesktopWindow(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer,
-                                   const Rect& frame)
-    : connection(x11), output(videoOutput), renderer(pictureRenderer), place(frame) {
+X11DesktopWindow::X11DesktopWindow(X11Connection& x11, VideoOutput& output, const MakeX11Target& makeTarget,
+                                   const Rect& place)
+    : x11_(x11), output_(output), screen_(place), place_(pixels(place)), window_(x11.xcb()) {
   create();
   describe();
-}
-
-X11DesktopWindow::~X11DesktopWindow() {
-  surface.reset();
-  renderer.forget(window);
-  xcb_destroy_window(connection.xcb(), window);
+  target_ = makeTarget(window_.id());
 }
 
 void X11DesktopWindow::create() {
-  window = xcb_generate_id(connection.xcb());
   // No background: between mapping and the first frame the server leaves what was on the screen.
   const std::array<std::uint32_t, 4> values{XCB_BACK_PIXMAP_NONE, 0,
                                             XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE |
                                                 XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS |
                                                 XCB_EVENT_MASK_BUTTON_RELEASE,
-                                            connection.colormap()};
-  xcb_create_window(connection.xcb(), X11Connection::kDepth, window, connection.root(),
-                    static_cast<std::int16_t>(pixels(place.x)), static_cast<std::int16_t>(pixels(place.y)),
-                    static_cast<std::uint16_t>(pixels(place.width)), static_cast<std::uint16_t>(pixels(place.height)),
-                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, connection.visual(),
+                                            x11_.colormap()};
+  xcb_create_window(x11_.xcb(), X11Connection::kDepth, window_.id(), x11_.root(), static_cast<std::int16_t>(place_.x),
+                    static_cast<std::int16_t>(place_.y), static_cast<std::uint16_t>(place_.width),
+                    static_cast<std::uint16_t>(place_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, x11_.visual(),
                     XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values.data());
 }
 
 template <typename Item, std::size_t count>
 void X11DesktopWindow::setProperty(Atom name, xcb_atom_t type, const std::array<Item, count>& items) {
   static_assert(sizeof(Item) == 4);
-  xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(name), type, 32, count,
-                      items.data());
+  xcb_change_property(x11_.xcb(), XCB_PROP_MODE_REPLACE, window_.id(), x11_.atom(name), type, 32, count, items.data());
+}
+
+template <std::size_t count>
+void X11DesktopWindow::configure(std::uint16_t fields, const std::array<std::uint32_t, count>& values) {
+  xcb_configure_window(x11_.xcb(), window_.id(), fields, values.data());
 }
 
 // Extended Window Manager Hints 1.5 and ICCCM 2.0.
 void X11DesktopWindow::describe() {
-  const auto atom = [&](Atom name) { return connection.atom(name); };
+  const auto atom = [&](Atom name) { return x11_.atom(name); };
   setProperty(Atom::netWmWindowType, XCB_ATOM_ATOM, std::array{atom(Atom::netWmWindowTypeDesktop)});
   setProperty(Atom::netWmState, XCB_ATOM_ATOM,
               std::array{atom(Atom::netWmStateSticky), atom(Atom::netWmStateBelow), atom(Atom::netWmStateSkipTaskbar),
@@ -72,210 +64,207 @@ void X11DesktopWindow::describe() {
   // Flags: only the decorations field counts; decorations: none.
   setProperty(Atom::motifWmHints, atom(Atom::motifWmHints), std::array<std::uint32_t, 5>{2, 0, 0, 0, 0});
 
-  xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, atom(Atom::netWmName), atom(Atom::utf8String), 8,
+  xcb_change_property(x11_.xcb(), XCB_PROP_MODE_REPLACE, window_.id(), atom(Atom::netWmName), atom(Atom::utf8String), 8,
                       kTitle.size(), kTitle.data());
-  xcb_icccm_set_wm_name(connection.xcb(), window, XCB_ATOM_STRING, 8, kTitle.size(), kTitle.data());
-  xcb_icccm_set_wm_class(connection.xcb(), window, kClass.size(), kClass.data());
+  xcb_icccm_set_wm_name(x11_.xcb(), window_.id(), XCB_ATOM_STRING, 8, kTitle.size(), kTitle.data());
+  xcb_icccm_set_wm_class(x11_.xcb(), window_.id(), kClass.size(), kClass.data());
 
   xcb_icccm_wm_hints_t hints = {};
   xcb_icccm_wm_hints_set_input(&hints, 0);
-  xcb_icccm_set_wm_hints(connection.xcb(), window, &hints);
+  xcb_icccm_set_wm_hints(x11_.xcb(), window_.id(), &hints);
 
   xcb_size_hints_t size = {};
-  const int width = pixels(place.width);
-  const int height = pixels(place.height);
-  xcb_icccm_size_hints_set_position(&size, 1, pixels(place.x), pixels(place.y));
-  xcb_icccm_size_hints_set_size(&size, 1, width, height);
-  xcb_icccm_size_hints_set_min_size(&size, width, height);
-  xcb_icccm_size_hints_set_max_size(&size, width, height);
+  xcb_icccm_size_hints_set_position(&size, 1, place_.x, place_.y);
+  xcb_icccm_size_hints_set_size(&size, 1, place_.width, place_.height);
+  xcb_icccm_size_hints_set_min_size(&size, place_.width, place_.height);
+  xcb_icccm_size_hints_set_max_size(&size, place_.width, place_.height);
   xcb_icccm_size_hints_set_win_gravity(&size, XCB_GRAVITY_STATIC);
-  xcb_icccm_set_wm_normal_hints(connection.xcb(), window, &size);
+  xcb_icccm_set_wm_normal_hints(x11_.xcb(), window_.id(), &size);
 }
 
-void X11DesktopWindow::setContent(std::unique_ptr<VideoView> newView, std::function<void()> newClick) {
-  view = std::move(newView);
-  click = std::move(newClick);
-  const Rect& frame = view->frame;
-  const PixelSize whole{pixels(frame.width), pixels(frame.height)};
-  const int left = std::clamp(pixels(-frame.x), 0, whole.width);
-  const int top = std::clamp(pixels(-frame.y), 0, whole.height);
-  const PixelRect part{left, top, std::min(pixels(place.width), whole.width - left),
-                       std::min(pixels(place.height), whole.height - top)};
-  surface.reset();
-  surface.emplace(output, window, whole, part, [this] {
-    if (wanted && !mapped) {
+void X11DesktopWindow::setContent(std::unique_ptr<VideoView> view, std::function<void()> click) {
+  view_ = std::move(view);
+  click_ = std::move(click);
+  content_.reset();
+  content_.emplace(output_, shownPart(view_->frame, screen_), [this] {
+    if (wanted_ && !mapped_) {
       show();
     }
   });
-  if (mapped) {
-    surface->setVisible(!obscured);
-    surface->repaint();
+  if (mapped_ && !obscured_) {
+    content_->setTarget(target_.get());
+    content_->repaint();
   }
 }
 
 void X11DesktopWindow::order(WindowOrder where) {
-  wanted = true;
-  wantedOrder = where;
-  corrections = 0;
-  misplaced = true;
+  wanted_ = true;
+  wantedOrder_ = where;
+  corrections_ = 0;
+  misplaced_ = true;
 }
 
 void X11DesktopWindow::settle() {
-  if (wanted && mapped && misplaced) {
+  if (wanted_ && mapped_ && misplaced_) {
     restack();
-  } else if (wanted && !mapped && surface && surface->isReady()) {
+  } else if (wanted_ && !mapped_ && content_ && content_->isReady()) {
     show();
-  } else if (!wanted && mapped) {
-    mapped = false;
-    if (surface) {
-      surface->setVisible(false);
-    }
-    // Withdrawn, as ICCCM 4.1.4 asks: a window manager is told even if it has not seen the window mapped yet.
-    xcb_unmap_window(connection.xcb(), window);
-    xcb_unmap_notify_event_t withdrawn = {};
-    withdrawn.response_type = XCB_UNMAP_NOTIFY;
-    withdrawn.event = connection.root();
-    withdrawn.window = window;
-    xcb_send_event(connection.xcb(), 0, connection.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&withdrawn));
+  } else if (!wanted_ && mapped_) {
+    withdraw();
   }
 }
 
 void X11DesktopWindow::show() {
-  mapped = true;
-  if (!connection.hasWindowManager()) {
-    // Without anyone to place it, it would come up above everything.
+  mapped_ = true;
+  if (!x11_.hasWindowManager()) {
+    // Nobody else places the window, which would come up above all others.
     restackUnmanaged();
   }
   // A window manager removes its hints from a withdrawn window.
   describe();
-  xcb_map_window(connection.xcb(), window);
+  xcb_map_window(x11_.xcb(), window_.id());
   restack();
 }
 
+// As ICCCM 4.1.4 asks: the synthetic event notifies a window manager that has not seen the window mapped yet.
+void X11DesktopWindow::withdraw() {
+  mapped_ = false;
+  if (content_) {
+    content_->setTarget(nullptr);
+  }
+  xcb_unmap_window(x11_.xcb(), window_.id());
+  xcb_unmap_notify_event_t withdrawn = {};
+  withdrawn.response_type = XCB_UNMAP_NOTIFY;
+  withdrawn.event = x11_.root();
+  withdrawn.window = window_.id();
+  xcb_send_event(x11_.xcb(), 0, x11_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&withdrawn));
+}
+
 void X11DesktopWindow::reassert() {
-  if (mapped) {
-    corrections = 0;
+  if (mapped_) {
+    corrections_ = 0;
     restack();
   }
 }
 
 void X11DesktopWindow::restack() {
-  misplaced = false;
-  if (!connection.hasWindowManager()) {
+  misplaced_ = false;
+  if (!x11_.hasWindowManager()) {
     restackUnmanaged();
     return;
   }
   // The window manager keeps desktop windows below all others and orders them among themselves.
-  const std::uint32_t mode = wantedOrder == WindowOrder::back ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
-  xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+  const std::uint32_t mode = wantedOrder_ == WindowOrder::back ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+  configure(XCB_CONFIG_WINDOW_STACK_MODE, std::array{mode});
 }
 
-// To the bottom; or right above the topmost desktop window that is not of this agent.
 void X11DesktopWindow::restackUnmanaged() {
-  xcb_window_t sibling = 0;
-  if (wantedOrder == WindowOrder::front) {
-    const XcbPointer<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection.xcb(), xcb_query_tree(connection.xcb(), connection.root()), nullptr));
-    if (tree) {
-      const auto* children = xcb_query_tree_children(tree.get());
-      const auto own = std::uint32_t(getpid());
-      for (int index = xcb_query_tree_children_length(tree.get()) - 1; index >= 0 && sibling == 0; --index) {
-        const xcb_window_t child = children[index];
-        const auto types = connection.property(child, connection.atom(Atom::netWmWindowType), XCB_ATOM_ATOM);
-        const auto owner = connection.property(child, connection.atom(Atom::netWmPid), XCB_ATOM_CARDINAL);
-        if (std::count(types.begin(), types.end(), connection.atom(Atom::netWmWindowTypeDesktop)) > 0 &&
-            (owner.empty() || owner.front() != own)) {
-          sibling = child;
-        }
-      }
+  const xcb_window_t below = wantedOrder_ == WindowOrder::front ? topmostForeignDesktop() : xcb_window_t{XCB_NONE};
+  if (below != XCB_NONE) {
+    configure(XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+              std::array<std::uint32_t, 2>{below, XCB_STACK_MODE_ABOVE});
+  } else {
+    configure(XCB_CONFIG_WINDOW_STACK_MODE, std::array<std::uint32_t, 1>{XCB_STACK_MODE_BELOW});
+  }
+}
+
+// The topmost desktop window that is not of this process.
+xcb_window_t X11DesktopWindow::topmostForeignDesktop() const {
+  const XcbPointer<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(x11_.xcb(), xcb_query_tree(x11_.xcb(), x11_.root()), nullptr));
+  const auto own = static_cast<std::uint32_t>(getpid());
+  for (int index = tree ? xcb_query_tree_children_length(tree.get()) - 1 : -1; index >= 0; --index) {
+    const xcb_window_t child = xcb_query_tree_children(tree.get())[index];
+    const auto types = x11_.property(child, x11_.atom(Atom::netWmWindowType), XCB_ATOM_ATOM);
+    const auto owner = x11_.property(child, x11_.atom(Atom::netWmPid), XCB_ATOM_CARDINAL);
+    if (std::ranges::count(types, x11_.atom(Atom::netWmWindowTypeDesktop)) > 0 &&
+        (owner.empty() || owner.front() != own)) {
+      return child;
     }
   }
-  if (sibling != 0) {
-    const std::array<std::uint32_t, 2> values{sibling, XCB_STACK_MODE_ABOVE};
-    xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
-                         values.data());
-  } else {
-    const std::uint32_t mode = XCB_STACK_MODE_BELOW;
-    xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
-  }
+  return XCB_NONE;
 }
 
 void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
   switch (eventType(event)) {
-    case XCB_EXPOSE: {
-      const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
-      if (expose.window == window && expose.count == 0 && mapped && surface) {
-        obscured = false;
-        surface->setVisible(true);
-        surface->repaint();
-        view->drawRect({0, 0, place.width, place.height});
-      }
+    case XCB_EXPOSE:
+      exposed(reinterpret_cast<const xcb_expose_event_t&>(event));
       break;
-    }
-    case XCB_VISIBILITY_NOTIFY: {
-      const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(event);
-      if (visibility.window == window && mapped && surface) {
-        obscured = visibility.state == XCB_VISIBILITY_FULLY_OBSCURED;
-        surface->setVisible(!obscured);
-      }
+    case XCB_VISIBILITY_NOTIFY:
+      visibilityChanged(reinterpret_cast<const xcb_visibility_notify_event_t&>(event));
       break;
-    }
     case XCB_CONFIGURE_NOTIFY:
       keepPlace(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
       break;
     case XCB_BUTTON_PRESS:
       press(reinterpret_cast<const xcb_button_press_event_t&>(event));
       break;
-    case XCB_BUTTON_RELEASE: {
-      const auto& release = reinterpret_cast<const xcb_button_release_event_t&>(event);
-      if (release.event == window && release.detail == XCB_BUTTON_INDEX_1 && std::exchange(pressed, false) && click) {
-        click();
-      }
+    case XCB_BUTTON_RELEASE:
+      release(reinterpret_cast<const xcb_button_release_event_t&>(event));
       break;
-    }
     default:
       break;
   }
 }
 
-// Only a synthetic event tells the place on the root: a real one is relative to the window manager's frame.
+void X11DesktopWindow::exposed(const xcb_expose_event_t& event) {
+  if (event.window == window_.id() && event.count == 0 && mapped_ && content_) {
+    obscured_ = false;
+    content_->setTarget(target_.get());
+    content_->repaint();
+    view_->drawRect({0, 0, screen_.width, screen_.height});
+  }
+}
+
+void X11DesktopWindow::visibilityChanged(const xcb_visibility_notify_event_t& event) {
+  if (event.window == window_.id() && mapped_ && content_) {
+    obscured_ = event.state == XCB_VISIBILITY_FULLY_OBSCURED;
+    content_->setTarget(obscured_ ? nullptr : target_.get());
+  }
+}
+
+// Only a synthetic event has the place on the root window. In a real one it is relative to the parent, which may be the
+// window manager's.
 void X11DesktopWindow::keepPlace(const xcb_configure_notify_event_t& event) {
-  if (event.window != window || corrections >= kMostCorrections) {
+  if (event.window != window_.id() || corrections_ >= kMostCorrections) {
     return;
   }
-  const bool sameSize = event.width == pixels(place.width) && event.height == pixels(place.height);
+  const bool sameSize = event.width == place_.width && event.height == place_.height;
   const bool fromManager = wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event));
-  const bool samePlace = !fromManager || (event.x == pixels(place.x) && event.y == pixels(place.y));
+  const bool samePlace = !fromManager || (event.x == place_.x && event.y == place_.y);
   if (sameSize && samePlace) {
     return;
   }
-  ++corrections;
-  const std::array<std::int32_t, 4> values{pixels(place.x), pixels(place.y), pixels(place.width), pixels(place.height)};
-  xcb_configure_window(connection.xcb(), window,
-                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                       values.data());
+  ++corrections_;
+  const auto value = [](int number) { return static_cast<std::uint32_t>(number); };
+  configure(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+            std::array{value(place_.x), value(place_.y), value(place_.width), value(place_.height)});
 }
 
-// The view has a press of the primary button first; then the root window, where a window manager waits for clicks on
-// the desktop. The pointer is let go before, so that a menu can grab it.
+// The view handles a press of the primary button. Each press is then sent to the root window, where a window manager
+// waits for clicks on the desktop. The pointer is released before that, so that a menu can grab it.
 void X11DesktopWindow::press(const xcb_button_press_event_t& event) {
-  if (event.event != window || wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event))) {
+  if (event.event != window_.id() || wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event))) {
     return;
   }
-  pressed = event.detail == XCB_BUTTON_INDEX_1;
-  if (pressed && view) {
-    view->mouseDown();
+  pressed_ = event.detail == XCB_BUTTON_INDEX_1;
+  if (pressed_ && view_) {
+    view_->mouseDown();
   }
-  xcb_ungrab_pointer(connection.xcb(), event.time);
+  xcb_ungrab_pointer(x11_.xcb(), event.time);
   xcb_button_press_event_t forwarded = event;
-  forwarded.event = connection.root();
+  forwarded.event = x11_.root();
   forwarded.child = XCB_NONE;
   forwarded.event_x = event.root_x;
   forwarded.event_y = event.root_y;
-  xcb_send_event(connection.xcb(), 0, connection.root(), XCB_EVENT_MASK_BUTTON_PRESS,
-                 reinterpret_cast<const char*>(&forwarded));
+  xcb_send_event(x11_.xcb(), 0, x11_.root(), XCB_EVENT_MASK_BUTTON_PRESS, reinterpret_cast<const char*>(&forwarded));
+}
+
+void X11DesktopWindow::release(const xcb_button_release_event_t& event) {
+  if (event.event == window_.id() && event.detail == XCB_BUTTON_INDEX_1 && std::exchange(pressed_, false) && click_) {
+    click_();
+  }
 }
 
 }  // namespace quilex

@@ -11,29 +11,30 @@
 
 namespace quilex {
 
-/// A window of the server that lies on the desktop: below all ordinary windows, on every workspace, undecorated, never
-/// focused, and at exactly its place whatever a window manager would prefer. Works managed and unmanaged.
+/// Makes the renderer's target for a window.
+using MakeX11Target = std::function<std::unique_ptr<RenderTarget>(xcb_window_t)>;
+
+/// A window that lies on the desktop: below all ordinary windows, on every workspace, undecorated, never focused. It
+/// stays at exactly its place, wherever a window manager moves it. Works with and without a window manager.
 class X11DesktopWindow {
  public:
-  /// Hidden at first. Everything given must outlive the window.
-  X11DesktopWindow(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, const Rect& frame);
-  ~X11DesktopWindow();
+  /// Hidden at first. `place` is on the root window. The connection and the output must outlive the window.
+  X11DesktopWindow(X11Connection& x11, VideoOutput& output, const MakeX11Target& makeTarget, const Rect& place);
   X11DesktopWindow(const X11DesktopWindow&) = delete;
   X11DesktopWindow& operator=(const X11DesktopWindow&) = delete;
 
-  const Rect& frame() const { return place; }
+  bool covers(const Screen& screen) const { return screen.frame == screen_; }
   void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
 
-  /// The window is to be shown (as soon as there is a frame to show) at that end of the desktop windows. Takes effect
-  /// with `settle`, as does hiding, so that what is undone in the same turn of the run loop is never seen.
+  /// The window is to be shown, as soon as there is a frame to show, behind or in front of all other desktop windows.
   void order(WindowOrder where);
-  void orderOut() { wanted = false; }
-  /// Shows, restacks or hides the window as it was asked last.
+  void orderOut() { wanted_ = false; }
+  /// Shows, restacks or hides the window as the last of those calls asked.
   void settle();
-  bool isMapped() const { return mapped; }
+  bool isMapped() const { return mapped_; }
   /// Whether other windows cover all of it.
-  bool isObscured() const { return obscured; }
-  /// A window manager came or went.
+  bool isObscured() const { return obscured_; }
+  /// To be called when a window manager came or went.
   void reassert();
 
   void handle(const xcb_generic_event_t& event);
@@ -42,28 +43,36 @@ class X11DesktopWindow {
   void create();
   void describe();
   void show();
+  void withdraw();
   void restack();
   void restackUnmanaged();
+  xcb_window_t topmostForeignDesktop() const;
+  void exposed(const xcb_expose_event_t& event);
+  void visibilityChanged(const xcb_visibility_notify_event_t& event);
   void keepPlace(const xcb_configure_notify_event_t& event);
   void press(const xcb_button_press_event_t& event);
+  void release(const xcb_button_release_event_t& event);
   template <typename Item, std::size_t count>
   void setProperty(Atom name, xcb_atom_t type, const std::array<Item, count>& items);
+  template <std::size_t count>
+  void configure(std::uint16_t fields, const std::array<std::uint32_t, count>& values);
 
-  X11Connection& connection;
-  VideoOutput& output;
-  Renderer& renderer;
-  Rect place;
-  xcb_window_t window = 0;
-  std::unique_ptr<VideoView> view;
-  std::function<void()> click;
-  std::optional<VideoSurface> surface;
-  WindowOrder wantedOrder = WindowOrder::back;
-  bool wanted = false;
-  bool mapped = false;
-  bool obscured = false;
-  bool misplaced = false;
-  bool pressed = false;
-  int corrections = 0;
+  X11Connection& x11_;
+  VideoOutput& output_;
+  Rect screen_;
+  PixelRect place_;
+  XcbWindow window_;
+  std::unique_ptr<RenderTarget> target_;
+  std::unique_ptr<VideoView> view_;
+  std::function<void()> click_;
+  std::optional<VideoSurface> content_;
+  WindowOrder wantedOrder_ = WindowOrder::back;
+  bool wanted_ = false;
+  bool mapped_ = false;
+  bool obscured_ = false;
+  bool misplaced_ = false;
+  bool pressed_ = false;
+  int corrections_ = 0;
 };
 
 }  // namespace quilex

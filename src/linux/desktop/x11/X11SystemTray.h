@@ -13,13 +13,13 @@ class X11SystemTray {
   explicit X11SystemTray(X11Connection& x11);
 
   bool isPresent() const;
-  /// Tells that a manager came.
-  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers.add(std::move(handler)); }
+  /// Notifies each time a manager appears.
+  [[nodiscard]] Disposable observe(std::function<void()> handler) { return observers_.add(std::move(handler)); }
 
  private:
-  X11Connection& connection;
-  ObserverList<> observers;
-  Disposable events;
+  X11Connection& x11_;
+  ObserverList<> observers_;
+  Disposable events_;
 };
 
 }  // namespace quilex

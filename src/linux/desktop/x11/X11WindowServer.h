@@ -18,13 +18,13 @@ namespace quilex {
 class X11WindowServer : public WindowServer {
  public:
   /// Everything given must outlive the server.
-  X11WindowServer(X11Connection& x11, VideoOutput& videoOutput, Renderer& pictureRenderer, RunLoop& loop);
+  X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop);
   ~X11WindowServer() override;
 
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
-  /// From the visibility that the server tells; under a compositing manager, which redirects windows, it tells none.
+  /// By the visibility events of the server. There are none under a compositing manager, which redirects windows.
   [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> handler) override;
 
@@ -35,21 +35,21 @@ class X11WindowServer : public WindowServer {
   bool isCovered() const;
   void checkOcclusion();
 
-  X11Connection& connection;
-  VideoOutput& output;
-  Renderer& renderer;
-  RunLoop& runLoop;
-  X11Monitors monitors;
-  DesktopWindows<X11DesktopWindow> windows;
-  ObserverList<> screenObservers;
-  ObserverList<> spaceObservers;
-  ObserverList<> occlusionObservers;
-  bool covered = false;
-  std::optional<Disposable> screensChanged;
-  std::optional<Disposable> occlusionCheck;
-  /// While what the server tells may come of the agent's own ordering.
-  std::optional<Disposable> ownOrdering;
-  Disposable events;
+  X11Connection& x11_;
+  VideoOutput& output_;
+  MakeX11Target makeTarget_;
+  RunLoop& runLoop_;
+  X11Monitors monitors_;
+  DesktopWindows<X11DesktopWindow> windows_;
+  ObserverList<> screenObservers_;
+  ObserverList<> spaceObservers_;
+  ObserverList<> occlusionObservers_;
+  bool covered_ = false;
+  std::optional<Disposable> screensChanged_;
+  std::optional<Disposable> occlusionCheck_;
+  /// Set while changes of visibility may be due to the agent's own ordering.
+  std::optional<Disposable> ownOrdering_;
+  Disposable events_;
 };
 
 }  // namespace quilex

@@ -17,8 +17,8 @@ namespace quilex {
 namespace {
 
 namespace fs = std::filesystem;
-using Outcome = AutostartEntry::Outcome;
-using State = Outcome::State;
+using Change = AutostartEntry::Change;
+using State = Change::State;
 
 constexpr const char* kName = "com.dravo.quilex.QuilexHelper.desktop";
 constexpr std::string_view kDigestKey = "X-Quilex-Digest=";
@@ -52,8 +52,8 @@ std::string escaped(const std::string& text, std::string_view special, const cha
   return result;
 }
 
-// Desktop Entry Specification 1.5: an argument in double quotes, with its own escapes; per cent is doubled; and then,
-// as in every value, backslashes are.
+// Desktop Entry Specification 1.5: the argument stands in double quotes, with its special characters escaped; then
+// every "%" is doubled; and then, as in any value, every backslash.
 std::string execValue(const std::string& path) {
   std::string value = "\"" + escaped(path, "\"`$\\", "\\") + "\"";
   return escaped(escaped(value, "%", "%"), "\\", "\\");
@@ -73,8 +73,8 @@ std::string entryFor(const std::string& installed, const fs::path& agent) {
   return entry + std::string(kDigestKey) + digest(entry) + "\n";
 }
 
-Outcome failure(const fs::path& file, const char* what, const std::string& reason) {
-  return {State::failed, "the autostart entry " + file.string() + " cannot be " + what + ": " + reason};
+auto failedTo(const char* participle, const fs::path& file, const std::string& reason) {
+  return failed("the autostart entry " + file.string() + " cannot be " + participle + ": " + reason);
 }
 
 }  // namespace
@@ -84,52 +84,55 @@ AutostartEntry::AutostartEntry(const LinuxBundle& bundle, const fs::path& config
       agent_(bundle.path().parent_path().parent_path() / "bin" / "quilexhelper"),
       file_(config / "autostart" / kName) {}
 
-Outcome AutostartEntry::set(bool startsAtLogin) const {
+Result<Change> AutostartEntry::set(bool startsAtLogin) const {
   std::error_code error;
   const fs::file_status status = fs::symlink_status(file_, error);
   if (status.type() == fs::file_type::none) {
-    return failure(file_, "looked at", error.message());
+    return failedTo("looked at", file_, error.message());
   }
   if (status.type() == fs::file_type::not_found) {
-    return startsAtLogin ? write() : Outcome{State::done, ""};
+    return startsAtLogin ? write() : Change{};
   }
-  // A link, as those who keep their settings elsewhere have it, is not ours either.
+  // A link is not ours either: some people keep their settings elsewhere.
   const bool isPlain = fs::is_regular_file(status) && fs::file_size(file_, error) <= kLargestEntry;
   const auto text = isPlain ? read(file_) : std::nullopt;
   if (isPlain && !text) {
-    return failure(file_, "read", "permission denied");
+    return failedTo("read", file_, "permission denied");
   }
   if (!isPlain || !isOurs(*text)) {
-    return {State::edited,
-            "the autostart entry " + file_.string() + " was not made by this program, or was edited; it stays"};
+    return Change{State::edited,
+                  "the autostart entry " + file_.string() + " was not made by this program, or was edited; it stays"};
   }
   if (startsAtLogin) {
     return write();
   }
   fs::remove(file_, error);
-  return error ? failure(file_, "removed", error.message()) : Outcome{State::done, ""};
+  if (error) {
+    return failedTo("removed", file_, error.message());
+  }
+  return {};
 }
 
-Outcome AutostartEntry::write() const {
+Result<Change> AutostartEntry::write() const {
   const auto original = read(installed_);
   if (!original) {
-    return {State::notInstalled,
-            "only an agent that is installed is started at login; there is no " + installed_.string()};
+    return Change{State::notInstalled,
+                  "only an agent that is installed is started at login; there is no " + installed_.string()};
   }
   const std::string entry = entryFor(*original, agent_);
   if (read(file_) == entry) {
-    return {State::done, ""};
+    return {};
   }
   if (const auto error = createPrivateFolder(file_.parent_path())) {
-    return failure(file_, "written", error.message());
+    return failedTo("written", file_, error.message());
   }
   QSaveFile target(QFile::decodeName(file_.c_str()));
   const auto size = static_cast<qint64>(entry.size());
   if (!target.open(QIODevice::WriteOnly) || !target.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
       target.write(entry.data(), size) != size || !target.flush() || !target.commit()) {
-    return failure(file_, "written", target.errorString().toStdString());
+    return failedTo("written", file_, target.errorString().toStdString());
   }
-  return {State::done, ""};
+  return {};
 }
 
 }  // namespace quilex

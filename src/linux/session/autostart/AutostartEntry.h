@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "base/Result.h"
 #include "linux/session/bundle/LinuxBundle.h"
 
 namespace quilex {
@@ -10,36 +11,35 @@ namespace quilex {
 /// The desktop entry that starts the agent at login, in the user's folder for them (Desktop Application Autostart
 /// Specification 0.5).
 ///
-/// It is the agent's installed entry with the agent's path, and ends with a digest of itself. An entry whose digest
-/// does not match was written or edited by a person or a desktop's settings: it is theirs, and is neither replaced nor
-/// removed. Blocks on the file system.
+/// It is the agent's installed entry with the agent's path, and ends with a digest of itself. If the digest does not
+/// match, a person or the desktop's settings wrote or edited the entry, and it is neither replaced nor removed. Blocks
+/// on the file system.
 class AutostartEntry {
  public:
-  struct Outcome {
+  struct Change {
     enum class State {
-      /// The entry is as it was asked for.
+      /// The entry is as requested.
       done,
       /// The program runs from a folder without the installed entry, such as a build folder: nothing was changed.
       notInstalled,
       /// There is an entry that is not ours, which stays.
       edited,
-      failed,
     };
-    State state;
-    /// A clause for the person; empty when done.
-    std::string message;
+    State state = State::done;
+    /// Why it is not done, as a clause for the person.
+    std::string message{};
   };
 
-  /// The entry for the agent of an installation, which its bundle shows, in the folder `config`/autostart.
+  /// The entry in the folder `config`/autostart for the agent that is installed with this bundle.
   AutostartEntry(const LinuxBundle& bundle, const std::filesystem::path& config);
-  /// That of the running program and its user.
+  /// The entry for the running program's installation and user.
   static AutostartEntry main() { return {LinuxBundle::main(), configHome()}; }
 
-  /// Makes, or brings up to date, or removes the entry.
-  Outcome set(bool startsAtLogin) const;
+  /// Makes, updates or removes the entry.
+  Result<Change> set(bool startsAtLogin) const;
 
  private:
-  Outcome write() const;
+  Result<Change> write() const;
 
   std::filesystem::path installed_;
   std::filesystem::path agent_;

@@ -24,6 +24,7 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kLockRetry = 10ms;
 constexpr std::chrono::milliseconds kFailureRetry = 1000ms;
 constexpr auto kPatienceAtExit = 1000ms;
+constexpr const char* kLocked = "is locked by another program";
 
 // The shortest decimal text that reads back as the same float, so that 0.1 is not written as 0.10000000149.
 double readable(float value) {
@@ -36,24 +37,23 @@ double readable(float value) {
 
 }  // namespace
 
-std::variant<std::unique_ptr<JsonSettingsSuite>, JsonSettingsSuite::OpenError> JsonSettingsSuite::open(
-    fs::path file, RunLoop& runLoop) {
+Result<std::unique_ptr<JsonSettingsSuite>> JsonSettingsSuite::open(fs::path file, RunLoop& runLoop) {
   // A folder that cannot be made shows when the file is read or written.
   createPrivateFolder(file.parent_path());
   std::unique_ptr<JsonSettingsSuite> suite(new JsonSettingsSuite(std::move(file), runLoop));
-  if (const auto problem = suite->readFile()) {
-    return OpenError{suite->sentence(problem->message)};
+  if (const auto read = suite->readFile(); !read) {
+    return failed(suite->sentence(read.error().message));
   }
   return suite;
 }
 
-JsonSettingsSuite::JsonSettingsSuite(fs::path location, RunLoop& loop)
-    : file_(std::move(location)), runLoop_(loop), lockRetry_(kLockRetry) {}
+JsonSettingsSuite::JsonSettingsSuite(fs::path file, RunLoop& runLoop)
+    : file_(std::move(file)), runLoop_(runLoop), lockRetry_(kLockRetry) {}
 
 JsonSettingsSuite::~JsonSettingsSuite() {
   try {
-    if (const auto error = writeNow(kPatienceAtExit)) {
-      std::fprintf(stderr, "%s\n", error->message.c_str());
+    if (const auto written = writeNow(kPatienceAtExit); !written) {
+      std::fprintf(stderr, "%s\n", written.error().message.c_str());
     }
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", sentence(std::string("was not written: ") + error.what()).c_str());
@@ -64,19 +64,21 @@ std::string JsonSettingsSuite::sentence(const std::string& problem) const {
   return "the settings file " + file_.path.string() + " " + problem;
 }
 
-// Takes over what the file holds. Where it holds no settings the last good ones stay.
-std::optional<SettingsFile::Problem> JsonSettingsSuite::readFile() const {
+// Takes over the file's settings. If it holds none, the last good ones stay.
+Outcome JsonSettingsSuite::readFile() const {
   ++reads_;
   SettingsFile::Contents contents = file_.read();
   seen_ = contents.signature;
   qCDebug(settingsLog, "reads %s", file_.path.c_str());
-  if (auto* object = std::get_if<Json>(&contents.object)) {
-    values_ = std::move(*object);
+  if (!contents.object) {
+    return failed(std::move(contents.object).error());
+  }
+  if (std::optional<Json>& object = *contents.object) {
+    values_ = *std::move(object);
     // What another process has stored since is newer than a change that still waits.
     std::erase_if(pending_, [this](const auto& entry) { return stored(entry.first) != entry.second.before; });
   }
-  const auto* problem = std::get_if<SettingsFile::Problem>(&contents.object);
-  return problem != nullptr ? std::optional(*problem) : std::nullopt;
+  return {};
 }
 
 void JsonSettingsSuite::refresh() const {
@@ -84,14 +86,14 @@ void JsonSettingsSuite::refresh() const {
   if (!now || now == seen_) {
     return;
   }
-  if (const auto problem = readFile()) {
-    complain(problem->message, "keeping the last good values");
+  if (const auto read = readFile(); !read) {
+    complain(read.error().message, "keeping the last good values");
   } else {
     lastComplaint_.clear();
   }
 }
 
-// Once for each problem, however often it is met.
+// Reports each problem once, however often it comes up.
 void JsonSettingsSuite::complain(const std::string& problem, const char* consequence) const {
   if (problem != lastComplaint_) {
     lastComplaint_ = problem;
@@ -169,54 +171,49 @@ void JsonSettingsSuite::synchronize() {
   const std::lock_guard guard(mutex_);
   retry_.reset();
   refresh();
-  std::chrono::milliseconds delay = kFailureRetry;
-  switch (write()) {
-    case Writing::done:
-      lockRetry_ = kLockRetry;
-      return;
-    case Writing::locked:
-      // Usually free in a moment, but a process that was stopped keeps a lock for as long as it pleases.
-      delay = std::exchange(lockRetry_, std::min(2 * lockRetry_, kFailureRetry));
-      break;
-    case Writing::failed:
-      break;
+  const auto written = write();
+  if (written == Writing::done) {
+    lockRetry_ = kLockRetry;
+    return;
   }
+  // A lock is usually free in a moment, but a process that is stopped may hold one for as long as it likes.
+  const auto delay = written ? std::exchange(lockRetry_, std::min(2 * lockRetry_, kFailureRetry)) : kFailureRetry;
   if (delay == kFailureRetry) {
-    complain(writeError_, "trying again");
+    complain(written ? kLocked : written.error().message, "trying again");
   }
   retry_ = runLoop_.after(delay, [this] { synchronize(); });
 }
 
-std::optional<JsonSettingsSuite::WriteError> JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
+Outcome JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
   const std::unique_lock guard(mutex_, deadline);
   if (!guard) {
-    return WriteError{sentence("is in use by another thread")};
+    return failed(sentence("is in use by another thread"));
   }
-  for (Writing outcome = write(); outcome != Writing::done; outcome = write()) {
-    if (outcome == Writing::failed || std::chrono::steady_clock::now() >= deadline) {
+  for (auto written = write(); written != Writing::done; written = write()) {
+    if (!written || std::chrono::steady_clock::now() >= deadline) {
       pending_.clear();
-      return WriteError{sentence(writeError_)};
+      return failed(sentence(written ? kLocked : written.error().message));
     }
     std::this_thread::sleep_for(kLockRetry);
   }
-  return std::nullopt;
+  return {};
 }
 
-// Brings the pending changes into the file. Where that cannot be done they stay pending, and `writeError` says why.
-JsonSettingsSuite::Writing JsonSettingsSuite::write() {
+// Brings the pending changes into the file. If that cannot be done they stay pending.
+Result<JsonSettingsSuite::Writing> JsonSettingsSuite::write() {
   if (pending_.empty()) {
     return Writing::done;
   }
   const auto lock = file_.lock();
-  if (std::holds_alternative<SettingsFile::HeldByAnother>(lock)) {
-    writeError_ = "is locked by another program";
+  if (!lock) {
+    return failed(lock.error());
+  }
+  if (!lock->has_value()) {
     return Writing::locked;
   }
-  const auto* unlockable = std::get_if<SettingsFile::Problem>(&lock);
-  if (const auto problem = unlockable != nullptr ? std::optional(*unlockable) : readFile()) {
-    writeError_ = problem->message;
-    return Writing::failed;
+  if (auto read = readFile(); !read) {
+    return failed(std::move(read).error());
   }
   Json changed = values_;
   for (const auto& [key, change] : pending_) {
@@ -226,14 +223,13 @@ JsonSettingsSuite::Writing JsonSettingsSuite::write() {
       changed.erase(key);
     }
   }
-  if (const auto problem = file_.replace(changed)) {
-    writeError_ = problem->message;
-    return Writing::failed;
+  if (auto replaced = file_.replace(changed); !replaced) {
+    return failed(std::move(replaced).error());
   }
   values_ = std::move(changed);
   pending_.clear();
   lastComplaint_.clear();
-  // Another process may have replaced the file since, so the next look reads it in any case.
+  // Another process may have replaced the file again, so the next read parses it in any case.
   seen_.reset();
   return Writing::done;
 }

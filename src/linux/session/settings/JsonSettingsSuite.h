@@ -7,7 +7,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "base/Disposable.h"
 #include "linux/session/settings/SettingsFile.h"
@@ -18,26 +17,17 @@ namespace quilex {
 
 /// A settings suite kept as one JSON object in a file that several processes share.
 ///
-/// Before each read the file is looked at, and parsed again only if it was replaced or changed. A write locks the file
-/// against the other processes, reads it afresh, changes its own keys alone and replaces it atomically; while another
-/// process holds the lock, or the file cannot be written, the write is tried again from the run loop. A change that
-/// waits is dropped when another process stores a value under its key meanwhile. A file that is malformed, no regular
-/// file, too large or gone while the program runs leaves the last good values in force; nothing is written over one
-/// that holds no settings.
+/// Each read checks whether the file was replaced or changed, and parses it again only then. A write locks the file
+/// against the other processes, reads it again, changes only its own keys and replaces the file atomically. While
+/// another process holds the lock, or the file cannot be written, the run loop tries again. A change that waits is
+/// dropped when another process stores a value under its key meanwhile. While the file is malformed, not a regular
+/// file, too large or missing, the last good values stay in force, and a file that holds no settings is never
+/// overwritten.
 class JsonSettingsSuite : public SettingsSuite {
  public:
-  /// What keeps a suite from being opened.
-  struct OpenError {
-    std::string message;
-  };
-  /// What keeps changes from being written.
-  struct WriteError {
-    std::string message;
-  };
-
   /// Opens the suite at `file`, whose folders are created; a file that does not exist is an empty suite. `runLoop`
   /// must outlive the suite.
-  static std::variant<std::unique_ptr<JsonSettingsSuite>, OpenError> open(std::filesystem::path file, RunLoop& runLoop);
+  static Result<std::unique_ptr<JsonSettingsSuite>> open(std::filesystem::path file, RunLoop& runLoop);
   /// Writes what is still to be written, waiting a moment for another process's lock if need be.
   ~JsonSettingsSuite() override;
 
@@ -53,17 +43,17 @@ class JsonSettingsSuite : public SettingsSuite {
   void setString(const std::string& key, const std::string& value) override;
   void remove(const std::string& key) override;
   void synchronize() override;
-  /// Writes the changes now, blocking for at most about `patience` while another process writes. Nothing when they are
-  /// in the file; otherwise none of them is, and they are given up. From any thread, unlike all else.
-  std::optional<WriteError> writeNow(std::chrono::milliseconds patience);
+  /// Writes all changes now, or gives them all up when it fails. Blocks for about `patience` at most while another
+  /// process writes. Any thread, unlike everything else here.
+  Outcome writeNow(std::chrono::milliseconds patience);
 
-  /// How often the file's contents were read; shows that an unchanged file is not.
+  /// How often the file's contents were read, for the test that an unchanged file is not read again.
   std::size_t contentReads() const { return reads_; }
 
  private:
   using Json = SettingsFile::Json;
 
-  /// An own change that is not in the file yet.
+  /// A change of ours that is not in the file yet.
   // NOLINTNEXTLINE(bugprone-exception-escape): the values' move constructor does not throw, it only asserts
   struct Change {
     /// Nothing for a removed key.
@@ -71,29 +61,28 @@ class JsonSettingsSuite : public SettingsSuite {
     /// What the file held when the change was made; null for nothing.
     Json before;
   };
-  enum class Writing { done, locked, failed };
+  enum class Writing { done, locked };
 
-  JsonSettingsSuite(std::filesystem::path location, RunLoop& loop);
+  JsonSettingsSuite(std::filesystem::path file, RunLoop& runLoop);
 
-  std::optional<SettingsFile::Problem> readFile() const;
+  Outcome readFile() const;
   void refresh() const;
   Json stored(const std::string& key) const;
   Json value(const std::string& key) const;
   void change(const std::string& key, std::optional<Json> value);
-  Writing write();
+  Result<Writing> write();
   std::string sentence(const std::string& problem) const;
   void complain(const std::string& problem, const char* consequence) const;
 
   SettingsFile file_;
   RunLoop& runLoop_;
-  /// Guards all that follows but `retry`.
+  /// Guards all that follows but `retry_`.
   mutable std::timed_mutex mutex_;
   mutable Json values_ = Json::object();
   mutable std::map<std::string, Change> pending_;
   mutable std::optional<SettingsFile::Signature> seen_;
   mutable std::string lastComplaint_;
   mutable std::size_t reads_ = 0;
-  std::string writeError_;
   std::chrono::milliseconds lockRetry_;
   std::optional<Disposable> retry_;
 };

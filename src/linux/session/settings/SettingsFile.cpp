@@ -42,25 +42,25 @@ bool mayChangeUnnoticed(const SettingsFile::Signature& signature) {
   return std::chrono::nanoseconds(nanoseconds(now) - signature.changed) < kTimestampGranularity;
 }
 
-std::variant<SettingsFile::Json, SettingsFile::Missing, SettingsFile::Problem> parse(int descriptor) {
+Result<SettingsFile::Json> parse(int descriptor) {
   std::string text;
   while (text.size() <= kLargestFile) {
     const std::size_t size = text.size();
     text.resize(size + kBlock);
     const ssize_t count = read(descriptor, text.data() + size, kBlock);
     if (count < 0 && errno != EINTR) {
-      return SettingsFile::Problem{std::string("cannot be read: ") + std::strerror(errno)};
+      return failed(std::string("cannot be read: ") + std::strerror(errno));
     }
     text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     if (count == 0) {
       auto json = json::parse(text);
       if (!json || !json->is_object()) {
-        return SettingsFile::Problem{"is not a JSON object"};
+        return failed("is not a JSON object");
       }
       return *std::move(json);
     }
   }
-  return SettingsFile::Problem{"is larger than 1 MB"};
+  return failed("is larger than 1 MB");
 }
 
 // One line for each key: indenting what is nested could make much of little.
@@ -87,27 +87,23 @@ SettingsFile::Contents SettingsFile::read() const {
   struct stat status = {};
   if (!file.isOpen() || fstat(file.get(), &status) != 0) {
     if (errno == ENOENT) {
-      return {std::nullopt, Missing{}};
+      return {std::nullopt, std::nullopt};
     }
     const std::string reason = std::strerror(errno);
-    return {signature(), Problem{"cannot be read: " + reason}};
+    return {signature(), failed("cannot be read: " + reason)};
   }
-  Contents contents;
-  if (const Signature found = signatureOf(status); !mayChangeUnnoticed(found)) {
-    contents.signature = found;
-  }
+  const Signature found = signatureOf(status);
+  Contents contents{mayChangeUnnoticed(found) ? std::nullopt : std::optional(found), failed("is not a regular file")};
   if (S_ISREG(status.st_mode)) {
     contents.object = parse(file.get());
-  } else {
-    contents.object = Problem{"is not a regular file"};
   }
   return contents;
 }
 
-std::variant<FileDescriptor, SettingsFile::HeldByAnother, SettingsFile::Problem> SettingsFile::lock() const {
+Result<std::optional<FileDescriptor>> SettingsFile::lock() const {
   const std::string name = path.string() + ".lock";
   const auto problem = [&](const char* reason) {
-    return Problem{"cannot be locked for writing: " + name + ": " + reason};
+    return failed("cannot be locked for writing: " + name + ": " + reason);
   };
   FileDescriptor file(open(name.c_str(), O_RDWR | O_CREAT | kNeverWait, S_IRUSR | S_IWUSR));
   struct stat status = {};
@@ -118,18 +114,18 @@ std::variant<FileDescriptor, SettingsFile::HeldByAnother, SettingsFile::Problem>
     return problem("not a regular file");
   }
   if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-    return file;
+    return std::optional(std::move(file));
   }
   if (errno == EWOULDBLOCK) {
-    return HeldByAnother{};
+    return std::nullopt;
   }
   return problem(std::strerror(errno));
 }
 
-std::optional<SettingsFile::Problem> SettingsFile::replace(const Json& object) const {
+Outcome SettingsFile::replace(const Json& object) const {
   const std::string text = format(object);
   if (text.size() > kLargestFile) {
-    return Problem{"would be larger than 1 MB"};
+    return failed("would be larger than 1 MB");
   }
   const QString name = QFile::decodeName(path.c_str());
   const bool isNew = !QFile::exists(name);
@@ -137,12 +133,12 @@ std::optional<SettingsFile::Problem> SettingsFile::replace(const Json& object) c
   const auto size = static_cast<qint64>(text.size());
   const bool opened = file.open(QIODevice::WriteOnly) &&
                       (!isNew || file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner));
-  // QSaveFile itself would put a file in place of which a full disk took only a part.
+  // Flushed first, because QSaveFile would also commit a file that a full disk has cut short.
   if (!opened || file.write(text.data(), size) != size || !file.flush() || !file.commit()) {
     const bool named = file.error() != QFileDevice::NoError;
-    return Problem{"cannot be written: " + (named ? file.errorString().toStdString() : "the disk may be full")};
+    return failed("cannot be written: " + (named ? file.errorString().toStdString() : "the disk may be full"));
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quilex

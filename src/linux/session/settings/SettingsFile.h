@@ -4,20 +4,19 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <string>
-#include <variant>
 
+#include "base/Result.h"
 #include "linux/toolkit/loop/FileDescriptor.h"
 
 namespace quilex {
 
 /// A file that holds one JSON object and that several processes share. Nothing here waits for another process, whatever
-/// stands at the path.
+/// stands at the path. Failures continue a sentence that begins with "the settings file": "is not a JSON object".
 class SettingsFile {
  public:
   using Json = nlohmann::json;
 
-  /// What tells one state of a file from another without reading it.
+  /// Distinguishes the states of a file without reading it.
   struct Signature {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -27,30 +26,26 @@ class SettingsFile {
     bool operator==(const Signature&) const = default;
   };
 
-  /// What stands in the way, as the end of a sentence that begins with "the settings file": "is not a JSON object".
-  struct Problem {
-    std::string message;
-  };
-  struct Missing {};
   struct Contents {
     /// Absent while the file is so new that it may change again without its time stamps moving.
     std::optional<Signature> signature;
-    std::variant<Json, Missing, Problem> object;
+    /// Nothing when there is no file.
+    Result<std::optional<Json>> object;
   };
 
   explicit SettingsFile(std::filesystem::path location) : path(std::move(location)) {}
 
   std::optional<Signature> signature() const;
-  /// Reads the object. A problem is anything but a regular file of at most 1 MB that holds an object nested no deeper
-  /// than the service's replies may be.
+  /// Reads the object. Fails for anything but a regular file of at most 1 MB that holds an object, nested no deeper
+  /// than `json::kMaximumDepth`.
   Contents read() const;
 
-  struct HeldByAnother {};
   /// Keeps the other processes that lock the file from writing it until the descriptor is closed, or the process ends.
-  std::variant<FileDescriptor, HeldByAnother, Problem> lock() const;
+  /// Nothing while another process holds the lock.
+  Result<std::optional<FileDescriptor>> lock() const;
 
   /// Replaces the contents atomically. A new file has mode 0600, an existing one keeps its mode.
-  std::optional<Problem> replace(const Json& object) const;
+  Outcome replace(const Json& object) const;
 
   const std::filesystem::path path;
 };

@@ -22,8 +22,8 @@ namespace quilex {
 
 namespace {
 
-/// Starts a program of the user's, if the service manager runs the agent: as a child of the agent it would belong to
-/// the agent's unit, with its limit of memory. Answers whether it did.
+/// If the service manager runs the agent, starts the command in a unit of its own; in the agent's it would share the
+/// agent's memory limit. False if it did nothing.
 bool startInScope(const QStringList& command) {
   if (qEnvironmentVariable("SYSTEMD_EXEC_PID") != QString::number(QCoreApplication::applicationPid()) ||
       QStandardPaths::findExecutable(command.front()).isEmpty()) {
@@ -45,21 +45,23 @@ void launch(const std::string& id) {
 
 }  // namespace
 
-/// What was asked for last, for work that may be late.
+/// The last wish, which work that was late to start reads too.
 struct LinuxWorkspace::LoginWish {
   std::mutex writing;
   std::atomic<bool> startsAtLogin = false;
 };
 
-LinuxWorkspace::LinuxWorkspace(BackgroundWork& background)
-    : backgroundWork_(background), loginWish_(std::make_shared<LoginWish>()) {}
+LinuxWorkspace::LinuxWorkspace(BackgroundWork& backgroundWork)
+    : backgroundWork_(backgroundWork), loginWish_(std::make_shared<LoginWish>()) {}
 
 void LinuxWorkspace::launchApplication(const std::string& bundleIdentifier) {
-  // It reads files and asks the session bus, each of which may hang.
+  mainThread_.check();
+  // Reads files and asks the session bus, and may hang at either.
   std::thread([bundleIdentifier] { launch(bundleIdentifier); }).detach();
 }
 
 void LinuxWorkspace::openURL(const std::string& url) {
+  mainThread_.check();
   const QUrl address(QString::fromStdString(url), QUrl::StrictMode);
   const QString encoded = QString::fromLatin1(address.toEncoded());
   if (address.isValid() && !address.isRelative() && !startInScope({QStringLiteral("xdg-open"), encoded})) {
@@ -83,14 +85,14 @@ void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTy
 }
 
 void LinuxWorkspace::setStartsAtLogin(bool startsAtLogin) {
+  mainThread_.check();
   loginWish_->startsAtLogin = startsAtLogin;
   const auto work = [wish = loginWish_](const std::stop_token& /*stop*/) {
-    using State = AutostartEntry::Outcome::State;
     const std::lock_guard guard(wish->writing);
     const bool starts = wish->startsAtLogin;
-    const auto outcome = AutostartEntry::main().set(starts);
-    if (outcome.state == State::failed || (outcome.state == State::edited && !starts)) {
-      std::fprintf(stderr, "quilexhelper: %s\n", outcome.message.c_str());
+    const auto change = AutostartEntry::main().set(starts);
+    if (!change || (change->state == AutostartEntry::Change::State::edited && !starts)) {
+      std::fprintf(stderr, "quilexhelper: %s\n", (change ? change->message : change.error().message).c_str());
     }
   };
   loginWork_.emplace(backgroundWork_.run(work, [] {}));

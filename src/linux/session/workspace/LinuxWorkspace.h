@@ -3,17 +3,18 @@
 #include <memory>
 #include <optional>
 
+#include "base/MainThread.h"
 #include "platform/BackgroundWork.h"
 #include "platform/Workspace.h"
 
 namespace quilex {
 
-/// The session of a Linux desktop: desktop entries, Qt's dialogs and application state, the login manager's sleep
-/// signal, autostart entries. Needs a QApplication.
+/// The session of a Linux desktop, with desktop entries, autostart entries, Qt's dialogs and application state, and the
+/// login manager's sleep signal. Needs a QApplication.
 class LinuxWorkspace : public Workspace {
  public:
-  /// The background work must outlive the workspace.
-  explicit LinuxWorkspace(BackgroundWork& background);
+  /// `backgroundWork` must outlive the workspace.
+  explicit LinuxWorkspace(BackgroundWork& backgroundWork);
 
   void launchApplication(const std::string& bundleIdentifier) override;
   void openURL(const std::string& url) override;
@@ -26,6 +27,7 @@ class LinuxWorkspace : public Workspace {
  private:
   struct LoginWish;
 
+  [[no_unique_address]] MainThread mainThread_;
   BackgroundWork& backgroundWork_;
   std::shared_ptr<LoginWish> loginWish_;
   std::optional<Disposable> loginWork_;

@@ -28,13 +28,13 @@ constexpr std::array<std::string_view, 7> kRooms{"desktop", "render", "mpv", "pl
 struct Level {
   QtMsgType type;
   const char* name;
-  /// As Qt's rules call it.
+  /// Its name in Qt's rules.
   const char* rule;
-  /// As syslog numbers it.
+  /// Its number in syslog.
   int priority;
 };
 
-// From the few messages to the many.
+// The most severe first: each level includes those before it.
 constexpr std::array kLevels{
     Level{QtCriticalMsg, "error", "critical", 3},
     Level{QtWarningMsg, "warning", "warning", 4},
@@ -61,7 +61,7 @@ void writeLine(QtMsgType type, const QMessageLogContext& context, const QString&
     return;
   }
   const QByteArray time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs).toLatin1();
-  // Names of files and words of a server may hold anything.
+  // File names and texts from a server may contain anything.
   QString clean = text.trimmed();
   std::ranges::replace_if(
       clean, [](QChar each) { return each.category() == QChar::Other_Control; }, QChar(' '));
@@ -101,7 +101,7 @@ std::string logHelp() {
          levelNames() + " (debug if left out)";
 }
 
-std::optional<std::string> startLog(std::string_view wish) {
+Outcome startLog(std::string_view wish) {
   std::string text;
   while (!wish.empty()) {
     const std::string_view entry = wish.substr(0, wish.find(','));
@@ -110,12 +110,12 @@ std::optional<std::string> startLog(std::string_view wish) {
     const std::string_view room = entry.substr(0, sign);
     const bool isAll = room == "all";
     if (!isAll && std::ranges::count(kRooms, room) == 0) {
-      return "\"" + std::string(room) + "\" is no room of the log; there are all, " + joined(kRooms);
+      return failed("\"" + std::string(room) + "\" is no room of the log; there are all, " + joined(kRooms));
     }
     const std::string_view name = sign < entry.size() ? entry.substr(sign + 1) : kLevels.back().name;
     const auto* const level = std::ranges::find(kLevels, name, &Level::name);
     if (level == kLevels.end()) {
-      return "\"" + std::string(name) + "\" is no level of the log; there are " + levelNames();
+      return failed("\"" + std::string(name) + "\" is no level of the log; there are " + levelNames());
     }
     text += rules(isAll ? "*" : room, &*level);
   }
@@ -125,7 +125,7 @@ std::optional<std::string> startLog(std::string_view wish) {
     qInstallMessageHandler(writeLine);
     QLoggingCategory::setFilterRules(QString::fromStdString(text));
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quilex

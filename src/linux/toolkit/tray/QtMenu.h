@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "base/Disposable.h"
+#include "linux/toolkit/loop/DeleteLater.h"
 #include "platform/Menu.h"
 
 namespace quilex {
 
-/// Draws a menu of the model with a QMenu and keeps it in step with it, also while it is open.
+/// Draws a menu with a QMenu and follows its changes, also while it is open. Main thread.
 class QtMenu {
  public:
   QtMenu();
@@ -20,19 +21,16 @@ class QtMenu {
 
   QMenu& widget() { return *menu_; }
   /// Shows these items from now on; without a model, none.
-  void show(std::shared_ptr<Menu> newModel);
+  void show(std::shared_ptr<Menu> model);
 
  private:
   struct Entry;
 
   void refill();
+  static std::shared_ptr<Entry> makeEntry(const MenuItem& item);
   static void update(const Entry& entry);
 
-  struct LaterDeleter {
-    void operator()(QObject* object) const { object->deleteLater(); }
-  };
-
-  std::unique_ptr<QMenu, LaterDeleter> menu_;
+  std::unique_ptr<QMenu, DeleteLater> menu_;
   std::shared_ptr<Menu> model_;
   std::vector<std::shared_ptr<Entry>> entries_;
   std::optional<Disposable> change_;

@@ -19,17 +19,16 @@ namespace {
 const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 
-// A panel that starts together with the agent may offer the older tray a little before the newer one.
+// A panel that starts at the same time as the agent may offer the older tray a little before the newer one.
 constexpr std::chrono::seconds kPreferNewer{2};
 
 }  // namespace
 
-QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray,
-                           StatusReport& statusReport)
-    : images_(bundle),
-      runLoop_(loop),
-      olderTray_(std::move(embeddingTray)),
-      report_(statusReport),
+QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& runLoop, EmbeddingTray olderTray, StatusReport& report)
+    : bundle_(bundle),
+      runLoop_(runLoop),
+      olderTray_(std::move(olderTray)),
+      report_(report),
       watchers_(kWatcher, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration),
       hostComes_([this](bool) { lookForHost(); }) {
   QObject::connect(&watchers_, &QDBusServiceWatcher::serviceRegistered, &watchers_, [this] { lookForHost(); });
@@ -42,19 +41,20 @@ QtStatusItem::QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTr
 }
 
 void QtStatusItem::setTemplateImage(const std::string& name) {
-  const auto file = images_.resource(name, "svg");
+  const auto file = bundle_.resource(name, "svg");
   if (!file) {
     return;
   }
-  // Where the theme has the image, the panel draws it in its own colour.
+  // If the icon theme has the image, the panel draws it in its own colour.
   icon_ = QIcon::fromTheme(QString::fromStdString(name + "-symbolic"), QIcon(QString::fromStdString(file->string())));
   if (tray_) {
     tray_->setIcon(icon_);
   }
 }
 
-void QtStatusItem::setMenu(std::shared_ptr<Menu> newMenu) {
-  menu_.show(std::move(newMenu));
+void QtStatusItem::setMenu(std::shared_ptr<Menu> menu) {
+  mainThread_.check();
+  menu_.show(std::move(menu));
 }
 
 void QtStatusItem::lookForHost() {
@@ -66,7 +66,7 @@ void QtStatusItem::lookForHost() {
     lookForOlderTray();
     return;
   }
-  // A watcher may run before any panel has told it that it shows items.
+  // A watcher may run before any panel has registered as a host.
   auto question = QDBusMessage::createMethodCall(
       kWatcher, kWatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   question << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");

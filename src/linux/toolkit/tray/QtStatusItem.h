@@ -9,6 +9,7 @@
 #include <string>
 
 #include "base/Disposable.h"
+#include "base/MainThread.h"
 #include "linux/desktop/EmbeddingTray.h"
 #include "linux/session/bundle/LinuxBundle.h"
 #include "linux/session/dbus/SignalReceiver.h"
@@ -19,15 +20,14 @@
 
 namespace quilex {
 
-/// The status item with QSystemTrayIcon: a StatusNotifierItem where a host for those runs, else an embedded icon. It
-/// is made once a host of either kind is there, because the toolkit settles on a kind with the first item for good;
-/// from then on it comes back with each host of its kind.
+/// The status item with QSystemTrayIcon: a StatusNotifierItem if a host for those runs, else an embedded icon. The icon
+/// is made when the first host appears, because the toolkit chooses the kind with the first icon, for good. From then
+/// on it comes back with each host of its kind.
 class QtStatusItem : public StatusItem {
  public:
-  /// `embeddingTray` has no functions on desktops without such trays. The bundle and the run loop must outlive the
-  /// item. Which kind of host it was made for is written into `report`, which must outlive it as well. Needs a
-  /// QApplication.
-  QtStatusItem(const LinuxBundle& bundle, RunLoop& loop, EmbeddingTray embeddingTray, StatusReport& report);
+  /// `olderTray` has no functions on desktops without such trays. The kind of host goes into `report`. All references
+  /// must outlive the item. Needs a QApplication.
+  QtStatusItem(const LinuxBundle& bundle, RunLoop& runLoop, EmbeddingTray olderTray, StatusReport& report);
 
   void setTemplateImage(const std::string& name) override;
   void setMenu(std::shared_ptr<Menu> menu) override;
@@ -37,7 +37,8 @@ class QtStatusItem : public StatusItem {
   void lookForOlderTray();
   void appear(const char* host);
 
-  const LinuxBundle& images_;
+  [[no_unique_address]] MainThread mainThread_;
+  const LinuxBundle& bundle_;
   RunLoop& runLoop_;
   EmbeddingTray olderTray_;
   StatusReport& report_;

@@ -24,15 +24,15 @@ constexpr double kFocusWidth = 1.5;
 constexpr double kDisabledOpacity = 0.5;
 
 struct IconImage : Image {
-  explicit IconImage(QIcon theIcon) : icon(std::move(theIcon)) {}
+  explicit IconImage(QIcon qtIcon) : icon(std::move(qtIcon)) {}
   const QIcon icon;
 };
 
-ButtonLook::Picture picture(const QIcon& icon) {
+ButtonLook::ImagePointer imageOf(const QIcon& icon) {
   return icon.isNull() ? nullptr : std::make_shared<const IconImage>(icon);
 }
 
-QIcon iconOf(const ButtonLook::Picture& image) {
+QIcon iconOf(const ButtonLook::ImagePointer& image) {
   const auto* own = dynamic_cast<const IconImage*>(image.get());
   return own == nullptr ? QIcon() : own->icon;
 }
@@ -85,7 +85,7 @@ QIcon ButtonWithHoverBackGround::hoverImage() const {
 }
 
 void ButtonWithHoverBackGround::setHoverImage(const QIcon& image) {
-  look_.hoverImage = picture(image);
+  look_.hoverImage = imageOf(image);
 }
 
 QIcon ButtonWithHoverBackGround::normalImage() const {
@@ -93,7 +93,7 @@ QIcon ButtonWithHoverBackGround::normalImage() const {
 }
 
 void ButtonWithHoverBackGround::setNormalImage(const QIcon& image) {
-  look_.normalImage = picture(image);
+  look_.normalImage = imageOf(image);
 }
 
 QColor ButtonWithHoverBackGround::hoverColor() const {
@@ -154,7 +154,7 @@ bool ButtonWithHoverBackGround::event(QEvent* event) {
   switch (event->type()) {
     case QEvent::HoverEnter:
     case QEvent::HoverMove:
-      // Told only while the agent has the keyboard, and not during a press, whose end tells where the pointer is.
+      // Only while the agent has the keyboard. The end of a press says where the pointer is.
       if (!held_ && (inside_ || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
         setInside(trackingArea_.contains(static_cast<QHoverEvent*>(event)->position().toPoint()));
       }
@@ -189,7 +189,7 @@ void ButtonWithHoverBackGround::showEvent(QShowEvent* event) {
 
 void ButtonWithHoverBackGround::hideEvent(QHideEvent* event) {
   ButtonWithPointCursor::hideEvent(event);
-  // Where the pointer goes while the button is hidden, nobody tells.
+  // Nothing reports where the pointer goes while the button is hidden.
   held_ = false;
   setInside(false);
 }

@@ -9,7 +9,7 @@
 
 namespace quilex {
 
-/// A push button over which the pointer is a pointing hand.
+/// A push button that turns the pointer into a pointing hand.
 class ButtonWithPointCursor : public QPushButton {
   Q_OBJECT
 
@@ -17,9 +17,9 @@ class ButtonWithPointCursor : public QPushButton {
   explicit ButtonWithPointCursor(QWidget* parent = nullptr);
 };
 
-/// A push button with a background of its own, whose colour and image follow the pointer by the rules of ButtonLook.
-/// An invalid colour and a null image are none. The area that reacts to the pointer's coming and going is the button's
-/// as it was first shown.
+/// A push button with a background of its own, whose colour and image follow the pointer by the rules of ButtonLook. An
+/// invalid colour or a null image stands for none. The pointer counts as inside within the area that the button had
+/// when it was first shown.
 class ButtonWithHoverBackGround : public ButtonWithPointCursor {
   Q_OBJECT
   Q_PROPERTY(QIcon hoverImage READ hoverImage WRITE setHoverImage)
@@ -71,7 +71,7 @@ class ButtonWithHoverBackGround : public ButtonWithPointCursor {
   void showLook();
 
   ButtonLook look_;
-  /// Null until the button was shown.
+  /// Null until the button is first shown.
   QRect trackingArea_;
   bool inside_ = false;
   bool held_ = false;

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "linux/toolkit/windows/Buttons.h"
-#include "linux/toolkit/windows/PictureView.h"
+#include "linux/toolkit/windows/ImageView.h"
 #include "linux/toolkit/windows/QtInterfaceWindow.h"
 
 namespace quilex {
@@ -23,8 +23,8 @@ class Loader : public QUiLoader {
       made = new ButtonWithPointCursor(parent);
     } else if (className == QLatin1String("ButtonWithHoverBackGround")) {
       made = new ButtonWithHoverBackGround(parent);
-    } else if (className == QLatin1String("PictureView")) {
-      made = new PictureView(parent);
+    } else if (className == QLatin1String("ImageView")) {
+      made = new ImageView(parent);
     } else {
       return QUiLoader::createWidget(className, parent, name);
     }

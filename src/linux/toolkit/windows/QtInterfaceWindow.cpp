@@ -20,18 +20,18 @@ namespace quilex {
 
 namespace {
 
-// The toolkit reads nested HTML in the square of its length, and lays texts out at some megabytes a second: these take
-// some hundredths of a second at worst.
+// In bytes. The toolkit takes quadratic time for nested HTML, and a second to lay out some megabytes of text; these
+// limits keep both to some hundredths of a second.
 constexpr std::size_t kMostHTML = 4096;
 constexpr std::size_t kMostText = 16384;
 
-/// A document that loads nothing: neither pictures and style sheets of the network nor files.
+/// A document that loads nothing: no images, no style sheets, no files.
 struct SecludedDocument : QTextDocument {
   using QTextDocument::QTextDocument;
   QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
 };
 
-/// Nothing that moves, hides or turns round the text beside it.
+/// Without characters that move, hide or reverse the text beside them.
 QString printable(const std::string& text) {
   QString result = QString::fromUtf8(text.data(), static_cast<qsizetype>(std::min(text.size(), kMostText)));
   for (QChar& character : result) {
@@ -45,17 +45,17 @@ QString printable(const std::string& text) {
 }
 
 struct LabelField : TextField {
-  explicit LabelField(QLabel& its) : label(its) { label.setTextFormat(Qt::PlainText); }
+  explicit LabelField(QLabel& shown) : label(shown) { label.setTextFormat(Qt::PlainText); }
   void setStringValue(const std::string& text) override { label.setText(printable(text)); }
   bool appendHTML(const std::string& /*html*/) override { return false; }
   QLabel& label;
 };
 
 struct TextViewField : TextField {
-  explicit TextViewField(QTextEdit& its) : view(its) {
+  explicit TextViewField(QTextEdit& shown) : view(shown) {
     auto* document = new SecludedDocument(&view);
     QTextOption option = document->defaultTextOption();
-    // The loader of interface files does not know this property.
+    // Interface files cannot set this property.
     option.setAlignment(Qt::AlignHCenter);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document->setDefaultTextOption(option);
@@ -70,7 +70,7 @@ struct TextViewField : TextField {
     if (parsed.isEmpty()) {
       return false;
     }
-    // Without its tables, which take time to lay out that grows without bounds when they are nested.
+    // As plain text, without its tables: the time to lay out nested ones has no bound.
     QTextCursor end(view.document());
     end.movePosition(QTextCursor::End);
     end.insertText(parsed.toPlainText());
@@ -80,7 +80,7 @@ struct TextViewField : TextField {
 };
 
 struct WidgetButton : PushButton {
-  explicit WidgetButton(QPushButton& its) : button(its) {}
+  explicit WidgetButton(QPushButton& shown) : button(shown) {}
   void setAction(std::function<void()> action) override {
     QObject::disconnect(connection);
     connection = QObject::connect(&button, &QPushButton::clicked, &button, std::move(action));
@@ -91,8 +91,8 @@ struct WidgetButton : PushButton {
 
 }  // namespace
 
-QtInterfaceWindow::QtInterfaceWindow(const LinuxBundle& bundle, std::unique_ptr<QDialog, DeleteLater> theDialog)
-    : images_(bundle), dialog_(std::move(theDialog)) {
+QtInterfaceWindow::QtInterfaceWindow(const LinuxBundle& bundle, std::unique_ptr<QDialog, DeleteLater> dialog)
+    : bundle_(bundle), dialog_(std::move(dialog)) {
   dialog_->installEventFilter(this);
 }
 
@@ -144,13 +144,14 @@ void QtInterfaceWindow::setClearBackground() {
 }
 
 void QtInterfaceWindow::setContents(const std::string& imageName) {
-  if (const auto file = images_.resource(imageName, "svg")) {
+  if (const auto file = bundle_.resource(imageName, "svg")) {
     contents_ = QIcon(QString::fromStdString(file->string()));
   }
 }
 
 void QtInterfaceWindow::show(Keyboard keyboard) {
-  // A window that appears anew is in front, on the workspace that the user sees, and gets the keyboard from desktops
+  mainThread_.check();
+  // Hidden and shown again, the window is in front, on the visible workspace, and has the keyboard also on desktops
   // that give it to new windows only.
   dialog_->hide();
   activates_ = keyboard == Keyboard::comes;
@@ -167,17 +168,18 @@ void QtInterfaceWindow::close() {
 
 bool QtInterfaceWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == dialog_.get()) {
-    return handleOfDialog(event);
+    handleDialogEvent(event);
+    return false;
   }
-  // Only now has the toolkit heard from the display server what time it is, without which window managers take the
-  // request for one of long ago.
+  // Not before this event: the request carries the display server's last time stamp, and window managers ignore one
+  // that looks old.
   if (event->type() == QEvent::Expose && dialog_->windowHandle()->isExposed() && std::exchange(activates_, false)) {
     dialog_->activateWindow();
   }
   return false;
 }
 
-bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
+void QtInterfaceWindow::handleDialogEvent(QEvent* event) {
   switch (event->type()) {
     case QEvent::Paint:
       if (!contents_.isNull()) {
@@ -189,7 +191,7 @@ bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
       maskToContents();
       break;
     case QEvent::MouseButtonPress:
-      // Without a title bar, the panel is moved by its picture.
+      // A panel without a title bar is moved by its background.
       if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
           dialog_->windowFlags().testFlag(Qt::FramelessWindowHint)) {
         dialog_->windowHandle()->startSystemMove();
@@ -198,21 +200,20 @@ bool QtInterfaceWindow::handleOfDialog(QEvent* event) {
     default:
       break;
   }
-  return false;
 }
 
-// Desktops that do not blend windows would show black where the picture is clear.
+// Desktops that do not blend windows would show black where the background image is transparent.
 void QtInterfaceWindow::maskToContents() {
   if (!contents_.isNull()) {
-    QPixmap picture(dialog_->size());
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    // Over and over, so that the half-clear rim counts as well.
+    QPixmap drawn(dialog_->size());
+    drawn.fill(Qt::transparent);
+    QPainter painter(&drawn);
+    // Several times, so that the half-transparent edge becomes opaque and counts as well.
     for (int pass = 0; pass < 8; ++pass) {
-      contents_.paint(&painter, picture.rect());
+      contents_.paint(&painter, drawn.rect());
     }
     painter.end();
-    dialog_->setMask(QBitmap::fromImage(picture.toImage().createAlphaMask()));
+    dialog_->setMask(QBitmap::fromImage(drawn.toImage().createAlphaMask()));
   }
 }
 

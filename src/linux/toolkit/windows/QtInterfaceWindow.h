@@ -6,16 +6,14 @@
 #include <memory>
 #include <string>
 
+#include "base/MainThread.h"
 #include "linux/session/bundle/LinuxBundle.h"
+#include "linux/toolkit/loop/DeleteLater.h"
 #include "platform/InterfaceWindow.h"
 
 namespace quilex {
 
-struct DeleteLater {
-  void operator()(QObject* object) const { object->deleteLater(); }
-};
-
-/// An interface window over a QDialog: texts are its QLabels and QTextEdits, buttons its QPushButtons.
+/// An interface window over a QDialog. Its texts are QLabels and QTextEdits, its buttons QPushButtons.
 class QtInterfaceWindow : public QObject, public InterfaceWindow {
   Q_OBJECT
 
@@ -37,10 +35,11 @@ class QtInterfaceWindow : public QObject, public InterfaceWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  bool handleOfDialog(QEvent* event);
+  void handleDialogEvent(QEvent* event);
   void maskToContents();
 
-  const LinuxBundle& images_;
+  [[no_unique_address]] MainThread mainThread_;
+  const LinuxBundle& bundle_;
   std::unique_ptr<QDialog, DeleteLater> dialog_;
   std::map<std::string, std::unique_ptr<TextField>> texts_;
   std::map<std::string, std::unique_ptr<PushButton>> buttons_;

@@ -22,7 +22,7 @@ bool install(const QLocale& locale, const char* name, const QString& folder) {
 }  // namespace
 
 void installTranslations(const QStringList& languages, const std::filesystem::path& folder) {
-  // One by one: asked for all at once, the toolkit would pass over English, which has no file, to the next language.
+  // One by one: given all at once, the toolkit would skip English, which has no file.
   for (const QString& language : languages) {
     const QLocale locale(language);
     if (locale.language() == QLocale::English) {

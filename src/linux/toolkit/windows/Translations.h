@@ -5,9 +5,9 @@
 
 namespace quilex {
 
-/// Shows all texts in the first of the languages, BCP 47 names with the user's favourite in front, that there is a
-/// translation for, the toolkit's own texts included; English needs none. `folder` holds the program's translations,
-/// quilexhelper_LANGUAGE.qm. Needs a QCoreApplication, and is called once, before any text is looked up.
+/// Translates all texts, the toolkit's own included, into the first of the languages (BCP 47 names, the user's
+/// favourite first) that is English or has a file quilexhelper_LANGUAGE.qm in `folder`. Needs a QCoreApplication, and
+/// is called once, before any text is looked up.
 void installTranslations(const QStringList& languages, const std::filesystem::path& folder);
 
 }  // namespace quilex
