@@ -23,9 +23,10 @@ namespace {
 
 using Videos = std::vector<VideoDetail>;
 
-Result<std::unique_ptr<VideoLibrary>> openLibrary() {
+Result<std::unique_ptr<VideoLibrary>> openLibrary(MissingLibrary missing = MissingLibrary::placed) {
   const LinuxBundle bundle = LinuxBundle::main();
-  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
+  const auto templateFile = missing == MissingLibrary::placed ? bundle.resource("Quilex", "db") : std::nullopt;
+  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), templateFile);
 }
 
 void postLibraryChange() {
@@ -125,8 +126,8 @@ Outcome setStartsAtLogin(bool starts) {
 
 }  // namespace
 
-Result<Videos> readLibrary() {
-  auto opened = openLibrary();
+Result<Videos> readLibrary(MissingLibrary missing) {
+  auto opened = openLibrary(missing);
   if (auto* failure = std::get_if<Failure>(&opened)) {
     return std::move(*failure);
   }

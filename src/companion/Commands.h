@@ -11,8 +11,11 @@ namespace quilex {
 /// How much of a list is asked for.
 enum class ListForm { table, json };
 
-/// The videos of the user's library, which is put there first if it is missing.
-Result<std::vector<VideoDetail>> readLibrary();
+/// What reading does about a library that is missing: puts it there first, or fails.
+enum class MissingLibrary { placed, left };
+
+/// The videos of the user's library.
+Result<std::vector<VideoDetail>> readLibrary(MissingLibrary missing = MissingLibrary::placed);
 
 /// The program's name and version.
 std::string versionLine();

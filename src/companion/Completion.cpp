@@ -27,7 +27,8 @@ bool isPlain(const std::string& sign) {
 }
 
 void offerVideos(const std::string& beginning, const std::vector<std::string>& namedAlready) {
-  const auto read = readLibrary();
+  // Who presses a key to see what there is has not asked for a library.
+  const auto read = readLibrary(MissingLibrary::left);
   const auto* videos = std::get_if<std::vector<VideoDetail>>(&read);
   for (const VideoDetail& video : videos != nullptr ? *videos : std::vector<VideoDetail>()) {
     if (isPlain(video.sign) && std::ranges::find(namedAlready, video.sign) == namedAlready.end()) {

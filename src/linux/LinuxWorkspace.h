@@ -29,6 +29,7 @@ class LinuxWorkspace : public Workspace {
   BackgroundWork& backgroundWork;
   std::shared_ptr<LoginWish> loginWish;
   std::optional<Disposable> loginWork;
+  std::optional<Disposable> openWork;
 };
 
 }  // namespace quilex
