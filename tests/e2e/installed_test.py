@@ -53,7 +53,9 @@ class Metadata(InstalledJourney):
             for size in (16, 48, 256):
                 self.assertTrue((share / f"icons/hicolor/{size}x{size}/apps/{lines['Icon']}.png").read_bytes())
             self.assertIn("linearGradient", (share / f"icons/hicolor/scalable/apps/{lines['Icon']}.svg").read_text())
-        unit = (self.prefix / "lib/systemd/user/quilexhelper.service").read_text()
+        file = self.prefix / "lib/systemd/user/quilexhelper.service"
+        self.assertEqual(self.call("systemd-analyze", "verify", "--user", "--man=no", file), "")
+        unit = file.read_text()
         self.assertIn(f'\nExecStart="{self.prefix}/bin/quilexhelper"\nRestart=on-failure\n', unit)
         self.assertRegex(unit, r"\nMemoryMax=\d+G\n")
         metainfo = share / f"metainfo/{AGENT}.metainfo.xml"
