@@ -1,5 +1,5 @@
-// Reads a guide reply as the client does, beside the same bytes through OpenSSL, nlohmann-json and Qt's picture decoder
-// called directly: guide_bench ANSWER.json. Prints "SECONDS REFERENCE_SECONDS PICTURES", the medians of kRounds.
+// Reads a guide reply with the client, and for comparison by calling OpenSSL, nlohmann-json and Qt's image decoder
+// directly: guide_bench ANSWER.json. Prints "SECONDS REFERENCE_SECONDS IMAGES", the medians of kRounds.
 
 #include <openssl/evp.h>
 
@@ -66,7 +66,7 @@ std::size_t readDirectly(const std::string& reply) {
   return pictures.size();
 }
 
-/// Seconds that the action takes; what it leaves behind is dropped outside of them.
+/// Seconds that the action takes, without destroying its result.
 template <typename Action>
 double seconds(const Action& action) {
   const auto start = Clock::now();

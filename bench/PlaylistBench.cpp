@@ -1,4 +1,4 @@
-// Rebuilds the playlist from libraries of many rows, beside a bare loop of SQLite steps that reads the same columns:
+// Rebuilds the playlist from libraries of many rows, and for comparison reads the same columns in a bare SQLite loop:
 // playlist_bench. Prints for each number of rows "ROWS SECONDS REFERENCE_SECONDS", the medians of kRounds.
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -24,7 +24,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kRounds = 7;
 
-// As an import fills them: texts of the usual lengths in the columns that have any.
+// Rows as an import makes them, with texts of the usual lengths.
 void makeLibrary(const std::string& file, int rows) {
   SQLite::Database database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   database.exec(
@@ -46,7 +46,7 @@ double seconds(const std::function<void()>& work) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// The least that any reading of these rows must do: each column converted to its type, nothing kept.
+// The minimum for reading these rows: converts each column to its type and keeps nothing.
 void bareLoop(sqlite3* database) {
   static constexpr std::array kIsText{false, true,  true, true,  true,  true,  false, false, true,
                                       false, true,  true, false, false, false, false, false, true,

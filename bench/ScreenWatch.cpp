@@ -75,14 +75,14 @@ int main(int argc, char** argv) {
       drawn = drawn || (event->response_type & 0x7F) == damaged + XCB_DAMAGE_NOTIFY;
     }
     if (!drawn) {
-      // Only now: events may have been read together with the last reply.
+      // Polled last, because events may have been read together with the last reply.
       pollfd waiting{xcb_get_file_descriptor(connection), POLLIN, 0};
       poll(&waiting, 1, static_cast<int>(left));
       continue;
     }
     const auto now = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch());
     ++drawings;
-    // Before the look, so that what is drawn meanwhile is told again.
+    // Before the screen is read, so that later drawings are reported again.
     xcb_damage_subtract(connection, damage, XCB_NONE, XCB_NONE);
     if (const auto counter = readCounter(connection, root); counter && *counter != shown) {
       shown = *counter;

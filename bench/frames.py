@@ -1,4 +1,4 @@
-"""What the screen shows of a looping clip: frames left out, and the time from its last frame to its first."""
+"""A looping clip on the screen: the frames that are missing, and the time from its last frame to its first."""
 
 import statistics
 
@@ -8,7 +8,7 @@ LOOPS = 5
 
 
 def left_out(frames):
-    """Frames that never appeared between the first and the last that did."""
+    """The number of frames missing between the first and the last that appeared."""
     missing = 0
     for (_, before), (_, after) in zip(frames, frames[1:]):
         missing += max(0, (after - before) % CLIP_FRAMES - 1)
@@ -16,7 +16,7 @@ def left_out(frames):
 
 
 def loop_gaps(frames):
-    """Milliseconds from the last frame of a run to the first of the next."""
+    """Milliseconds from the last frame of a pass to the first of the next."""
     return [
         1000 * (later - earlier) for (earlier, before), (later, after) in zip(frames, frames[1:]) if after < before
     ]

@@ -1,4 +1,4 @@
-"""What a guide of 32 MiB of pictures costs: time and memory to read it, and the wallpaper's longest wait meanwhile."""
+"""The cost of a guide with 32 MiB of images: reading time, memory, and the wallpaper's longest pause meanwhile."""
 
 import base64
 import io
@@ -15,7 +15,7 @@ from service import Service
 
 MIB = 1 << 20
 TEXT_SIZE = 32 * MIB
-# Of noise, so that the pictures in memory are hardly larger than their files.
+# Images of noise, which are hardly larger in memory than as files.
 PICTURE = (418, 418)
 WATCHED = 8
 
@@ -46,7 +46,7 @@ def longest_wait(frames):
 
 
 def watch_guide(context, answer):
-    """Peak memory and the longest wait between two frames while the agent gets that guide; the default one for None."""
+    """Peak memory and the longest pause between two frames while the agent gets that guide; None is the default one."""
     desktop = Desktop(context, 1)
     try:
         service = Service(desktop)
@@ -79,7 +79,7 @@ def measure(context):
         Row(f"guide of {pictures} pictures / libraries directly", f"{1000 * ours:.0f} ms", f"{1000 * direct:.0f} ms",
             ours / direct, 2),
         Row("guide: memory at its peak / the reply", f"{added:.0f} MiB", f"{reply:.0f} MiB", added / reply, 3),
-        # A frame or two are late where the reading takes a core from the decoder; held up they would all be.
+        # One or two frames are late if the reading takes a core from the decoder. All would be if it blocked the agent.
         Row("guide: longest wait for a frame / without a guide", f"{waits[0]:.0f} ms", f"{waits[1]:.0f} ms",
             waits[0] / waits[1], 3),
     ]

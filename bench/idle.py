@@ -1,4 +1,4 @@
-"""What a wallpaper costs that stands still: paused, and closed."""
+"""The cost of a wallpaper that does not move: paused, and closed."""
 
 import ctypes
 import os

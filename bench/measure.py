@@ -1,4 +1,4 @@
-"""What the benchmarks share: clips, desktops, players, and what the kernel says of a process."""
+"""Shared by the benchmarks: clips, desktops, players, and the kernel's figures of a process."""
 
 import os
 import pathlib
@@ -18,8 +18,7 @@ COUNTER_BITS, COUNTER_CELL = 10, 24
 SECONDS = CLIP_FRAMES // CLIP_RATE  # the clip once, of which some parts cost more than others
 WARM_UP = 2
 
-# Each clip by ffmpeg's options for its picture and its quality: 15 Mbit/s with detail everywhere; and one of the slow
-# loops that come with the agent.
+# ffmpeg's options for each clip's picture and quality: 15 Mbit/s of fine detail, and one of the agent's slow loops.
 CLIPS = {
     "heavy": (
         ["-f", "lavfi", "-i", "testsrc2=s=1920x1080:r=30,noise=alls=24:allf=t"],
@@ -34,7 +33,7 @@ CLIPS = {
 
 @dataclass
 class Row:
-    """A line of the table; values are texts, `ratio` is what the target is about."""
+    """A line of the table. Values are texts; the target applies to `ratio`."""
 
     figure: str
     ours: str
@@ -55,7 +54,7 @@ def counter_strips():
 
 
 def clip(name, folder):
-    """The path of that clip, which is made when it is not there yet."""
+    """The path of that clip, which is made if it is missing."""
     path = folder / f"{name}.mp4"
     if path.exists():
         return path
@@ -79,7 +78,7 @@ def clip(name, folder):
 
 
 class Desktop(Session):
-    """A virtual desktop with its own bus and folders, and the programs that are compared on it."""
+    """A virtual desktop with its own bus and folders, on which the programs are compared."""
 
     def __init__(self, context, monitors=1):
         super().__init__(context.build, (MONITOR,) * monitors)
@@ -120,7 +119,7 @@ class Desktop(Session):
         self.programs.remove(program)
 
     def watch(self, seconds=SECONDS):
-        """Times (in seconds) and numbers of the frames that the screen shows, and how often it was drawn on."""
+        """The times (in seconds) and numbers of the frames on the screen, and how often the screen was drawn on."""
         program = self.context.build / "bin" / "screen_watch"
         lines = subprocess.run(
             [program, str(seconds)], env=self.environment, check=True, capture_output=True, text=True
@@ -135,7 +134,7 @@ def processor_seconds(process):
 
 
 def wakeups(process):
-    """How often any thread of the process has gone to sleep, and so been woken."""
+    """How often the threads of the process have slept, and so been woken."""
     count = 0
     for status in pathlib.Path(f"/proc/{process.pid}/task").glob("*/status"):
         count += int(status.read_text().split("\nvoluntary_ctxt_switches:")[1].split()[0])
@@ -151,7 +150,7 @@ def memory(process):
 
 
 def spent(process, seconds=SECONDS, warm_up=WARM_UP):
-    """Processor seconds of the process over some seconds, after some to settle."""
+    """Processor seconds of the process over some seconds, after some time to settle."""
     time.sleep(warm_up)
     before = processor_seconds(process)
     time.sleep(seconds)
@@ -159,13 +158,13 @@ def spent(process, seconds=SECONDS, warm_up=WARM_UP):
 
 
 def compared(figure, ours, references, target, unit):
-    """The least of each: whatever else runs on the machine only ever adds."""
+    """The minimum of each value, because other programs on the machine can only add to it."""
     form = lambda values: f"{min(values):.3g} {unit}"
     return Row(figure, form(ours), form(references), min(ours) / min(references), target)
 
 
 def side_by_side(figure, rounds, target, unit):
-    """Of pairs of values taken at the same time, which what else runs on the machine slows alike: the one whose ratio is
-    the median."""
+    """The pair with the median ratio. The values of a pair are taken at the same time, so that other programs on the
+    machine slow both alike."""
     ours, reference = sorted(rounds, key=lambda pair: pair[0] / pair[1])[len(rounds) // 2]
     return Row(figure, f"{ours:.3g} {unit}", f"{reference:.3g} {unit}", ours / reference, target)

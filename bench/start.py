@@ -7,14 +7,14 @@ from measure import Desktop, clip, compared
 
 
 def first_frame(desktop, start):
-    """Seconds from the call until the screen shows a frame with a counter: any drawing after the start."""
+    """Seconds from the call until the screen shows a frame with a counter."""
     program = desktop.context.build / "bin" / "screen_watch"
     watch = subprocess.Popen([program, "5"], env=desktop.environment, stdout=subprocess.PIPE, text=True)
     try:
         time.sleep(0.3)  # for the watch to connect; what is on the screen then is not told
         begun = time.clock_gettime(time.CLOCK_MONOTONIC)
         player = start()
-        # Frame 0 has no bit set, as a black screen has none: frame 1 is the first that is told apart.
+        # Frame 0 has no bit set, like a black screen, so frame 1 is the first to be recognised.
         for line in watch.stdout:
             when, number = line.split()
             if when != "drawings" and int(number) == 1:

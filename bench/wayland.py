@@ -1,4 +1,4 @@
-"""Processor time of playing on Wayland: the agent's beside decoding alone and a peer, and the compositor's beside it."""
+"""Processor time of playing on Wayland, of the agent and its compositor, compared with decoding alone and a peer."""
 
 import time
 
@@ -26,7 +26,7 @@ class WaylandDesktop(Desktop, WaylandSession):
 
 
 def measured(desktops, kinds, clip_path):
-    """What programs on two desktops take at the same time: processor seconds of both, and of both compositors."""
+    """Processor seconds of programs on two desktops at the same time, and of both compositors."""
     programs = [desktop.play(kind, clip_path) for desktop, kind in zip(desktops, kinds)]
     processes = [*programs, *(desktop.desktop.server for desktop in desktops)]
     time.sleep(WARM_UP)
@@ -52,7 +52,7 @@ def measure(context):
                 figure = f"{figure}, {name} clip"
                 rows.append(side_by_side(f"Wayland: {figure}", programs, target, unit))
                 if reference != "floor":
-                    # No target: what is drawn is drawn by the compositor too.
+                    # No target, because the compositor draws too.
                     figure = f"Wayland: the compositor's own time, {figure}"
                     rows.append(side_by_side(figure, compositors, float("inf"), unit))
     finally:

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes a program's manual page of what the program itself says with --help, for all its commands, and of what it does
-not say there: a line for the section NAME, and further sections in the language of man(7).
+"""Makes a program's manual page from its --help, for all its commands, and from a supplement with the rest: a line for
+the section NAME, and further sections in the language of man(7).
    make_manual.py PROGRAM SUPPLEMENT PAGE"""
 
 import os
@@ -12,7 +12,7 @@ HEADINGS = ("positionals", "options", "subcommands")
 
 
 def ask(program, *arguments):
-    # Without a display and the sanitizers' opinion, neither of which says anything about the texts.
+    # Works without a display, and ignores what sanitizers report.
     environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
     environment["ASAN_OPTIONS"] = "detect_leaks=0"
     done = subprocess.run([program, *arguments], env=environment, capture_output=True, text=True, timeout=60, check=False)
@@ -22,7 +22,7 @@ def ask(program, *arguments):
 
 
 class Help:
-    """A help text: what it is about, its usage, lists of names with their meanings, and the rest as it stands."""
+    """A help text: description, usage, lists of names with their meanings, and the rest unchanged."""
 
     def __init__(self, text):
         self.about, self.usage, self.rest = "", "", []
@@ -62,7 +62,7 @@ def verbatim(lines):
 
 
 def table(lines):
-    """Lines of two or three columns as terms with the values they take, if given, and what they mean."""
+    """Lines of two or three columns as terms, their values if there are any, and their meanings."""
     rows = [re.fullmatch(r" {2}(\S+) {2,}(?:(\S.*?) {2,})?(\S.*)", line) for line in lines]
     return terms([(row[1], f"{row[2]}: {row[3]}" if row[2] else row[3]) for row in rows]) if all(rows) else verbatim(lines)
 
@@ -73,7 +73,7 @@ def make_page(program, brief, supplement):
     overview = Help(ask(program, "--help"))
     page = [f'.TH {name.upper()} 1 "" "{name} {version}" "User Commands"', ".SH NAME", rf"{name} \- {brief}"]
     page += [".SH SYNOPSIS", f".B {roff(overview.usage)}", ".SH DESCRIPTION", roff(overview.about)]
-    # A list with a heading of its own becomes a section, once for all the commands that end with it.
+    # A list with its own heading becomes a section, shared by all commands whose help ends with it.
     sections = {}
 
     def rest(text):
@@ -91,7 +91,7 @@ def make_page(program, brief, supplement):
         page += terms(text.lists["positionals"] + options) + rest(text)
     for heading, lines in sections.items():
         page += [heading, *lines]
-        # The supplement may go on with the last one.
+        # The supplement may continue the last section.
         supplement = supplement.removeprefix(heading + "\n")
     return "\n".join(page) + "\n" + supplement
 

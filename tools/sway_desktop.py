@@ -16,8 +16,8 @@ import time
 from PIL import Image
 
 DEADLINE = 20  # seconds
-# The windows lie side by side, a place for each monitor, on an output that all of them reach into: what another window
-# covers is not drawn. It is flat, because its pixels cost memory.
+# The windows lie side by side, one position for each monitor, and each reaches into the outer output: covered windows
+# are not drawn. That output is flat, because its pixels cost memory.
 PLACE = 4096
 OUTER = f'default_border none\nfor_window [app_id="wlroots"] floating enable\nfloating_maximum_size -1 x -1\noutput * mode --custom {7 * PLACE}x16\n'
 INNER = "default_border none\nxwayland disable\n"
@@ -27,7 +27,7 @@ INITIAL_NAME = "WL-1"
 class SwayDesktop:
     def __init__(self, monitors=("1920x1080",)):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="virtual-desktop-"))
-        # The output of each monitor, or None; and what it was told to be.
+        # The output of each monitor, or None, and its requested mode.
         self.names = [INITIAL_NAME]
         self.created = 1
         self.settings = {}
@@ -41,13 +41,13 @@ class SwayDesktop:
         self.server, self.name, self.socket = self._start(
             "inner", INNER, WLR_BACKENDS="wayland", WLR_WL_OUTPUTS="1", WAYLAND_DISPLAY=outer_display
         )
-        # A path serves clients of any user, with a runtime folder of their own.
+        # With a path, clients of any user, with another runtime folder, can connect.
         self.environment = {**os.environ, "WAYLAND_DISPLAY": self.name}
         self.environment.pop("DISPLAY", None)
         try:
             self._wait(lambda: self._is_shown(INITIAL_NAME), "the first output")
             self.set_monitors(monitors)
-            # What sway shows where nobody draws, which is not the same in all versions.
+            # The background where nothing is drawn, which differs between versions of sway.
             self.background = self.screenshot().getpixel((0, 0))
         except (RuntimeError, subprocess.CalledProcessError):
             self.close()
@@ -85,8 +85,7 @@ class SwayDesktop:
         return json.loads(subprocess.run(command, check=True, capture_output=True, text=True, timeout=DEADLINE).stdout)
 
     def _order(self, socket, text):
-        # swaymsg waits three seconds for an answer, which is not enough on a busy machine. What the command does is
-        # waited for.
+        # swaymsg waits only three seconds for an answer, too short on a busy machine. Callers wait for the effect.
         command = ["swaymsg", "-s", socket, text]
         subprocess.run(command, check=False, capture_output=True, timeout=DEADLINE)
 
@@ -94,7 +93,7 @@ class SwayDesktop:
         self._order(self.socket, text)
 
     def _is_shown(self, name):
-        """Whether the outer sway has the window that is that output."""
+        """Whether the outer sway has that output's window."""
         nodes = [self._ask(self.outer_socket, "-t", "get_tree")]
         while nodes:
             node = nodes.pop()
@@ -117,7 +116,7 @@ class SwayDesktop:
             time.sleep(0.02)
 
     def set_monitors(self, monitors):
-        """Lays the monitors out from left to right; None in the list is an output that is taken away."""
+        """Lays the monitors out from left to right; None in the list removes an output."""
         left = 0
         self.names += [None] * (len(monitors) - len(self.names))
         for index, mode in enumerate(monitors):
@@ -133,13 +132,13 @@ class SwayDesktop:
             name = self.names[index]
             self.configure(index, f"position {left} 0 scale 1 transform normal")
             self._wait(lambda: self._has_mode(name, left, size), f"{name} at {mode}")
-            # Its window keeps its middle when it is resized.
+            # A window keeps its centre when it is resized.
             self._order(self.outer_socket, f'[title="{name}$"] move absolute position {index * PLACE} 0')
             left += size[0]
 
     def _has_mode(self, name, left, size):
-        """Whether the output has that size and place; if it does not, its window is resized again. The outer sway gives
-        up a resize when the window has drawn itself in its former size meanwhile."""
+        """Whether the output has that size and position; if not, its window is resized again. The outer sway drops a
+        resize if the window draws in its old size meanwhile."""
         if self.outputs()[name] == (left, 0, *size):
             return True
         self._order(self.outer_socket, f'[title="{name}$"] resize set {size[0]} px {size[1]} px')
@@ -166,7 +165,7 @@ class SwayDesktop:
         self.command("reload")
 
     def set_lit(self, index, lit):
-        """An output that is not lit stays where it is, but nobody is told to draw on it."""
+        """Turns the output's power on or off. It keeps its position, but without power nothing is drawn on it."""
         place = "1" if lit else "hidden"
         self._order(self.outer_socket, f'[title="{self.names[index]}$"] move container to workspace {place}')
 

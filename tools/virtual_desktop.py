@@ -17,7 +17,7 @@ from PIL import ImageGrab
 from sway_desktop import SwayDesktop
 
 CONFIGURATION = pathlib.Path(__file__).with_name("virtual_desktop.conf")
-# The program itself: the wrapper of that name serves only users at the console.
+# Not the wrapper of that name, which only serves users at the console.
 SERVER = "/usr/lib/xorg/Xorg"
 
 

@@ -69,8 +69,8 @@ void addRemove(CLI::App& app, CommandLine& line) {
   remove->footer("If one of the signs is unknown, nothing is removed.");
 }
 
-// The keys and values of settings belong to the command line: in `get` and `set` they are read while it is parsed, and
-// what is wrong with them is thrown by `value()`.
+// `get` and `set` read their key and value while the command line is parsed: `value()` throws if one of them is wrong,
+// and the exit status is that of a wrong command line.
 
 void addGet(CLI::App& app, CommandLine& line) {
   auto* get = app.add_subcommand("get", "Shows a setting, or all of them");

@@ -33,15 +33,17 @@ constexpr std::chrono::milliseconds kSettingsPatience{300};
 
 Composition* current = nullptr;
 
-// `reason` is set to why it is that renderer, where there was a choice.
+// `reason` is set to why it is that renderer, if there was a choice.
 Result<std::unique_ptr<Renderer>> chooseRenderer(Desktop& desktop, std::string& reason) {
   const char* variable = std::getenv("QUILEX_RENDERER");
   const std::string forced = variable != nullptr ? variable : "";
   if (forced.empty()) {
-    return desktop.makeGpuRenderer(Rasteriser::hardwareOnly).or_else([&](const Failure& failure) {
-      reason = failure.message;
-      return Result<std::unique_ptr<Renderer>>(desktop.makeCpuRenderer());
-    });
+    auto renderer = desktop.makeGpuRenderer(Rasteriser::hardwareOnly);
+    if (renderer) {
+      return renderer;
+    }
+    reason = renderer.error().message;
+    return desktop.makeCpuRenderer();
   }
   reason = "QUILEX_RENDERER";
   if (forced == "cpu") {

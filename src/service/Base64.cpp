@@ -12,7 +12,7 @@ namespace quilex {
 
 namespace {
 
-// OpenSSL counts in `int`; half of it leaves room for the longer form.
+// OpenSSL counts in `int`; half of its range leaves room for the longer form.
 constexpr std::size_t kMaximumSize = std::numeric_limits<int>::max() / 2;
 
 }  // namespace
@@ -28,7 +28,7 @@ std::string base64Encode(std::string_view bytes) {
 
 std::optional<std::string> base64Decode(std::string_view text, std::size_t room) {
   const std::size_t padding = text.ends_with("==") ? 2 : (text.ends_with('=') ? 1 : 0);
-  // To OpenSSL a '=' is a digit like others.
+  // OpenSSL takes a '=' anywhere for a digit.
   if (text.size() % 4 != 0 || text.size() > kMaximumSize ||
       std::min(text.find('='), text.size()) != text.size() - padding) {
     return {};
@@ -36,7 +36,7 @@ std::optional<std::string> base64Decode(std::string_view text, std::size_t room)
   std::string bytes;
   bytes.reserve(text.size() / 4 * 3 + room);
   bytes.resize(text.size() / 4 * 3);
-  // It skips white space at both ends, and so comes out short.
+  // OpenSSL skips white space at both ends, which makes the result shorter.
   if (EVP_DecodeBlock(bytesOf(bytes), bytesOf(text), static_cast<int>(text.size())) != static_cast<int>(bytes.size())) {
     return {};
   }

@@ -1,9 +1,9 @@
 #include "service/Cipher.h"
 
+#include <openssl/asn1.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kKey = "Rq7Lm2VxT9bKd4Ws";
 constexpr std::string_view kInitialisationVector = "Hc3Np8ZyF6jQa1Ue";
 constexpr std::size_t kBlockSize = 16;
-// OpenSSL counts in `int`; the result has to fit into one as base64, too.
+// OpenSSL counts in `int`, and the result must fit into one even as base64.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / 4;
 static_assert(kKey.size() == kBlockSize && kInitialisationVector.size() == kBlockSize);
 
@@ -29,7 +29,7 @@ struct ContextDeleter {
 };
 using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDeleter>;
 
-/// In place, because texts may be large; for nothing to be moved the text needs room for one more block.
+/// Works in place, because texts may be large. If the text has room for one more block, it is not moved either.
 std::optional<std::string> runCipher(std::string text, Direction direction) {
   if (text.size() > kLongestText) {
     return {};
@@ -51,51 +51,21 @@ std::optional<std::string> runCipher(std::string text, Direction direction) {
   return text;
 }
 
-/// How many bytes the character beyond ASCII that begins with this byte has, and the smallest code point that needs as
-/// many.
-struct Utf8Form {
-  std::size_t size;
-  std::uint32_t smallest;
-  std::uint32_t bits;
-};
-
-std::optional<Utf8Form> utf8Form(unsigned char first) {
-  if ((first & 0xE0U) == 0xC0) {
-    return Utf8Form{2, 0x80, first & 0x1FU};
-  }
-  if ((first & 0xF0U) == 0xE0) {
-    return Utf8Form{3, 0x800, first & 0x0FU};
-  }
-  if ((first & 0xF8U) == 0xF0) {
-    return Utf8Form{4, 0x10000, first & 0x07U};
-  }
-  return {};
-}
-
 bool isUtf8(std::string_view text) {
+  constexpr std::size_t kLongestCharacter = 4;
   const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
   while (true) {
+    // Most texts are nearly all ASCII, which is much faster to skip than to decode.
     text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(text, isAscii) - text.begin()));
     if (text.empty()) {
       return true;
     }
-    const auto form = utf8Form(static_cast<unsigned char>(text.front()));
-    if (!form || form->size > text.size()) {
+    unsigned long codePoint = 0;
+    const int size = UTF8_getc(bytesOf(text), static_cast<int>(std::min(text.size(), kLongestCharacter)), &codePoint);
+    if (size <= 0) {
       return false;
     }
-    std::uint32_t codePoint = form->bits;
-    for (const char next : text.substr(1, form->size - 1)) {
-      const auto byte = static_cast<unsigned char>(next);
-      if ((byte & 0xC0U) != 0x80) {
-        return false;
-      }
-      codePoint = codePoint << 6U | (byte & 0x3FU);
-    }
-    const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (codePoint < form->smallest || codePoint > 0x10FFFF || surrogate) {
-      return false;
-    }
-    text.remove_prefix(form->size);
+    text.remove_prefix(static_cast<std::size_t>(size));
   }
 }
 

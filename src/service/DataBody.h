@@ -10,7 +10,7 @@
 
 namespace quilex {
 
-/// The parts of a heartbeat's reply, whose names other things have as well.
+/// The parts of a heartbeat's reply. They have a namespace because their names are common ones.
 namespace wire {
 
 /// The service's timing figures.
@@ -26,7 +26,7 @@ struct Time {
   }
 };
 
-/// Colours in the service's notation, by the state of what they paint.
+/// Colours in the service's notation, one for each state of an element.
 struct Color {
   std::string show;
   std::string hover;

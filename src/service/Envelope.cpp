@@ -1,12 +1,16 @@
 #include "service/Envelope.h"
 
+#include "base/PercentCoding.h"
 #include "service/Cipher.h"
 
 namespace quilex::envelope {
 
 namespace {
 
-// The service wants its quotes escaped as if the body were to stand inside a JSON string; nothing else is escaped.
+// A query may also contain these unescaped (RFC 3986, 3.4).
+constexpr const char* kPlainInQuery = "/?";
+
+// The service expects quotes to be escaped, as in a JSON string, but nothing else.
 std::string escaped(std::string_view body) {
   std::string text;
   for (const char character : body) {
@@ -16,25 +20,6 @@ std::string escaped(std::string_view body) {
     text += character;
   }
   return text;
-}
-
-// What may stand in the value of a form field as it is: the unreserved characters of RFC 3986, and the two more that a
-// query allows and that do not delimit anything there.
-std::string percentEncoded(std::string_view text) {
-  constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/?";
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string encoded;
-  for (const char character : text) {
-    if (kPlain.find(character) != std::string_view::npos) {
-      encoded += character;
-    } else {
-      const auto byte = static_cast<unsigned char>(character);
-      encoded += '%';
-      encoded += kDigits[byte >> 4U];
-      encoded += kDigits[byte & 0xFU];
-    }
-  }
-  return encoded;
 }
 
 }  // namespace
@@ -54,7 +39,7 @@ std::optional<std::string> form(Function function, std::string_view body) {
   if (!cipherText) {
     return {};
   }
-  return "f=" + std::to_string(static_cast<int>(function)) + "&i=" + percentEncoded(*cipherText);
+  return "f=" + std::to_string(static_cast<int>(function)) + "&i=" + percentEncoded(*cipherText, kPlainInQuery);
 }
 
 std::optional<std::string> read(std::string_view reply) {

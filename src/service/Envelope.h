@@ -12,7 +12,7 @@ enum class Function { heartbeat = 21, upgrade = 24, guide = 214 };
 
 constexpr const char* kContentType = "application/x-www-form-urlencoded; charset=utf-8";
 
-/// The body of a guide request, and of a request for update information. Values go in as they are.
+/// The body of a guide request, and of a request for update information. The values are not escaped.
 std::string guideBody(const std::string& userID, const std::string& version);
 
 /// `type` is the number of the heartbeat's kind.

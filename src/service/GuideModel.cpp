@@ -10,23 +10,23 @@ namespace quilex {
 
 namespace {
 
-/// The piece of a picture's text that is base64: the last one between the commas that is not empty.
+/// The base64 part of an image's text: the last of its comma-separated parts that is not empty.
 std::string_view lastPiece(std::string_view text) {
   text = text.substr(0, text.find_last_not_of(',') + 1);
   return text.substr(text.rfind(',') + 1);
 }
 
-/// Decodes pictures until they have as many pixels as a guide may have.
-class PictureReader {
+/// Decodes images until they have as many pixels as a guide may have.
+class ImageReader {
  public:
-  PictureReader(const DecodeImage& decode, const std::stop_token& stopToken) : decodeImage_(decode), stop_(stopToken) {}
+  ImageReader(const DecodeImage& decodeImage, const std::stop_token& stop) : decodeImage_(decodeImage), stop_(stop) {}
 
-  GuideDictionary pairs(const std::vector<std::string>& pictures, const std::vector<std::string>& addresses) {
+  GuideDictionary pairs(const std::vector<std::string>& images, const std::vector<std::string>& addresses) {
     GuideDictionary dictionary;
-    const std::size_t count = std::min({pictures.size(), addresses.size(), GuideModel::kMaximumPairs});
+    const std::size_t count = std::min({images.size(), addresses.size(), GuideModel::kMaximumPairs});
     for (std::size_t i = 0; i < count; ++i) {
       const auto address = URL::parse(addresses[i]);
-      if (const auto image = address ? picture(lastPiece(pictures[i])) : nullptr) {
+      if (const auto image = address ? decode(lastPiece(images[i])) : nullptr) {
         dictionary.insert_or_assign(image, *address);
       }
     }
@@ -34,8 +34,8 @@ class PictureReader {
   }
 
  private:
-  std::shared_ptr<Image> picture(std::string_view base64) {
-    if (base64.empty() || base64.size() > GuideModel::kMaximumPictureText || stop_.stop_requested()) {
+  std::shared_ptr<Image> decode(std::string_view base64) {
+    if (base64.empty() || base64.size() > GuideModel::kMaximumImageText || stop_.stop_requested()) {
       return {};
     }
     const auto bytes = base64Decode(base64);
@@ -53,7 +53,7 @@ class PictureReader {
 
 GuideModel::GuideModel(GuideResponse reply, const DecodeImage& decodeImage, const std::stop_token& stop)
     : guideResponse(std::move(reply)) {
-  PictureReader reader(decodeImage, stop);
+  ImageReader reader(decodeImage, stop);
   const PurpleData& data = guideResponse.data;
   leftPanel = reader.pairs(data.leftPanel, data.leftPanelUrl);
   newFeature = reader.pairs(data.newFeature, data.newFeatureUrl);

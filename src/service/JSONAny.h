@@ -13,15 +13,15 @@
 
 namespace quilex {
 
-/// Stands for a null among dynamic values.
+/// A null among dynamic values.
 struct JSONNull {
   bool operator==(const JSONNull&) const = default;
 };
 
-/// A key made from any text, for objects whose keys are not known in advance.
+/// A key of an object whose keys are not known in advance.
 struct JSONCodingKey {
   explicit JSONCodingKey(std::string text) : key(std::move(text)) {}
-  /// Keys are texts; there is none for an integer.
+  /// None, because all keys are texts.
   static std::optional<JSONCodingKey> fromInteger(std::int64_t /*index*/) { return {}; }
 
   const std::string& stringValue() const { return key; }

@@ -8,8 +8,8 @@
 
 namespace quilex {
 
-/// The guide's pictures beside the addresses that they lead to, as parallel arrays that need not be equally long. A
-/// picture is a base64 text, optionally preceded by a prefix that ends in a comma.
+/// The guide's images and the addresses that they lead to, as parallel arrays that need not have the same length. An
+/// image is a base64 text, optionally after a prefix that ends in a comma.
 struct PurpleData {
   using Texts = std::vector<std::string>;
 

@@ -2,38 +2,30 @@
 
 #include <algorithm>
 
+#include "base/PercentCoding.h"
+
 namespace quilex {
 
 namespace {
 
 constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-constexpr std::string_view kDecimalDigits = "0123456789";
-constexpr std::string_view kHexadecimalDigits = "0123456789ABCDEFabcdef";
-constexpr std::string_view kMarks = "-._~!$&'()*+,;=";
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kMarks = "-._~!$&'()*+,;=%";
 
 bool contains(std::string_view set, char character) {
   return set.find(character) != std::string_view::npos;
 }
 
-/// Letters, digits, marks and escapes, and what else the component allows.
+/// Letters, digits, marks and escapes, and the characters of `alsoAllowed`.
 bool isComponent(std::string_view text, std::string_view alsoAllowed) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '%') {
-      const std::string_view escape = text.substr(i + 1, 2);
-      if (escape.size() < 2 || escape.find_first_not_of(kHexadecimalDigits) != std::string_view::npos) {
-        return false;
-      }
-    } else if (!contains(kLetters, text[i]) && !contains(kDecimalDigits, text[i]) && !contains(kMarks, text[i]) &&
-               !contains(alsoAllowed, text[i])) {
-      return false;
-    }
-  }
-  return true;
+  return percentDecoded(text) && std::ranges::all_of(text, [&](char c) {
+           return contains(kLetters, c) || contains(kDigits, c) || contains(kMarks, c) || contains(alsoAllowed, c);
+         });
 }
 
 bool isScheme(std::string_view text) {
   return !text.empty() && contains(kLetters, text.front()) && std::ranges::all_of(text, [](char c) {
-    return contains(kLetters, c) || contains(kDecimalDigits, c) || contains("+-.", c);
+    return contains(kLetters, c) || contains(kDigits, c) || contains("+-.", c);
   });
 }
 
@@ -45,13 +37,13 @@ bool isAuthority(std::string_view text) {
     text = text.substr(at + 1);
   }
   if (const auto colon = text.rfind(':'); colon != std::string_view::npos && !text.ends_with(']')) {
-    if (text.substr(colon + 1).find_first_not_of(kDecimalDigits) != std::string_view::npos) {
+    if (text.substr(colon + 1).find_first_not_of(kDigits) != std::string_view::npos) {
       return false;
     }
     text = text.substr(0, colon);
   }
   if (text.starts_with('[')) {
-    // An IPv6 literal; whether its groups make sense is the network's business.
+    // An IPv6 literal, whose groups are not checked.
     return text.size() > 2 && text.ends_with(']') && isComponent(text.substr(1, text.size() - 2), ":");
   }
   return isComponent(text, "");

@@ -6,7 +6,8 @@
 
 namespace quilex {
 
-/// A text that is a URL, absolute or relative, by the grammar of RFC 3986.
+/// A text that is a URL, absolute or relative, by the grammar of RFC 3986. The toolkit's parser accepts more, and is
+/// not available here.
 class URL {
  public:
   /// Nothing when the text is empty or not a URL.
@@ -17,7 +18,7 @@ class URL {
   bool operator==(const URL&) const = default;
 
  private:
-  explicit URL(std::string_view validText) : text_(validText) {}
+  explicit URL(std::string_view text) : text_(text) {}
 
   std::string text_;
 };

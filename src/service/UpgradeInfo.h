@@ -11,7 +11,7 @@ namespace quilex {
 struct UpgradeInfo {
   /// Address of the new version's download or information page.
   std::string url;
-  /// Checksum of the download; nobody checks it.
+  /// Checksum of the download, for the main application; the agent does not check it.
   std::string md5;
   /// The version, in the form of `AppInfo::version`.
   std::string ver;

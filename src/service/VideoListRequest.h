@@ -8,9 +8,10 @@
 
 namespace quilex {
 
+/// The catalogue's sort orders, for the main application; the agent makes no query.
 enum class VideoSort { newest, hottest };
 
-/// A query of the video catalogue.
+/// A query of the video catalogue, made by the main application.
 struct VideoListRequest {
   /// The installation's user identifier; not meant to change once the request is made.
   std::string ui;

@@ -15,7 +15,7 @@ constexpr auto kGuideDelay = 2000ms;
 constexpr auto kReplyTimeout = 2000ms;
 /// Long enough for the largest reply over a line of 2 Mbit/s.
 constexpr auto kLongestRequest = 5min;
-/// In bytes. A guide carries its pictures; the other answers are a few texts, some of which come to stand in a window.
+/// In bytes. A guide contains its images; the other answers are a few texts, some of which are shown in a window.
 constexpr std::size_t kMaximumGuideReply = std::size_t{64} << 20U;
 constexpr std::size_t kMaximumReply = std::size_t{1} << 20U;
 
@@ -33,8 +33,8 @@ std::string makeUUID(const UniformRandom& random) {
   return text;
 }
 
-/// From nothing to just under a minute, fixed for the life of the process, so that the installations do not all call
-/// at once. The divisor is about twice what would make it two minutes; the service counts on this spread.
+/// Between zero and just under a minute, fixed for the life of the process, so that the installations do not all call
+/// at once. The divisor is twice the largest number, which halves the two minutes; the service expects this spread.
 std::chrono::milliseconds makeJitter(const UniformRandom& random) {
   const auto number = static_cast<double>(random(std::size_t{1} << 32U));
   return std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -43,8 +43,8 @@ std::chrono::milliseconds makeJitter(const UniformRandom& random) {
 
 }  // namespace
 
-WebModel::WebModel(Services clientServices)
-    : services_(std::move(clientServices)),
+WebModel::WebModel(Services services)
+    : services_(std::move(services)),
       ct(services_.standardDefaults.integer(settings::kCounter)),
       instURL_(services_.baseURL + "/inst.html"),
       jitter_(makeJitter(services_.random)) {
@@ -66,7 +66,7 @@ const std::string& WebModel::userID() {
 
 void WebModel::armMidnightTimer(WallClock::Time time) {
   if (const auto next = services_.wallClock.addingOneDay(time)) {
-    // A day that begins at one o'clock, for want of a midnight, must not move the days after it.
+    // Where clocks skip midnight the day begins at one o'clock, which must not shift the days after it.
     midnight_ = services_.wallClock.startOfDay(*next);
     midnightTimer_ = services_.wallClock.at(midnight_ + jitter_, [this] { midnightRefresh(); });
   }
@@ -111,7 +111,7 @@ bool WebModel::send(envelope::Function function, const std::string& body,
                    const auto reply = std::make_shared<Reply>(Reply{std::move(text), {}});
                    runBeside(
                        [reply, read](const std::stop_token& stop) {
-                         // The service may send much, so that each stage drops what the one before it made.
+                         // Replies may be large, so each stage frees the result of the one before.
                          Content content = reply->text ? envelope::read(*reply->text) : std::nullopt;
                          reply->text.reset();
                          reply->answer.emplace(read(std::move(content), stop));
@@ -128,7 +128,7 @@ void WebModel::requestGuideInfo() {
     return response ? std::make_optional<GuideModel>(*std::move(response), decodeImage, stop) : Answer();
   };
   const auto receive = [this, request = ++guidesRequested_](Answer model) {
-    // A large reply may take longer to read than the one after it.
+    // Reading a large reply may take longer than reading the next one.
     if (request > lastGuide_) {
       lastGuide_ = request;
       guideModel.reset();
@@ -170,9 +170,8 @@ void WebModel::requestUpgradeInfo(const Completion& completion) {
   const auto read = [](Content content, const std::stop_token& /*stop*/) {
     const auto reply = content ? json::parse(*content) : std::nullopt;
     const bool hasData = reply && reply->is_object() && reply->contains("data");
-    auto info = hasData ? json::decode<UpgradeInfo>(reply->at("data")) : json::DecodingError{};
-    auto* const upgrade = std::get_if<UpgradeInfo>(&info);
-    return upgrade == nullptr ? Answer() : std::move(*upgrade);
+    auto info = hasData ? json::decode<UpgradeInfo>(reply->at("data")) : tl::unexpected(json::DecodingError{});
+    return info ? Answer(*std::move(info)) : Answer();
   };
   const auto receive = [completion](const Answer& answer) {
     if (completion) {

@@ -25,31 +25,32 @@
 
 namespace quilex {
 
-/// The client of the product's web service. Asks for the guide two seconds after it is made, and sends a heartbeat
-/// shortly after each local midnight; those that the machine slept through are made up for, one by one, when it wakes.
-/// A request that fails is not tried again, and nobody is notified. Main thread only; replies are read beside it, so
-/// that a large one holds nothing up, and what comes of them is handed over there.
+/// The client of the product's web service. Requests the guide two seconds after it is made, and sends a heartbeat
+/// shortly after each local midnight; heartbeats that the machine slept through are sent one by one when it wakes. A
+/// request that fails is neither tried again nor reported. Main thread only; large replies are read on other threads,
+/// and their results arrive on the main thread.
 class WebModel : public UpgradeInfoSource {
  public:
   /// The kinds of heartbeat, with the numbers that are sent.
   enum class HeartBeatType { Boot = 1, MidNight, HeartBeat };
+  /// For the main application; the agent installs nothing.
   enum class InstallWay { Update, Reinstall };
 
-  /// Posted on the notification centre after each reply that is named, without user information unless it is told.
+  /// Posted on the notification centre after these replies. Only the last one has user information.
   struct Notification {
-    /// A heartbeat's reply that deciphered.
+    /// A heartbeat's reply that could be deciphered.
     static constexpr const char* heartbeatUpdated = "HeartbeatUpdated";
-    /// Any end of a guide request.
+    /// The end of a guide request, whatever its result.
     static constexpr const char* newFeatureUpdated = "NewFeatureUpdated";
-    /// The same; the user information is the left panel's `GuideDictionary`, if there is a guide.
+    /// The same. If there is a guide, the user information is the left panel's `GuideDictionary`.
     static constexpr const char* leafletUpdated = "leafletUpdated";
   };
 
-  /// What the client works with; all of it must outlive the client.
+  /// Everything that the client uses; it must outlive the client.
   struct Services {
     /// Shared with the main application.
     SettingsSuite& suite;
-    /// The agent's own.
+    /// Of the agent alone.
     SettingsSuite& standardDefaults;
     RunLoop& runLoop;
     BackgroundWork& backgroundWork;
@@ -77,27 +78,27 @@ class WebModel : public UpgradeInfoSource {
   Services services_;
 
  public:
-  /// The last query of the catalogue; the agent makes none.
+  /// The last query of the catalogue, for the main application; the agent makes none.
   std::optional<VideoListRequest> latestRequest;
-  /// The last heartbeat's reply that deciphered, if it was an answer.
+  /// The last heartbeat reply that could be deciphered; nothing if it was malformed.
   std::optional<HeartbeatResponse> heartbeatResponse;
   /// The counter that heartbeats carry, as it stood when the client was made.
   const std::int64_t ct;
-  /// The agent asks for none.
+  /// For the main application; the agent does not request it.
   std::optional<BaseInfoResponse> baseInfo;
 
  private:
   std::unique_ptr<HTTPSession> sessionManager_;
 
  public:
-  /// The content of the last guide reply, if it was an answer.
+  /// The content of the last guide reply; nothing if it was malformed.
   std::optional<GuideModel> guideModel;
 
-  /// The installation's identifier, made when neither this program nor the main application has made it before.
+  /// The installation's identifier. Made on first use, unless this program or the main application has already made it.
   const std::string& userID();
 
   void requestGuideInfo();
-  /// Calls the completion, if given, once, with the reply's answer or nothing; not when the request cannot be made.
+  /// Calls the completion, if given, once, with the answer or nothing; never if the request cannot be made.
   void sendHeartbeat(HeartBeatType type, const std::string& n,
                      std::function<void(const std::optional<HeartbeatResponse>&)> completion = {});
   /// Calls the completion, if given, once, with the version on offer or nothing.
@@ -109,20 +110,20 @@ class WebModel : public UpgradeInfoSource {
   void midnightRefresh();
 
  private:
-  /// The content of a reply: the text that it carries, or nothing when the request failed or does not decipher.
+  /// The deciphered text of a reply; nothing if the request failed or the reply cannot be deciphered.
   using Content = std::optional<std::string>;
 
-  /// False, and `receive` is never called, when the request cannot be made. `read` makes the answer of the content, on
-  /// another thread; `receive` gets it, on this one.
+  /// `read` makes the answer from the content on another thread; `receive` gets it on the main thread. False, and
+  /// `receive` is never called, if the request cannot be made.
   template <typename Answer>
   bool send(envelope::Function function, const std::string& body,
             std::function<Answer(Content content, const std::stop_token& stop)> read,
             std::function<void(Answer answer)> receive);
   HTTPSession& session();
-  /// Starts reading and keeps its token until it is done.
+  /// Runs the work on another thread and keeps its token until it is done.
   void runBeside(BackgroundWork::Work work, std::function<void()> done);
-  /// Waits for the midnight that follows that time on the calendar, and the jitter; without such a midnight for
-  /// nothing.
+  /// Sets the timer for the next midnight after that time, plus the jitter. If the calendar has no such midnight, no
+  /// timer is set.
   void armMidnightTimer(WallClock::Time time);
 
   const std::string instURL_;
@@ -131,7 +132,7 @@ class WebModel : public UpgradeInfoSource {
   WallClock::Time midnight_;
   std::optional<Disposable> guideTimer_;
   std::optional<Disposable> midnightTimer_;
-  /// Guide requests, counted: those sent, and the last one whose reply was handed over.
+  /// The number of guide requests sent, and the number of the newest one whose reply has arrived.
   int guidesRequested_ = 0;
   int lastGuide_ = 0;
   /// Replies that are being read.

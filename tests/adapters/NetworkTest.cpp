@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The reference service, with answers of the test's own.
+/// The reference service, with the test's own answers.
 struct ServiceTest : AdapterTest {
   ServiceTest() {
     service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -35,7 +35,7 @@ struct ServiceTest : AdapterTest {
   std::string http() const { return addresses.value(0).toStdString(); }
   std::string https() const { return addresses.value(1).toStdString(); }
   using Result = std::optional<std::optional<std::string>>;
-  /// Posts a request for that function code, whose reply is kept in `result`.
+  /// Posts a request for that function code and keeps the reply in `result`.
   void post(const std::string& origin, int code, Result& result) {
     const auto keep = [&result](std::optional<std::string> text) {
       EXPECT_FALSE(result) << "a second reply";
@@ -79,7 +79,7 @@ TEST_F(ServiceTest, ARequestEndsWithTheTextThatCameWhateverItsStatusOrWithNothin
   // Takes longer than the time-out as a whole.
   Result slow;
   request("drip 300", slow);
-  // The last one is over the limit as base64.  With the slow one these are no more than have a connection each.
+  // The last one exceeds the limit as base64. There are few enough requests for each to have its own connection.
   std::map<std::string, Result> unanswered;
   for (const std::string mode : {"charset klingon", "cut pad 500000", "silent", "late 60000", "pad 1000000"}) {
     request(mode, unanswered[mode]);
@@ -105,7 +105,7 @@ TEST_F(ServiceTest, WhatNeverEndsIsCutAndHoldsNothingUp) {
       EXPECT_EQ(result->has_value(), ends) << part;
     }
   }
-  // The script that says which proxy to take never comes.
+  // The proxy script's server never answers.
   QTcpServer silent;
   ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
   qputenv("http_proxy", "pac+http://127.0.0.1:" + QByteArray::number(silent.serverPort()) + "/");

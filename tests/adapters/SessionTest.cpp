@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 using testing::AllOf, testing::HasSubstr;
 
 int main(int argc, char** argv) {
-  // On a bus of their own the tests neither meet a running agent nor tell it anything.
+  // On its own bus a test neither finds nor notifies a running agent.
   if (!qEnvironmentVariableIsSet("QUILEX_TEST_BUS")) {
     qputenv("QUILEX_TEST_BUS", "1");
     std::vector<char*> command(argv, argv + argc + 1);
@@ -113,7 +113,7 @@ TEST_F(FilesTest, BundleHasItsInformationAndTheUsersDirectories) {
 TEST_F(FilesTest, ChangesOfOthersAreSeenAndAnUnchangedFileIsNotReadAgain) {
   write(file, R"({"n": 10})");
   const auto suite = open();
-  // It is read again until its time stamp is old enough to be trusted, and no longer.
+  // The file is read again only until its time stamp is old enough to be trusted.
   EXPECT_TRUE(waitFor([&] {
     const auto before = suite->contentReads();
     return suite->integer("n") == 10 && suite->contentReads() == before;
@@ -211,7 +211,7 @@ TEST_F(FilesTest, NothingIsWrittenOverWhatHoldsNoSettings) {
   std::filesystem::remove(file);
   suite->setInteger("b", 4);
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"a":3,"b":4})"; }));
-  // Neither what others could not read again.
+  // A file that would be too large to read again is not written either.
   suite->setString("c", std::string(1'000'000, 'x'));
   EXPECT_NE(suite->writeNow(0ms).error().message.find("1 MB"), std::string::npos);
   EXPECT_EQ(stored(), R"({"a":3,"b":4})");
@@ -233,7 +233,7 @@ TEST_F(FilesTest, AFailedWriteIsToldAndTriedAgain) {
   EXPECT_TRUE(waitFor([&] { return stored() == R"({"b":2})"; }));
   EXPECT_EQ(mode(file), std::filesystem::perms(0600));
   std::filesystem::permissions(file, std::filesystem::perms(0644));
-  // Another program holds the lock, or something else stands in its place.
+  // Another program holds the lock, or the lock file is something else.
   std::optional held = SettingsFile(file).lock();
   suite->setInteger("b", 3);
   EXPECT_NE(suite->writeNow(50ms).error().message.find("locked"), std::string::npos);

@@ -16,7 +16,7 @@ struct FakeImage : Image {
   std::string bytes;
 };
 
-/// Takes "picture" and a digit for a picture of one pixel, or of as many as a number after these says.
+/// Decodes "picture" and a digit as an image of one pixel, or of as many as a number after them says.
 DecodedImage decodeFakeImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& /*stop*/) {
   const auto pixels = bytes.size() < 10 ? 1 : std::stoul(std::string(bytes.substr(9)));
   const bool isTaken = bytes.starts_with("picture") && pixels <= maximumPixels;
@@ -53,13 +53,13 @@ struct WebModelTest : testing::Test {
         decodeFakeImage, [this](std::size_t bound) { return bound == k32Bits ? random : ++digits % bound; },
         "https://service.example", "1.0.0.0"});
   }
-  /// Answers the last request with what the service would make of the text.
+  /// Answers the last request with the text, enciphered as the service would do it.
   void answer(const std::string& text) { answerRaw(encryptToBase64(text)); }
   void answerRaw(std::optional<std::string> reply) {
     requests.back().reply(std::move(reply));
     runLoop.advance(0s);
   }
-  /// When heartbeats were sent; by a client that starts anew at that time of the first day, within four days.
+  /// When a client that starts at that time of the first day sends heartbeats in the next four days.
   std::vector<Milliseconds> heartbeatsFrom(Milliseconds start) {
     clock.start = WallClock::Time(start);
     runLoop.now = 0s;
@@ -92,7 +92,7 @@ struct WebModelTest : testing::Test {
 };
 
 TEST_F(WebModelTest, HeartbeatsGoOutAtEachLocalMidnightAndTheJitter) {
-  // Of days that may have an hour less or more; the one that begins at one o'clock has no midnight.
+  // Days may be an hour shorter or longer; the one that begins at one o'clock has no midnight.
   const std::pair<Milliseconds, std::vector<FakeWallClock::Day>> cases[] = {
       {23h + 59min + 30s, {{0h}, {24h}, {48h}, {72h}}},
       {0s, {{0h}, {24h}, {48h}, {72h}}},

@@ -27,7 +27,7 @@ RED, GREEN = (192, 32, 32), (32, 160, 32)
 
 
 def vary(clip, target, number):
-    """The clip with other contents: an unused box at its end, which no reader minds."""
+    """The clip with other contents: a box at its end that readers ignore."""
     target.write_bytes(clip.read_bytes() + struct.pack(">I4sI", 12, b"free", number))
     return target
 
@@ -54,7 +54,7 @@ class CompanionTest(unittest.TestCase):
         return [self.session.programs_folder / "quilex", *arguments]
 
     def quilex(self, *arguments, status=0, **options):
-        """Runs the program and answers what it wrote where it is to be looked for."""
+        """Runs the program and returns its standard output, or standard error if it is to fail."""
         done = subprocess.run(
             self.command(*arguments), env=self.session.environment, capture_output=True, timeout=120, check=False, **options
         )
@@ -76,13 +76,13 @@ class CompanionTest(unittest.TestCase):
         return rows
 
     def check_covers(self, count):
-        """Every one of the videos has its cover, and there is nothing else."""
+        """Each video has its cover, and there are no other files."""
         self.assertEqual({sign + ".jpg" for sign, _ in self.rows()}, set(os.listdir(self.covers)))
         self.assertEqual(len(os.listdir(self.covers)), count)
         self.assertEqual(set(os.listdir(self.covers.parent)), {"Quilex.db", "Covers"})
 
     def check_privacy(self):
-        """Nobody else may read what the program has made."""
+        """Only the user may read what the program has made."""
         made = [*(self.session.folder / "config").rglob("*"), *(self.session.folder / "data").rglob("*")]
         self.assertGreaterEqual(len(made), 6)
         for path in made:
@@ -114,7 +114,7 @@ class Companion(CompanionTest):
         self.assertEqual(turned_cover.size, (72, 128))
         difference = ImageChops.difference(cover.transpose(Image.Transpose.ROTATE_270), turned_cover)
         self.assertLess(max(ImageStat.Stat(difference).mean), 16)
-        # On a terminal it tells how far it is, and leaves no trace of that.
+        # On a terminal it shows its progress, which disappears at the end.
         terminal, errors = pty.openpty()
         subprocess.run(self.command("import", self.red), env=self.session.environment, stderr=errors, stdout=subprocess.DEVNULL, check=True)
         self.assertRegex(os.read(terminal, 4096).decode(), r"(?s)^\r\[1/1\] red.mp4 .*100 %.*\r\x1b\[K$")
@@ -139,7 +139,7 @@ class Companion(CompanionTest):
         for name, words in {"missing.mp4": "no such file", "folder.mp4": "a folder", "empty.mp4": "empty"}.items():
             self.assertIn(words, errors[names.index(name)])
         self.check_covers(1)
-        # One that is still being downloaded, however much of it can be played already.
+        # A file that is still being downloaded is refused, even if it can be played already.
         growing = folder / "growing.mp4"
         rest = 100_000_000
         growing.write_bytes(self.small.read_bytes() + struct.pack(">I4s", rest, b"free"))
@@ -164,7 +164,7 @@ class Companion(CompanionTest):
             self.assertTrue(video["title"].isprintable())
         self.assertNotIn("\x1b", self.quilex("list"))
         self.assertIn("already in the library", self.quilex("import", os.path.join(folder, names[0])))
-        # A video that was moved is found again; a copy of one that is in its place changes nothing.
+        # Importing a video that was moved updates its path; importing a copy changes nothing.
         url = lambda: self.videos()[loops]["url"]
         first, copy = os.path.join(folder, names[0]), os.path.join(folder, b"copy.mp4")
         before = url()
@@ -186,7 +186,7 @@ class Companion(CompanionTest):
         defaults.parent.mkdir(exist_ok=True)
         defaults.write_text("{")
         self.assertIn("defaults.json is not a JSON object", self.quilex("play", red, status=1))
-        # What the agent passes over is played again once it is chosen, and the agent hears of that.
+        # A video that the agent refuses is allowed again once it is chosen, and the agent is notified.
         heard = self.session.hear()
         for refusal in ({f"RefusedVideo/{red}": True}, {"LoadingVideo": red}):
             defaults.write_text(json.dumps({"another": 1, **refusal}))
@@ -205,7 +205,7 @@ class Companion(CompanionTest):
             self.assertIn(words, self.quilex("play", sign, status=1))
         self.assertEqual(self.session.settings()["CurrentVideoSign"], red)
 
-        # All or nothing; the wallpaper goes on with the next that can be played, and closes after the last.
+        # All or nothing. The wallpaper continues with the next playable video, and closes after the last.
         self.quilex("remove", green, "unknown", status=1)
         self.assertEqual(len(self.videos()), len(loops) + 4)
         self.quilex("remove", green, red, red)
@@ -219,7 +219,7 @@ class Companion(CompanionTest):
         self.quilex("remove", "abcd1", "abcd2")
         self.assertEqual(self.session.settings(), before | {"LibraryWasEmptied": True})
         self.assertEqual(self.videos(), [])
-        # Nothing that is left was chosen, so an import is shown.
+        # The chosen video is gone, so the first imported one is shown.
         self.quilex("import", self.green, self.red)
         self.assertEqual(self.session.settings(), before | chosen | {"CurrentVideoSign": green})
 
@@ -238,7 +238,7 @@ class Companion(CompanionTest):
         self.quilex("frobnicate", status=2)
         self.assertEqual(self.session.settings(), {"Volume": 0.1})
 
-        # What cannot be written is told, and nothing of it is lost.
+        # A failed write is reported, and nothing is lost.
         def small_disk():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
@@ -263,7 +263,7 @@ class Companion(CompanionTest):
 
 class CompanionAtOnce(CompanionTest):
     def run_all(self, commands):
-        """Runs the commands at once and answers their standard output."""
+        """Runs the commands in parallel and returns their standard output."""
         options = {"env": self.session.environment, "stdout": subprocess.PIPE}
         running = [subprocess.Popen(self.command(*each), **options) for each in commands]
         results = [(each.communicate(timeout=300)[0].decode(), each.returncode) for each in running]
@@ -278,7 +278,7 @@ class CompanionAtOnce(CompanionTest):
             keys = ("MonitorArrange", "PlayMode", "ScreenIndex", "Volume", "Mute", "isPlaying")
             wanted = dict(zip(keys, values)) | {"CurrentVideoSign": sign, "autolaunch": "false", "IsOpenPlayer": "false"}
             wanted["alreadyImportVideo"] = "true"
-            # A hundred at once in the last round; before it each key once, so that nothing makes up for a loss.
+            # Each key once, so that a lost write shows; in the last round a hundred commands at once.
             self.run_all([("set", key, value) for key, value in wanted.items()] * (10 if number == 3 else 1))
             stored = {key: json.dumps(value).strip('"') for key, value in self.session.settings().items()}
             self.assertEqual(stored, wanted | {"another": "one"})
@@ -319,7 +319,7 @@ class CompanionWithAgent(CompanionTest):
         self.session = session = Session(BUILD)
         session.make_library()
         self.assertIn("not running", self.quilex("status"))
-        # Short ones, so that an item ends somewhere in each step.
+        # Short clips, so that one ends during each step.
         files = {name: make_clip(self.clips / f"short {name}.mp4", f"color=c={colour}", seconds=1)
                  for name, colour in {"red": "0xC02020", "green": "0x20A020"}.items()}
         closed, opened, bare = "no wallpaper", "a wallpaper", "no video to name"

@@ -1,4 +1,4 @@
-"""docs/contract.md says what the programs do: each of its tables is compared with them, in both directions."""
+"""Compares each table of docs/contract.md with what the programs do, in both directions."""
 
 import pathlib
 import re
@@ -14,7 +14,7 @@ TYPES = {int: "integer", float: "real", bool: "boolean", str: "string"}
 
 
 def read_tables():
-    """The rows of each table by its first heading, without the marks of code."""
+    """The rows of each table by its first heading, without backquotes."""
     tables, rows = {}, None
     for line in (SOURCE / "docs/contract.md").read_text().splitlines():
         cells = [cell.strip().replace("`", "") for cell in line.strip("|").split("|")]
@@ -44,7 +44,7 @@ class Contract(InstalledJourney):
         explained = [re.split(r" {2,}", line.strip()) for line in text.strip().splitlines()]
         settable = [[key, row[1], row[4]] for key, row in documented.items() if key not in ("LibraryWasEmptied", "uuid")]
         self.assertEqual(settable, explained)
-        # Of a home without settings.
+        # In a home folder without settings.
         self.session.settings_file.unlink()
         shown = dict(line.split(" ", 1) for line in self.call(self.quilex, "get").splitlines())
         absent = {key: row[2].removesuffix(", stored").replace("absent", "") for key, row in documented.items()}

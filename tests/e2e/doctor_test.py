@@ -1,4 +1,4 @@
-"""What the agent says of itself on the bus, in its log, and to the companion's doctor."""
+"""What the agent reports on the bus, in its log, and to the companion's doctor."""
 
 import json
 import pathlib
@@ -41,7 +41,7 @@ class Doctor(unittest.TestCase):
         text = self.program("quilex", "doctor", **variables).stdout
         sections = [section.replace("odd", "what is odd") for section in report]
         self.assertEqual(re.findall(r"^\w.*", text, re.MULTILINE), sections)
-        # What a playing agent drops changes from one report to the next.
+        # The number of dropped frames changes from one report to the next.
         for each in report["odd"] if report["program"]["agent"] != "running" else []:
             self.assertIn(f"  - {each['what']}\n    what to do: {each['remedy']}\n", text)
         return report, " ".join(each["what"] for each in report["odd"])
@@ -69,7 +69,7 @@ class Doctor(unittest.TestCase):
         for arguments, words in {("--frobnicate",): "--frobnicate", ("--log", "mpv=loud"): '"loud"', ("--log=all=info,moon",): '"moon"'}.items():
             refused = self.program("quilexhelper", *arguments, **bare)
             self.assertEqual((refused.returncode, refused.stderr.count("\n"), words in refused.stderr), (2, 1, True))
-        # A mistake in the variable keeps nobody from the wallpaper.
+        # The wallpaper plays even if the variable is wrong.
         logged = self.program("quilexhelper", QUILEX_LOG="moon", **bare)
         self.assertEqual((logged.returncode, '"moon"' in logged.stderr), (1, True))
         journal = self.home / "journal"
@@ -98,14 +98,14 @@ class Doctor(unittest.TestCase):
         self.assertIn(f"cannot play {failure}\n", session.errors())
         self.assertTrue(failure.startswith(f"{broken}: "), failure)
 
-        # Why, and what came next.
+        # The log says why it failed, and what was played next.
         log = r"(?s) info render: EGL is not used: .* info playback: loads video broken, .*" \
               r" warning playback: video broken cannot be played; .* info playback: loads video red, .*" \
               r" info mpv: decodes with h264"
         self.assertRegex(session.errors(), log)
         self.assertNotIn(" debug playback", session.errors())
 
-        # Changes are signalled, but not those of each frame.
+        # Changes are signalled, but not the counts of frames.
         heard = session.folder / "changes"
         with open(heard, "ab") as file:
             session.start("gdbus", "monitor", "--session", "--dest", NAME, stdout=file)
@@ -123,7 +123,7 @@ class Doctor(unittest.TestCase):
         with self.assertRaisesRegex(dbus.DBusException, "UnknownProperty"):
             value("Moon")
 
-        # The documentation says what there is.
+        # The documentation lists the same properties.
         introspection = dbus.Interface(bus.get_object(NAME, PATH, introspect=False), "org.freedesktop.DBus.Introspectable")
         found = xml.etree.ElementTree.fromstring(introspection.Introspect()).find(f"interface[@name='{INTERFACE}']")
         words = {"const": "never", "true": "yes", "false": "no"}

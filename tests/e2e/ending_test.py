@@ -1,4 +1,4 @@
-"""Journeys of the agent's end, which is never late, whatever hangs around the agent."""
+"""Journeys of the agent's end, which comes in time whatever hangs."""
 
 import contextlib
 import pathlib
@@ -31,7 +31,7 @@ class EndingJourney(Journey):
         self.begin(("moving", "file://" + self.moving), CurrentVideoSign="moving")
         self.bus = self.session.programs[0]
         self.log = self.session.hear()
-        # The sanitizers' own work at the end takes its time.
+        # The sanitizers take long at the end.
         program = self.session.agent_program.read_bytes()
         self.limit = 18 if b"__asan_init" in program or b"__tsan_init" in program else 4
 
@@ -52,7 +52,7 @@ class EndingJourney(Journey):
         self.assertEqual(self.session.settings()["CurrentVideoSign"], "moving")
 
     def end_is_heard(self, times=1):
-        """The main application has heard of so many further ends by now."""
+        """That many more ends have been notified."""
         self.session.post("now")
         wait_for(lambda: '"now"' in self.log.read_text(), "a notification")
         said = self.log.read_text()
@@ -97,7 +97,7 @@ class ServicesHang(EndingJourney):
             self.play()
             self.assertEqual(session.errors().count("bus does not answer"), 1, session.errors())
             self.end()
-            # In the midst of its start, as soon as it has the signal's handler.
+            # During its start, as soon as the signal handler is installed.
             status = pathlib.Path(f"/proc/{session.start_agent().pid}/status")
             caught = lambda: int(status.read_text().split("SigCgt:")[1].split()[0], 16) >> (signal.SIGTERM - 1) & 1
             wait_for(caught, "the handler")
@@ -124,7 +124,7 @@ class ServicesHang(EndingJourney):
             self.end_is_heard()
         with socket.create_server(("127.0.0.1", 0)) as proxy:
             proxy.settimeout(20)
-            # A script that says which proxy to take, and that never comes.
+            # The proxy script's server never answers.
             script = "pac+http://127.0.0.1:%d/proxy.pac" % proxy.getsockname()[1]
             self.play(http_proxy=script, no_proxy="")
             asked, _ = proxy.accept()

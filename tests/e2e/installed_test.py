@@ -8,6 +8,7 @@ import signal
 import subprocess
 import tempfile
 import unittest
+from urllib.parse import unquote
 
 import dbus.bus
 from menu_test import Panel
@@ -29,7 +30,7 @@ class InstalledJourney(Journey):
         subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix], check=True, stdout=subprocess.DEVNULL, timeout=300)
 
     def call(self, *command, status=0):
-        """Runs a command in the session and answers what it wrote."""
+        """Runs a command in the session and returns its output."""
         options = {"capture_output": True, "text": True, "timeout": 120, "check": False}
         done = subprocess.run(command, env=self.session.environment, **options)
         self.assertEqual(done.returncode, status, (command, done.stdout, done.stderr))
@@ -52,7 +53,9 @@ class Metadata(InstalledJourney):
             for size in (16, 48, 256):
                 self.assertTrue((share / f"icons/hicolor/{size}x{size}/apps/{lines['Icon']}.png").read_bytes())
             self.assertIn("linearGradient", (share / f"icons/hicolor/scalable/apps/{lines['Icon']}.svg").read_text())
-        unit = (self.prefix / "lib/systemd/user/quilexhelper.service").read_text()
+        file = self.prefix / "lib/systemd/user/quilexhelper.service"
+        self.assertEqual(self.call("systemd-analyze", "verify", "--user", "--man=no", file), "")
+        unit = file.read_text()
         self.assertIn(f'\nExecStart="{self.prefix}/bin/quilexhelper"\nRestart=on-failure\n', unit)
         self.assertRegex(unit, r"\nMemoryMax=\d+G\n")
         metainfo = share / f"metainfo/{AGENT}.metainfo.xml"
@@ -87,6 +90,9 @@ class Metadata(InstalledJourney):
         commands = self.call("quilex", "complete", "").splitlines()
         self.assertEqual({line.split("\t")[0] for line in commands} & {"import", "status", "complete"}, {"import", "status"})
         self.assertEqual(self.call("quilex", "complete", "import", "--", "-"), ":files\n")
+        session.library_file.unlink()
+        self.assertEqual(self.call("quilex", "complete", "play", ""), "")
+        self.assertFalse(session.library_file.exists(), "completion writes nothing")
 
 
 class StartAtLogin(InstalledJourney):
@@ -97,7 +103,7 @@ class StartAtLogin(InstalledJourney):
         self.session.agent_program = self.prefix / "bin/quilexhelper"
 
     def agents(self):
-        """Process ids of the installed agents that run."""
+        """Process ids of the running installed agents."""
         found = []
         for each in pathlib.Path("/proc").glob("[0-9]*/exe"):
             try:
@@ -108,13 +114,17 @@ class StartAtLogin(InstalledJourney):
         return found
 
     def test_the_entry_follows_the_setting_and_starts_one_agent(self):
-        # Made where the programs are now, not where they were installed.
+        # The entry names where the programs are now, not where they were installed.
         moved = self.prefix.with_name('another "\\" $prefix')
         shutil.move(self.prefix, moved)
         self.addCleanup(shutil.move, moved, self.prefix)
         self.quilex, self.session.agent_program = moved / "bin/quilex", moved / "bin/quilexhelper"
+        self.session.library_file.unlink()
         self.session.start_agent()
         wait_for(self.entry.exists, "the entry of the first start")
+        loops = {f"file://{each}" for each in (moved / "share/quilexhelper/loops").iterdir()}
+        with self.session.library() as library:
+            self.assertEqual({unquote(url) for (url,) in library.execute("select url from LocalVideos")}, loops)
         self.assertEqual(self.session.end_agent(), 0)
         self.call("desktop-file-validate", self.entry)
         self.assertEqual(self.entry.stat().st_mode & 0o777, 0o600)
@@ -128,7 +138,7 @@ class StartAtLogin(InstalledJourney):
         wait_for(self.session.moves, "a moving picture")
         wait_for(lambda: log.read_text().count("already running") == 1 and len(self.agents()) == 1, log.read_text)
 
-        # Whoever changes the setting, the agent follows; and the companion does not wait for it.
+        # The agent follows the setting, whoever changes it; the companion also works without an agent.
         for wanted in (False, True, False):
             self.session.write_settings(autolaunch=wanted)
             wait_for(lambda: self.entry.exists() == wanted, f"the entry to follow {wanted}")
@@ -161,7 +171,7 @@ class StartAtLogin(InstalledJourney):
         setting = lambda value, status=0: self.call(self.quilex, "set", "autolaunch", value, status=status)
         setting("true")
         made = self.entry.read_text()
-        # One that an earlier version made is known by its digest, and replaced.
+        # An entry that an earlier version made is recognised by its digest, and replaced.
         old = "[Desktop Entry]\nType=Application\nName=Old\nExec=/old\nX-Quilex-Digest="
         old += hashlib.sha256(old.removesuffix("X-Quilex-Digest=").encode()).hexdigest() + "\n"
         self.entry.write_text(old)
@@ -180,7 +190,7 @@ class StartAtLogin(InstalledJourney):
         self.entry.symlink_to(elsewhere)
         self.assertIn("it stays", setting("false"))
         self.assertTrue(self.entry.is_symlink() and elsewhere.exists())
-        # The setting is stored even where the entry cannot be.
+        # The setting is stored even if the entry cannot be written.
         shutil.rmtree(self.entry.parent)
         self.entry.parent.write_text("no folder")
         self.assertIn("cannot be written", setting("true", status=1))

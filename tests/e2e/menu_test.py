@@ -19,7 +19,7 @@ HOST = pathlib.Path(__file__).with_name("status_host.py")
 
 
 class Panel:
-    """A host for status items, as a panel is one, and what it sees of the agent's."""
+    """A host for status items, like a panel, and what it sees of the agent's item."""
 
     def __init__(self, session):
         self.session = session
@@ -55,7 +55,7 @@ class Panel:
         return self.menu().GetLayout(0, -1, [])[1]
 
     def shape(self, item=None):
-        """"-" for a separator; else the label with "*" for a mark, "!" where disabled, and the submenu."""
+        """"-" for a separator; else the label, with "*" if marked and "!" if disabled, and the submenu."""
         parts = []
         for _, properties, children in (item or self.layout())[2]:
             text = "-" if properties.get("type") == "separator" else str(properties["label"]).replace("_", "")
@@ -103,7 +103,7 @@ class StatusMenu(Journey):
         session.wait_for_pixels(COMBO, "one picture, set by another program")
         panel.wait_for_shape("Screen [Integration*, Mirror, Single [1, 2*]]")
 
-        # In front of another program's icons and behind them, and there again whenever something may have changed that.
+        # In front of another program's icons, then behind them, and kept there when something may have changed that.
         icons = session.start_probe(self.green)
         covered = {(640, 360): GREEN, (1680, 300): GREEN}
         desktop = ("xprop", "-root", "-f", "_NET_CURRENT_DESKTOP", "32c", "-set", "_NET_CURRENT_DESKTOP")
@@ -137,7 +137,7 @@ class StatusMenu(Journey):
         panel.click("Main Window")
         wait_for((session.folder / "launched").exists, "the main application")
 
-        # A panel that goes takes nothing with it, and one that comes has the item and its menu again.
+        # When a panel ends the agent goes on, and a new panel shows the item and its menu again.
         panel.stop()
         panel.start()
         panel.click("Screen", "Mirror")
@@ -160,7 +160,7 @@ class Life(Journey):
         session.start_agent()
         both = [(0, 0, 1280, 720), (1280, 0, 800, 600)]
         self.wait_to_move(*both)
-        # The first request to the web service opens what its thread needs.
+        # The first request to the web service opens the descriptors of its thread.
         wait_for(lambda: "uuid" in session.settings(), "the first request")
         handles = lambda: len(os.listdir(f"/proc/{session.agent.pid}/fd"))
         before = handles()
@@ -210,7 +210,7 @@ class OlderTray(Journey):
             if button == "1":
                 session.run("xdotool", "key", "Escape")
                 wait_for(lambda: session.pixels((1240, 60), (1240, 100)) != [WHITE, WHITE], "the closed menu")
-        # Its third item that can be chosen.
+        # Chooses its third enabled item.
         session.run("xdotool", "key", "Down", "Down", "Down", "Return")
         wait_for(lambda: not session.settings()["IsOpenPlayer"], "the wallpaper closed from the menu")
 

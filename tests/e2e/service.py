@@ -1,4 +1,4 @@
-"""The web service as the journeys meet it: the reference service with answers of their own, and a bundle naming it."""
+"""The web service of the journeys: the reference service with changed answers, and a bundle with its address."""
 
 import json
 import os
@@ -11,7 +11,7 @@ ANSWERS = SOURCE / "tools/reference-answers"
 
 
 class Service:
-    """A reference service that a session's agent asks, ended with the session."""
+    """A reference service for a session's agent, which ends with the session."""
 
     GUIDE, UPGRADE, HEARTBEAT = 214, 24, 21
 
@@ -36,19 +36,19 @@ class Service:
         (self.folder / f"{code}.mode").write_text(mode)
 
     def requests(self, code):
-        """The requests so far for that function code, each as the service printed it."""
+        """The requests for that function code so far, as the service printed them."""
         whole = self.log.read_text().split("\n")[1:-1]
         return [request for request in map(json.loads, whole) if request["f"] == str(code)]
 
 
 def make_bundle(session, **info):
-    """Copies the agent beside a bundle whose information dictionary has those values; answers the program's path."""
+    """Copies the agent beside a bundle whose information dictionary has those values; returns the program's path."""
     installed = pathlib.Path(session.folder) / "installed"
     bundle = installed / "share/quilexhelper"
     if not bundle.exists():
         bundle.mkdir(parents=True)
         (installed / "bin").mkdir()
-        # Not a link: the agent looks beside the file that it really is.
+        # Not a link, because the agent looks for the bundle beside its real file.
         shutil.copy2(session.programs_folder / "quilexhelper", installed / "bin/quilexhelper")
         original = session.programs_folder.parent / "share/quilexhelper"
         for entry in original.iterdir():

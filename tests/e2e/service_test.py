@@ -1,4 +1,4 @@
-"""Journeys of the agent and the web service: what the service is asked, when, and what a bad service does."""
+"""Journeys of the agent and the web service: the requests, their times, and the effect of a bad service."""
 
 import json
 import time
@@ -11,7 +11,7 @@ from session import wait_for
 
 
 def zone_just_before_midnight(seconds):
-    """A time zone in which midnight comes so many seconds from now."""
+    """A time zone in which it is midnight in that many seconds."""
     offset = (int(time.time()) + seconds) % 86400
     return f"MID+{offset // 3600:02}:{offset // 60 % 60:02}:{offset % 60:02}"
 
@@ -49,7 +49,7 @@ class WebService(Journey):
         version = json.loads(request["body"].replace("\\", ""))["v"]
         body = f'{{"ui":"{user}","v":"{version}"}}'.replace('"', '\\"')
         self.assertEqual(expect(request, 214, body), version)
-        # The rest of the minute after midnight is the heartbeat's to choose from. Meanwhile:
+        # The heartbeat may come at any time in the minute after midnight. Meanwhile:
         self.refuse_bad_addresses()
         heartbeat = wait_for(lambda: service.requests(Service.HEARTBEAT), "the heartbeat", seconds=90)[0]
         body = f'{{"n":"1000", "ui":"{user}","ct":"42","v":"{version}","type":"2","ismac":"1"}}'.replace('"', '\\"')

@@ -27,7 +27,7 @@ DEADLINE = 20  # seconds; far more than anything here takes, even under a saniti
 
 
 def wait_for(condition, what, seconds=DEADLINE):
-    """Waits until the condition holds and answers its value; fails after the deadline, saying what, or what it tells."""
+    """Waits until the condition holds and returns its value; fails after the deadline with `what` or its result."""
     end = time.monotonic() + seconds
     while not (value := condition()):
         if time.monotonic() > end:
@@ -37,7 +37,7 @@ def wait_for(condition, what, seconds=DEADLINE):
 
 
 def make_clip(path, graph, seconds=10):
-    """A video of 640x360 painted by an ffmpeg filter graph that begins with a source."""
+    """A video of 640x360 from an ffmpeg filter graph that begins with a source."""
     source, _, filters = graph.partition(",")
     size = (":" if "=" in source else "=") + "s=640x360:r=30"
     graph = ",".join(filter(None, [source + size, filters]))
@@ -48,7 +48,7 @@ def make_clip(path, graph, seconds=10):
 
 
 def turn_clip(path, target, degrees):
-    """The MP4 at path, its first track now for a display that turns it clockwise by so many degrees."""
+    """Changes the MP4 at path so that its first track is shown turned clockwise by that many degrees."""
     # The first four numbers of the matrix in the track's header (ISO 14496-12, 8.3.2).
     data = bytearray(pathlib.Path(path).read_bytes())
     matrix, angle = data.index(b"tkhd") + 44, math.radians(degrees)
@@ -60,7 +60,7 @@ def turn_clip(path, target, degrees):
 
 
 class Probe(subprocess.Popen):
-    """Another program's wallpaper, ordered by words: front, back, out."""
+    """Another program's wallpaper, which takes the commands front, back and out."""
 
     def order(self, word):
         self.stdin.write(word.encode() + b"\n")
@@ -93,13 +93,13 @@ class UserSession:
         return self.programs[-1]
 
     def start_bus(self, name):
-        """Answers the address of a new bus, whose socket has that name in the user's runtime directory."""
+        """Starts a bus whose socket has that name in the user's runtime directory; returns its address."""
         command = ["dbus-daemon", "--session", "--nofork", "--print-address", f"--address=unix:path={self.folder}/{name}"]
         bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
 
     def start_login_manager(self):
-        """Starts a system bus with a mocked login manager; answers what lets that go to sleep and wake up."""
+        """Starts a system bus with a mocked login manager; returns the function that lets it sleep and wake up."""
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus("system")
         name, path = "org.freedesktop.login1", "/org/freedesktop/login1"
         mock = ["/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name + ".Manager"]
@@ -127,14 +127,14 @@ class UserSession:
         return json.loads(self.settings_file.read_text()) if self.settings_file.exists() else {}
 
     def write_settings(self, **values):
-        """As another program does: the whole file at once."""
+        """Replaces the whole file at once, as another program does."""
         self.settings_file.parent.mkdir(parents=True, exist_ok=True)
         unfinished = self.settings_file.with_suffix(".edited")
         unfinished.write_text(json.dumps({**self.settings(), **values}))
         os.replace(unfinished, self.settings_file)
 
     def set_value(self, key, value):
-        """As a person does, from a terminal."""
+        """Runs the companion, as a person does in a terminal."""
         subprocess.run([self.programs_folder / "quilex", "set", key, value], env=self.environment, check=True, timeout=DEADLINE)
 
     def make_library(self, *rows):
@@ -146,7 +146,7 @@ class UserSession:
             self.add_video(*row)
 
     def library(self):
-        """The library, to be closed after use; each statement is done at once."""
+        """The library in autocommit mode; the caller closes it."""
         return contextlib.closing(sqlite3.connect(self.library_file, timeout=60, isolation_level=None))
 
     def add_video(self, sign, url):
@@ -154,7 +154,7 @@ class UserSession:
             database.execute("insert into LocalVideos (sign, url) values (?, ?)", (sign, url))
 
     def hear(self):
-        """Answers the file in which what is posted on the bus comes to stand."""
+        """Returns a file to which everything that is posted on the bus is written."""
         heard = self.folder / "heard"
         form = "path=/com/dravo/quilex/Notifications,interface=com.dravo.quilex.Notifications,member=Posted"
         with open(heard, "ab") as file:
@@ -180,7 +180,7 @@ class Session(UserSession):
         self.agent = None
         if manager:
             self.start(*manager.split(), stderr=subprocess.DEVNULL)
-            # It announces itself before it serves windows, and may leave one that comes in between unmapped.
+            # It announces itself before it manages windows, and may leave one unmapped that is made in between.
             for shows_desktop in (True, False):
                 wait_for(lambda: self.manager_obeys(shows_desktop), "the window manager")
 
@@ -201,7 +201,7 @@ class Session(UserSession):
         return self.agent
 
     def start_agent_on_gpu(self, fault="", **variables):
-        """Starts it with the GPU renderer and answers the file that says what EGL fails at (see EglFaults.cpp)."""
+        """Starts it with the GPU renderer; returns the file that says what EGL fails at (see EglFaults.cpp)."""
         modules = self.programs_folder.parent / "lib"
         file = self.folder / "fault"
         file.write_text(fault)
@@ -210,7 +210,7 @@ class Session(UserSession):
         return file
 
     def end_agent(self, how=signal.SIGTERM):
-        """Ends the agent and answers its exit status; sanitizers report by that status too."""
+        """Ends the agent and returns its exit status, which also shows what sanitizers found."""
         if self.agent is None:
             return 0
         self.agent.send_signal(how)
@@ -246,11 +246,11 @@ class Session(UserSession):
         lines = self.run("xwininfo", "-id", str(window)).splitlines()
         values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
         keys = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        # A window may be gone before it is asked.
+        # A window may be gone before it is queried.
         return tuple(int(values.get(key, -1)) for key in keys)
 
     def moves(self, box=None):
-        """Whether the picture changes, or that part of it; a wait for it, or for its opposite, decides."""
+        """Whether the picture, or the part of it in `box`, changes within a moment; use it with wait_for."""
         first = self.desktop.screenshot().crop(box)
         time.sleep(0.2)
         return ImageChops.difference(first, self.desktop.screenshot().crop(box)).getbbox() is not None
@@ -276,7 +276,7 @@ class Session(UserSession):
 
 
 def start_sway(monitors):
-    """A sway in a sway now and then ends while it starts."""
+    """Tries again, because a sway in a sway sometimes ends during its start."""
     for patience in (True, True, False):
         try:
             return SwayDesktop(monitors)
@@ -287,12 +287,12 @@ def start_sway(monitors):
 
 
 class WaylandSession(Session):
-    """A user's session on a Wayland desktop. Nobody can list the wallpaper's surfaces there; what they cover is seen."""
+    """A user's session on a Wayland desktop, where the wallpaper's surfaces cannot be listed, only seen."""
 
     make_desktop = staticmethod(start_sway)
 
     def windows(self):
-        """Places of the monitors that show anything."""
+        """Positions of the monitors that show anything."""
         places = self.desktop.outputs().values()
         if not places:
             return []

@@ -1,4 +1,4 @@
-"""A template of python-dbusmock: the watcher of status items, as a panel that shows them runs it."""
+"""A template for python-dbusmock: the watcher of status items that a panel runs."""
 
 BUS_NAME = MAIN_IFACE = "org.kde.StatusNotifierWatcher"
 MAIN_OBJ = "/StatusNotifierWatcher"

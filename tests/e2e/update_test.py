@@ -1,4 +1,4 @@
-"""Journeys of the update check: what the service offers, what the user sees of it, and where the button leads."""
+"""Journeys of the update check: the service's offer, what the user sees, and what the button opens."""
 
 import subprocess
 import unittest
@@ -33,11 +33,11 @@ class Updates(Journey):
         return file.read_text().split() if file.exists() else []
 
     def named(self, name):
-        """The ids of the agent's windows with that title that are seen."""
+        """The ids of the agent's visible windows with that title."""
         return self.session.run("xdotool", "search", "--onlyvisible", "--name", f"^{name}").split()
 
     def wait_for_keyboard(self, name):
-        """Waits until the one window of that title has the keyboard, and answers its id."""
+        """Waits until the only window with that title has the keyboard focus, and returns its id."""
         def with_keyboard():
             found = self.named(name)
             return len(found) == 1 and self.session.run("xdotool", "getactivewindow").split() == found and found[0]
@@ -61,7 +61,7 @@ class Updates(Journey):
             wait_for(lambda: self.opened() == ["https://quilex.invalid/get?v=9&x=%20"], "the browser")
             wait_for(lambda: not self.named(OFFER), "the closed panel")
 
-            # Two newer offers leave one panel, which has the keyboard even while another window had it.
+            # Two newer offers leave one panel, which takes the keyboard focus from another window.
             panel = Panel(session)
             session.run("xdotool", "search", "--name", "^other", "windowactivate")
             panel.click(CHECK)

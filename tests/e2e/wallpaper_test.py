@@ -46,7 +46,7 @@ class Journey(unittest.TestCase):
         cls.stripes = make_clip(folder / "stripes.mp4", STRIPES, seconds=1)
 
     def begin(self, *rows, manager=None, **settings):
-        """A session with that library and these settings; its agent is to end in good order after the test."""
+        """A session with that library and these settings; its agent must end cleanly after the test."""
         self.session = session = self.make_session(BUILD, self.monitors, manager)
         self.addCleanup(session.close)
         if rows:
@@ -56,20 +56,20 @@ class Journey(unittest.TestCase):
         return session
 
     def wait_to_move(self, *boxes):
-        """Waits for a moving picture on each of the monitors there."""
+        """Waits for a moving picture on each monitor."""
         for left, top, width, height in boxes:
             box = (left, top, left + width, top + height)
             wait_for(lambda: self.session.moves(box), f"a moving picture at {box}")
 
     def said_by_another(self, status, **variables):
-        """What a further agent that ends with that status writes about it."""
+        """What a second agent, which ends with that status, writes to standard error."""
         environment, program = {**self.session.environment, **variables}, self.session.agent_program
         ended = subprocess.run([program], env=environment, capture_output=True, text=True, check=False, timeout=20)
         self.assertEqual((ended.returncode, ended.stdout), (status, ""))
         return ended.stderr
 
     def check_order(self, steps, check=lambda: None):
-        """A wallpaper goes behind and in front of another program's. Each step is a word, and the colour afterwards."""
+        """Orders another program's wallpaper. Each step is a command, and the colour that is seen afterwards."""
         icons = self.session.start_probe(self.short)
         icons.order("back")
         self.session.wait_for_pixels({(640, 500): RED}, "a desktop with icons")
@@ -169,7 +169,7 @@ class Wallpaper(Journey):
         session.post("UpdateVideoList")
         wait_for(lambda: len(session.windows()) == 2, "the windows")
         wait_for(lambda: session.settings()["CurrentVideoSign"] == "moving", "the sign to follow")
-        # On monitors of one size, and again each time that it was closed.
+        # On monitors of the same size, and again after each close.
         session.desktop.set_monitors(["800x600", "800x600"])
         for opens in (*(True, False) * 4, True):
             session.write_settings(IsOpenPlayer=opens)
@@ -243,7 +243,7 @@ class WindowManagers(Journey):
             for part in ("_NET_WM_WINDOW_TYPE_DESKTOP", "4294967295", "Client accepts input or input focus: False"):
                 self.assertIn(part, kind)
 
-        # Only the primary button is the wallpaper's own.
+        # The wallpaper only handles the primary button.
         for button in ("2", "3", "1"):
             session.run("xdotool", "mousemove", "700", "500", "click", button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
@@ -273,7 +273,7 @@ class WindowManagers(Journey):
         session.wait_for_pixels({(640, 500): GREEN, (1680, 300): GREEN}, "the wallpaper after the restart")
 
     def test_none_and_xfwm4(self):
-        # Whose compositor takes the driver's further outputs for unplugged ones and leaves them black.
+        # Its compositor takes the driver's other outputs for unplugged ones and leaves them black.
         for manager in (None, "xfwm4 --compositor=off"):
             self.check(manager)
 

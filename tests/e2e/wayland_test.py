@@ -1,4 +1,4 @@
-"""Journeys of the wallpaper on a Wayland desktop: the one of every desktop, and what outputs do here."""
+"""Journeys of the wallpaper on a Wayland desktop: those of every desktop, and changes of outputs."""
 
 import os
 import pathlib
@@ -25,7 +25,7 @@ class WaylandOutputs(Journey):
             wait_for(lambda: self.session.desktop.screenshot(index).tobytes() != first, f"a moving picture on output {index}")
 
     def handles(self):
-        """Open files and pieces of shared memory of the agent."""
+        """The agent's open files and shared memory segments."""
         process = pathlib.Path(f"/proc/{self.session.agent.pid}")
         return len(os.listdir(process / "fd")), (process / "maps").read_text().count("quilex-picture")
 
@@ -90,7 +90,7 @@ class WaylandOutputs(Journey):
             session.desktop.set_monitors(self.monitors)
             session.wait_for_pixels({(1, 1): GREEN, (799, 599): GREEN}, "the video on the output that came", 1)
             seen.append(self.handles())
-        # A compositor that falls behind takes a further buffer of a picture.
+        # A compositor that falls behind takes one more buffer of a picture.
         bound = tuple(count + 2 for count in max(seen[:10]))
         self.assertLessEqual(max(seen[10:]), bound, "no more files and memory than before")
         session.desktop.set_monitors([None, None])
@@ -161,7 +161,7 @@ class WaylandOutputs(Journey):
         self.addCleanup(mouse.connection.close)
         session.start_agent()
         session.wait_for_pixels({(400, 300): GREEN}, "the wallpaper", 1)
-        # Only the primary button is the wallpaper's own.
+        # The wallpaper only handles the primary button.
         for button in ("right", "left"):
             mouse.click(1600, 300, 2080, 720, button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")

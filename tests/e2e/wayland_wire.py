@@ -1,4 +1,4 @@
-"""Wayland's wire format: a mouse, and a relay that closes layer surfaces by a word of its own."""
+"""Wayland's wire format: a virtual mouse, and a relay that can send layer surfaces the event that closes them."""
 
 import contextlib
 import functools
@@ -12,7 +12,7 @@ CLOSED = 1
 
 
 def message(target, opcode, *words):
-    """Of 32-bit arguments and, among them, texts in bytes."""
+    """A message of 32-bit arguments and texts in bytes."""
     body = b"".join(
         struct.pack(f"=I{(len(word) + 4) // 4 * 4}s", len(word) + 1, word) if isinstance(word, bytes) else struct.pack("=I", word)
         for word in words
@@ -21,7 +21,7 @@ def message(target, opcode, *words):
 
 
 class Mouse:
-    """A pointer that is there from now on."""
+    """A virtual pointer."""
 
     NAME = b"zwlr_virtual_pointer_manager_v1"
     REGISTRY, MANAGER, POINTER = 2, 3, 4
@@ -39,7 +39,7 @@ class Mouse:
         self.connection.sendall(bind + message(self.MANAGER, 0, 0, self.POINTER))
 
     def click(self, left, top, width, height, button):
-        """Presses and lets go at that point of a desktop of that size."""
+        """Clicks at that point of a desktop of that size."""
         moving = message(self.POINTER, 1, 0, left, top, width, height) + message(self.POINTER, 4)
         press = [message(self.POINTER, 2, 0, self.BUTTONS[button], down) + message(self.POINTER, 4) for down in (1, 0)]
         self.connection.sendall(moving + b"".join(press))
@@ -49,7 +49,7 @@ class Relay:
     def __init__(self, folder, server):
         self.address = str(folder / "relay")
         self.server = server
-        # Layer surfaces, by their numbers: those that were ever asked for, and those still to be closed.
+        # The ids of all layer surfaces that were ever made, and of those still to be closed.
         self.opened = []
         self.closing = []
         self.listener = socket.socket(socket.AF_UNIX)
@@ -69,7 +69,7 @@ class Relay:
                 threading.Thread(target=self.carry, args=ends, daemon=True).start()
 
     def carry(self, source, sink, look):
-        """Hands on what comes, and what `look` answers to it."""
+        """Forwards everything, and what `look` returns for it."""
         with source, contextlib.suppress(OSError):  # when the other end is gone
             while (received := socket.recv_fds(source, 65536, MOST_DESCRIPTORS))[0]:
                 data, descriptors = received[:2]
@@ -80,7 +80,7 @@ class Relay:
             sink.shutdown(socket.SHUT_WR)
 
     def note_requests(self, opened, data):
-        # Of the agent's layer surfaces; before the name stand five words, the first of them the new number.
+        # The agent's layer surfaces: five words, the first of them the new id, come before the name.
         start = -1
         while (start := data.find(b"quilexhelper\0", start + 1)) >= 20:
             opened += struct.unpack_from("=I", data, start - 20)

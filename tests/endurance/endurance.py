@@ -1,4 +1,4 @@
-"""What the endurance programs share: their options, a session whose agent is under a memory limit, and their table."""
+"""Shared by the endurance programs: options, a session whose agent has a memory limit, and the table of results."""
 
 import argparse
 import contextlib
@@ -21,20 +21,19 @@ from measure import processor_seconds  # noqa: E402
 
 from session import Session, WaylandSession, make_clip, wait_for  # noqa: E402
 
-# Some frames on an idle machine. More than this, and a person would think that the wallpaper is broken.
+# A few frames on an idle machine; beyond this a person would think that the wallpaper is broken.
 PICTURE_SECONDS = 10
-# Two seconds are promised. The rest is for a machine that does other things too, and for the leak check of a sanitizer,
-# which looks through all memory.
+# Two seconds are promised. The rest is for a busy machine, and for a sanitizer's leak check, which searches all memory.
 END_SECONDS = {"release": 3.5, "asan": 10}
-# MiB. One picture of 8192x8192 takes 96, and a decoder holds several; what takes more than this harms small desktops.
-# A sanitizer keeps what was freed for a while, and surrounds what is not.
+# MiB. One frame of 8192x8192 takes 96, and a decoder holds several; more than this would harm small desktops.
+# A sanitizer keeps freed memory for a while, and adds a margin to every allocation.
 MEMORY_LIMIT = {"release": 1024, "asan": 3072}
-# Of a core, beside what playing took before. Something that spins takes a whole one.
+# Cores, in addition to what playing took before. Something that spins takes a whole core.
 SPINNING = 0.6
 
 MONITORS = ("1280x720", "800x600")
 RED, GREEN, BLUE, WHITE = (192, 32, 32), (32, 160, 32), (32, 32, 192), (255, 255, 255)
-# A quadrant of each colour on a ground that moves; whatever part of it a monitor shows, its own corners lie in them.
+# A box of each colour in the corners of a moving picture, large enough for the corners of any part that is shown.
 QUADRANTS = "testsrc2," + ",".join(
     f"drawbox=x={x}:y={y}:w=300:h=160:c=0x{bytes(colour).hex()}:t=fill"
     for colour, x, y in ((RED, 0, 0), (GREEN, 340, 0), (BLUE, 0, 200), (WHITE, 340, 200))
@@ -42,7 +41,7 @@ QUADRANTS = "testsrc2," + ",".join(
 
 
 def quadrants(*monitors):
-    """What a screen with these monitors from left to right shows of the clip, as points with their colours."""
+    """Points of a desktop with these monitors, from left to right, and the colours that the clip has there."""
     expected, left = {}, 0
     for width, height in (map(int, monitor.split("x")) for monitor in monitors):
         x, y = width // 5, height // 5
@@ -53,8 +52,8 @@ def quadrants(*monitors):
 
 
 class Watch(threading.Thread):
-    """Kills a process that takes more memory than the limit. Limits of the address space do not fit a sanitizer, and
-    control groups are not to be had everywhere."""
+    """Kills a process that takes more memory than the limit. A limit of the address space does not work with a
+    sanitizer, and control groups are not available everywhere."""
 
     def __init__(self, process, limit):
         super().__init__(daemon=True)
@@ -74,7 +73,7 @@ class Watch(threading.Thread):
 
 
 class Table:
-    """The worst of each figure of each trial beside its bound, and what else was wrong."""
+    """The worst value of each figure of each trial with its limit, and everything else that was wrong."""
 
     def __init__(self):
         self.rows, self.faults, self.lock = {}, {}, threading.Lock()
@@ -103,7 +102,7 @@ class Table:
 
 
 class Enduring:
-    """What a session here has beside that of the journeys."""
+    """What a session has here in addition to that of the journeys."""
 
     def start_agent(self, **variables):
         if self.context.checks_leaks:
@@ -113,7 +112,7 @@ class Enduring:
         return self.agent
 
     def end_agent(self, how=signal.SIGTERM):
-        """Ends the agent and notes how that went."""
+        """Ends the agent and records how it ended."""
         if self.agent is None:
             return
         begin, bound = time.monotonic(), self.context.end_seconds
@@ -143,7 +142,7 @@ class Enduring:
         return super().pixels(*points)
 
     def play(self, *urls, **settings):
-        """Makes a library of these, and settings with something of another program's in it."""
+        """Makes a library of these videos, and settings that include another program's key."""
         self.make_library(*((f"video{number}", str(url)) for number, url in enumerate(urls)))
         self.write_settings(**{"another": "kept", "Mute": True, "MonitorArrange": 1, **settings})
 
@@ -151,7 +150,7 @@ class Enduring:
         assert self.settings()["another"] == "kept", "a value of another program is lost"
 
     def settle(self, *monitors):
-        """Waits for the right picture, which moves."""
+        """Waits for the right picture, moving."""
         begin = time.monotonic()
         self.wait_for_pixels(quadrants(*(monitors or MONITORS)), f"the picture with {self.settings()}", seconds=PICTURE_SECONDS)
         wait_for(self.moves, "a moving picture")
@@ -164,7 +163,7 @@ class Enduring:
 
 
 class Context:
-    """What a trial gets: the options, and where to note what it sees."""
+    """What a trial gets: the options, and where to record its observations."""
 
     def __init__(self, program, trial):
         self.options, self.table, self.clips, self.deadline = program.options, program.table, program.clips, program.deadline
@@ -196,7 +195,7 @@ class Context:
 
 
 class Program:
-    """Runs trials, which are functions of a context, in turn until the time is over; several at once."""
+    """Runs trials, which are functions of a context, in turn until the time is over, several in parallel."""
 
     def __init__(self, description):
         parser = argparse.ArgumentParser(description=description)
@@ -213,7 +212,7 @@ class Program:
             if preset["name"] == self.preset:
                 values = preset.get("environment", {}).items()
                 os.environ.update({name: value.replace("${sourceDir}", str(SOURCE)) for name, value in values})
-        # What was freed is not to count for long.
+        # Freed memory should not count for long.
         os.environ["ASAN_OPTIONS"] = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=16"
         self.table = Table()
         self.clips = self.options.build / "endurance"

@@ -1,4 +1,4 @@
-"""Files that a library may name, from ordinary videos to what only looks like one. ffmpeg makes them at run time.
+"""Files that a library may name, from ordinary videos to files that only look like one. ffmpeg makes them at run time.
 
 `kept` is a folder for what ffmpeg makes, where it stays from run to run; `folder` one for the rest.
 """
@@ -19,7 +19,7 @@ from endurance import QUADRANTS
 from session import turn_clip
 
 H264 = "-c:v libx264 -preset ultrafast -pix_fmt yuv420p"
-# By suffix; the options of ffmpeg for what has it.
+# ffmpeg's options for each suffix.
 CODECS = {
     "h264.mp4": H264, "full.mp4": "-c:v libx264 -preset ultrafast -pix_fmt yuv444p", "h264.mkv": H264, "h264.ts": H264,
     "h265.mp4": "-c:v libx265 -x265-params log-level=none", "h265.hevc": "-c:v libx265 -x265-params log-level=none",
@@ -33,12 +33,12 @@ CODECS = {
 }  # fmt: skip
 RATES = ("1", "24000/1001", "25", "30000/1001", "30", "60000/1001", "240")
 SIZES = ("1x1", "2x2", "3x5", "641x359", "8192x16", "16x8192", "4096x4096", "8192x8192")
-# Pixels as they are stored, for a display that turns them by so many degrees, clockwise.
+# ffmpeg filters that store the picture such that turning it clockwise by that many degrees shows it upright.
 TURNS = {0: "null", 90: "transpose=2", 180: "hflip,vflip", 270: "transpose=1"}
 DAMAGED = ("h264.mp4", "vp9.webm", "mpeg4.avi", "h264.ts", "h264.mkv", "any.gif")
-# Longer than anybody waits. It ends, because the kernel lets nobody go who waits for an answer to a read.
+# Longer than anybody waits. It must end, because a process that waits for a read cannot be killed.
 HANGING_SECONDS = 8
-# What other files such text refers to. Each is also put before a real MPEG-TS, which readers look for at any place.
+# Texts that refer to other files. Each is also put before a real MPEG-TS, which demuxers find at any offset.
 TEXTS = {
     "edl": ("# mpv EDL v0\n", "{}\n", ""),
     "m3u": ("#EXTM3U\n", "#EXTINF:1,\n{}\n", ""),
@@ -53,13 +53,13 @@ TEXTS = {
 
 
 class Openings:
-    """How often a file has been opened since it was last asked."""
+    """How often a file has been opened since the last call."""
 
     IN_OPEN, SIZE = 0x20, 16  # of inotify(7): the event, and the size of one without a name
 
     def __init__(self, path):
         libc = ctypes.CDLL(None)
-        # A file object, which closes itself: a user may have few of these descriptors.
+        # A file object, which is closed automatically, because a user may have only a few of these descriptors.
         self.events = os.fdopen(libc.inotify_init1(os.O_NONBLOCK), "rb", buffering=0)
         libc.inotify_add_watch(self.events.fileno(), os.fsencode(path), self.IN_OPEN)
 
@@ -68,7 +68,7 @@ class Openings:
 
 
 class Canary:
-    """A video and an address that nothing but a file referring to them leads to."""
+    """A video and an address that are only reached through a file that refers to them."""
 
     def __init__(self, kept, folder):
         self.file = folder / "canary.mp4"
@@ -82,7 +82,7 @@ class Canary:
         assert len(self.touched()) == 2, "the canary sees nothing"
 
     def touched(self):
-        """What has been touched since the last call."""
+        """Which of them were accessed since the last call."""
         seen = ["opens another file"] if self.openings.count() else []
         with contextlib.suppress(BlockingIOError):
             while True:
@@ -100,7 +100,7 @@ def encode(path, options, size="64x48", rate="30", frames=9, filters="null"):
 
 
 def turned(kept):
-    """Videos of the quadrants that are upright only when turned as they say."""
+    """Videos of the quadrants that are upright only if their rotation is applied."""
     for degrees, filters in TURNS.items():
         stored, path = kept / f"stored {degrees}.mp4", kept / f"turned {degrees}.mp4"
         encode(stored, H264, "640x360", frames=60, filters=QUADRANTS.split(",", 1)[1] + "," + filters)
@@ -108,7 +108,7 @@ def turned(kept):
 
 
 def sound(kept):
-    """Videos that have to be played."""
+    """Videos that must be played."""
     for name, options in CODECS.items():
         yield encode(kept / name, options)
     for rate in RATES:
@@ -124,7 +124,7 @@ def large(kept):
         scaled = "format=yuv444p,scale=" + size.replace("x", ":")
         yield encode(kept / f"size {size}.mkv", "-c:v libx264 -preset ultrafast", frames=3, filters=scaled)
         yield encode(kept / f"size {size}.mov", "-c:v png", frames=1, filters=scaled)
-    # One pixel a picture, on a canvas of 16000x16000 pixels.
+    # One pixel per frame, on a canvas of 16000x16000 pixels.
     picture = b"!\xf9\x04\x00\x0a\x00\x00\x00" + b"," + struct.pack("<4HB", 0, 0, 1, 1, 0) + b"\x02\x02\x44\x01\x00"
     canvas = b"GIF89a" + struct.pack("<HHBBB", 16000, 16000, 0x80, 0, 0) + b"\0\0\0\xff\xff\xff"
     (kept / "canvas.gif").write_bytes(canvas + 9 * picture + b";")
@@ -132,7 +132,7 @@ def large(kept):
 
 
 def damaged(kept, folder):
-    """Other damage each time."""
+    """Files with random damage, different in each run."""
     for name in DAMAGED:
         whole = (kept / name).read_bytes()
         flipped = bytearray(whole)
@@ -145,9 +145,9 @@ def damaged(kept, folder):
 
 
 def disguised(kept, folder, canary):
-    """Texts that refer to the canary, under the names of videos."""
+    """Texts that refer to the canary, in files with the suffixes of videos."""
     lines = (kept / "h264.ts").read_bytes()
-    # One long comment, for a reader of lines; what that damages of the picture does not matter.
+    # Made one long comment line; it does not matter what that damages in the picture.
     stream = b"#" + lines.replace(b"\n", b"\v")
     for name, (head, entry, tail) in TEXTS.items():
         targets = (canary.file.name, canary.file, canary.file.as_uri(), canary.address)
@@ -159,7 +159,7 @@ def disguised(kept, folder, canary):
 
 
 def special(folder):
-    """What is no regular file with anything in it."""
+    """Everything that is not a regular file with contents."""
     paths = [folder / f"{name}.mp4" for name in ("fifo", "folder", "device", "socket", "dangling", "loop", "empty", "nothing")]
     fifo, directory, device, listening, dangling, loop, empty, _ = paths
     os.mkfifo(fifo)
@@ -174,7 +174,7 @@ def special(folder):
 
 @contextlib.contextmanager
 def hanging(folder):
-    """Files that do not answer: one to be read, the other to be looked at. None where there is no FUSE."""
+    """Files that do not answer: one hangs when it is read, the other when its status is. None without FUSE."""
     place = folder / "hanging"
     place.mkdir()
     server = subprocess.Popen(["/usr/bin/python3", __file__, place], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
@@ -182,7 +182,7 @@ def hanging(folder):
         mounted = server.stdout.readline() == b"mounted\n"
         yield [place / "read.mp4", place / "look.mp4"] if mounted else []
     finally:
-        # With the server, whoever waits for it gets an error.
+        # When the server ends, the processes that wait for it get an error.
         server.kill()
         server.wait()
         subprocess.run(["umount", "--lazy", place], check=False, capture_output=True)

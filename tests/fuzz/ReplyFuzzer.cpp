@@ -1,4 +1,4 @@
-// Feeds the service's client with replies: the input as it is, and the input enciphered as the service would do it.
+// Feeds the service's client with replies: the raw input, and the input enciphered as the service would do it.
 
 #include <cstdlib>
 
@@ -15,7 +15,7 @@ void require(bool condition) {
   }
 }
 
-/// What decodes must be the same after it was written and read again.
+/// A decoded value must stay the same when it is encoded and decoded again.
 template <typename... Values>
 void checkFormats(const std::string& text) {
   const auto check = [](const auto& value) {

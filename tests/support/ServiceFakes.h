@@ -41,7 +41,7 @@ struct FakeWallClock : WallClock {
   }
 };
 
-/// Does the work at once; what comes of it waits for the run loop's next turn.
+/// Does the work at once, and calls `done` in the run loop's next turn.
 struct FakeBackgroundWork : BackgroundWork {
   explicit FakeBackgroundWork(FakeRunLoop& loop) : runLoop(loop) {}
   FakeRunLoop& runLoop;
@@ -51,7 +51,7 @@ struct FakeBackgroundWork : BackgroundWork {
   }
 };
 
-/// Keeps what is posted until the test answers it.
+/// Keeps the requests until the test answers them.
 struct FakeHTTPSession : HTTPSession {
   struct Request {
     FakeRunLoop::Time time;

@@ -49,7 +49,7 @@ fs::path settingsFile() {
   return configHome() / AppInfo::groupIdentifier / "settings.json";
 }
 
-LinuxBundle::LinuxBundle(fs::path root) : folder_(std::move(root)) {}
+LinuxBundle::LinuxBundle(fs::path folder) : folder_(std::move(folder)) {}
 
 LinuxBundle LinuxBundle::main() {
   std::error_code ignored;

@@ -11,8 +11,8 @@ namespace quilex {
 /// The application's bundle: the folder ../share/quilexhelper beside the executable's own folder.
 class LinuxBundle {
  public:
-  /// `root` is the bundle's folder; it need not exist.
-  explicit LinuxBundle(std::filesystem::path root);
+  /// `folder` need not exist.
+  explicit LinuxBundle(std::filesystem::path folder);
   /// The bundle of the running program.
   static LinuxBundle main();
 
@@ -26,12 +26,12 @@ class LinuxBundle {
   std::filesystem::path folder_;
 };
 
-/// $XDG_CONFIG_HOME and $XDG_DATA_HOME with their defaults (XDG Base Directory Specification 0.8); relative values are
-/// ignored, as it asks.
+/// $XDG_CONFIG_HOME and $XDG_DATA_HOME with their defaults (XDG Base Directory Specification 0.8, by which relative
+/// values are ignored).
 std::filesystem::path configHome();
 std::filesystem::path dataHome();
 
-/// Where the settings shared with the main application are.
+/// The file of the settings that are shared with the main application.
 std::filesystem::path settingsFile();
 
 }  // namespace quilex

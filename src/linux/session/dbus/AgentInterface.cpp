@@ -11,7 +11,7 @@ namespace {
 using Dictionary = QMap<QString, QString>;
 using Dictionaries = QList<QVariantMap>;
 
-// A type of a member, how D-Bus calls its type, and the way there and back.
+// The D-Bus type of a member of the status, and the conversions to and from it.
 template <typename Member>
 struct Wire;
 

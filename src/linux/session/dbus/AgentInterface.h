@@ -8,7 +8,7 @@
 
 namespace quilex {
 
-/// The D-Bus interface by which the agent says what it is doing (docs/dbus.md). Properties may be added to it; any
+/// The D-Bus interface that shows what the agent is doing (docs/dbus.md). Properties may be added to it; any
 /// other change makes an interface of another name.
 struct AgentInterface {
   static constexpr const char* kService = "com.dravo.quilex.QuilexHelper";
@@ -16,13 +16,13 @@ struct AgentInterface {
   static constexpr const char* kName = "com.dravo.quilex.Agent1";
 };
 
-/// A property of that interface, made of a member of the status and read back into it.
+/// A property of that interface, and the member of the status that it stands for.
 struct AgentProperty {
-  /// Whether it changes, and whether a change is signalled: silent ones would change all the time.
+  /// Whether the property changes, and whether changes are signalled. Silent ones change all the time.
   enum class Change { never, signalled, silent };
 
   const char* name;
-  /// Of its type.
+  /// The D-Bus signature of its type.
   const char* signature;
   Change change;
   QVariant (*get)(const AgentStatus& status);
@@ -30,7 +30,7 @@ struct AgentProperty {
   void (*set)(AgentStatus& status, const QVariant& value);
 };
 
-/// All of them, in the order of the documentation.
+/// All properties, in the order of the documentation.
 const std::vector<AgentProperty>& agentProperties();
 
 /// The interface as org.freedesktop.DBus.Introspectable describes it.

@@ -28,8 +28,8 @@ QVariantMap values(const AgentStatus& status, bool onlySignalled) {
 
 }  // namespace
 
-AgentObject::AgentObject(StatusReport& theReport)
-    : report_(theReport), changes_(report_.observe([this] {
+AgentObject::AgentObject(StatusReport& report)
+    : report_(report), changes_(report_.observe([this] {
         if (!signalling_.isActive()) {
           signalling_.start();
         }
@@ -58,7 +58,7 @@ bool AgentObject::handleMessage(const QDBusMessage& message, const QDBusConnecti
   return connection.send(answer(message));
 }
 
-// As the D-Bus Specification describes org.freedesktop.DBus.Properties.
+// Answers org.freedesktop.DBus.Properties as in the D-Bus Specification.
 QDBusMessage AgentObject::answer(const QDBusMessage& call) const {
   const QString member = call.member();
   const QString signature = call.signature();

@@ -13,8 +13,8 @@ namespace quilex {
 /// of the run loop. Without a session bus it does nothing. Main thread.
 class AgentObject : public QDBusVirtualObject {
  public:
-  /// `theReport` must outlive the object.
-  explicit AgentObject(StatusReport& theReport);
+  /// `report` must outlive the object.
+  explicit AgentObject(StatusReport& report);
   ~AgentObject() override;
 
   QString introspect(const QString& path) const override;
@@ -26,7 +26,7 @@ class AgentObject : public QDBusVirtualObject {
 
   StatusReport& report_;
   QTimer signalling_;
-  /// The values that were signalled last, of the properties that are signalled.
+  /// The last values of the properties that are signalled.
   QVariantMap signalled_;
   Disposable changes_;
 };

@@ -10,15 +10,15 @@
 
 namespace quilex {
 
-/// Why an agent cannot say what it is doing.
+/// Why the agent's status is not known.
 struct NoAgent {
   enum class Reason { noBus, notRunning, noAnswer };
   Reason reason;
-  /// What the bus says about it, where it says anything.
+  /// The bus's error message, if there is one.
   std::string message;
 };
 
-/// Longer than an agent or a bus takes that is only busy.
+/// Longer than a busy agent or bus takes.
 constexpr std::chrono::milliseconds kAgentPatience{2000};
 
 using AgentAnswer = std::variant<AgentStatus, NoAgent>;
@@ -26,7 +26,7 @@ using AgentAnswer = std::variant<AgentStatus, NoAgent>;
 /// Asks the session's agent for its status. Waits for the answer for at most `patience`.
 AgentAnswer askAgent(std::chrono::milliseconds patience);
 
-/// The processes on the session bus that show status notifier items: those that own a name of a host.
+/// The processes that show status notifier items, which are those that own a host's name on the session bus.
 std::vector<std::uint32_t> statusItemHosts(std::chrono::milliseconds patience);
 
 }  // namespace quilex

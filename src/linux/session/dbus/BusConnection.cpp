@@ -36,8 +36,8 @@ const char* addressVariable(BusKind kind) {
   return kind == BusKind::session ? "DBUS_SESSION_BUS_ADDRESS" : "DBUS_SYSTEM_BUS_ADDRESS";
 }
 
-// The addresses that the reference implementation would try, but for starting a bus (D-Bus Specification, "Well-known
-// Message Bus Instances"). Empty when there is none.
+// The address that the reference implementation would use, except that no bus is started (D-Bus Specification,
+// "Well-known Message Bus Instances"). Empty if there is none.
 std::string busAddress(BusKind kind) {
   const QByteArray address = qgetenv(addressVariable(kind));
   if (!address.isEmpty()) {
@@ -64,8 +64,8 @@ Owned<DBusConnection> openConnection(BusKind kind) {
 
 enum class Answer { came, none, disconnected };
 
-// Calls a method of the bus itself and waits for the answer. The library's own blocking calls wait without end while a
-// connection is not authenticated.
+// Calls a method of the bus itself and waits for the answer. The library's blocking calls would wait forever for a
+// connection to be authenticated.
 Answer callBus(DBusConnection* bus, const char* interface, const char* method, Clock::time_point latest) {
   const Owned<DBusMessage> message(dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, interface, method));
   DBusPendingCall* sent = nullptr;
@@ -111,9 +111,9 @@ Disposable hideSilentBuses(std::chrono::milliseconds patience, const std::functi
   }
   return Disposable([hidden] {
     for (const auto& [kind, address] : hidden) {
-      // The toolkit keeps what it finds at its first look.
+      // The toolkit remembers the result of this first look.
       kind == BusKind::session ? QDBusConnection::sessionBus() : QDBusConnection::systemBus();
-      // The programs that the agent starts look for themselves.
+      // The programs that the agent starts get the real address.
       address ? qputenv(addressVariable(kind), *address) : qunsetenv(addressVariable(kind));
     }
   });

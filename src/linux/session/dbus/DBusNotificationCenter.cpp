@@ -26,6 +26,7 @@ DBusNotificationCenter::DBusNotificationCenter() = default;
 DBusNotificationCenter::~DBusNotificationCenter() = default;
 
 Disposable DBusNotificationCenter::observe(const std::string& name, std::function<void()> handler) {
+  mainThread_.check();
   const auto receiver = std::make_shared<SignalReceiver>([run = std::move(handler)](bool) { run(); });
   const QStringList match{QString::fromStdString(name)};
   auto bus = QDBusConnection::sessionBus();
@@ -39,6 +40,7 @@ Disposable DBusNotificationCenter::observe(const std::string& name, std::functio
 }
 
 void DBusNotificationCenter::post(const std::string& name) {
+  mainThread_.check();
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     return;
@@ -46,7 +48,7 @@ void DBusNotificationCenter::post(const std::string& name) {
   auto message = QDBusMessage::createSignal(kPath, kInterface, kSignal);
   message << QString::fromStdString(name) << QString() << QVariantMap();
   bus.send(message);
-  // The bus handles one sender's messages in order: once it answers this call, it has passed the signal on.
+  // The bus handles one sender's messages in order, so when it answers this call it has forwarded the signal.
   const auto ping =
       QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                      QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));

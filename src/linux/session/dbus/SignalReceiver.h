@@ -6,12 +6,12 @@
 
 namespace quilex {
 
-/// The slots that a bus connection calls. `argument` is the signal's only one if it is a boolean, else false.
+/// The slots that a bus connection calls. `argument` is the signal's argument if that is a single boolean, else false.
 class SignalReceiver : public QObject {
   Q_OBJECT
 
  public:
-  explicit SignalReceiver(std::function<void(bool argument)> action) : handler_(std::move(action)) {}
+  explicit SignalReceiver(std::function<void(bool argument)> handler) : handler_(std::move(handler)) {}
 
  public slots:  // NOLINT(readability-redundant-access-specifiers): Qt's own
   void received() { received(false); }

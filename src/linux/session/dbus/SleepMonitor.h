@@ -6,8 +6,8 @@
 
 namespace quilex {
 
-/// Tells each wake of the machine from sleep: PrepareForSleep(false) of org.freedesktop.login1.Manager on the system
-/// bus. Never, without a system bus or a login manager.
+/// Calls the handler each time the machine wakes from sleep: PrepareForSleep(false) of org.freedesktop.login1.Manager
+/// on the system bus. Without a system bus or a login manager it is never called.
 [[nodiscard]] Disposable observeWakeFromSleep(std::function<void()> handler);
 
 }  // namespace quilex

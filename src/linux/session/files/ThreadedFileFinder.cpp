@@ -4,7 +4,6 @@
 #include <chrono>
 #include <mutex>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 namespace quilex {
@@ -12,43 +11,35 @@ namespace quilex {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Where the threads leave what they have found; outlives the finder as long as a thread hangs.
-struct ThreadedFileFinder::Mailbox {
-  struct Letter {
-    std::uint64_t question;
-    std::shared_ptr<Progress> progress;
-    std::optional<std::size_t> found;
-  };
-  std::mutex lock;
-  /// Empty once the finder is gone.
-  const Wakeup* wakeup;
-  std::vector<Letter> letters;
-};
-
-/// How far a thread is.
+/// How far a thread is. Shared with the thread, which may hang for longer than the finder lives.
 struct ThreadedFileFinder::Progress {
   std::mutex lock;
   std::size_t index;
   Clock::time_point since = Clock::now();
-  /// Set when the thread is left behind; it then looks at nothing more.
+  /// Set when the thread is given up; it then looks at no further file.
   bool isAbandoned = false;
-  /// Set when it has looked at all there is to look at.
+  /// Set when the thread has finished; `found` is its result.
   bool isDone = false;
+  std::optional<std::size_t> found;
+
+  /// Begins with the file of that index. False if the thread was given up.
+  bool begin(std::size_t next) {
+    const std::lock_guard guard(lock);
+    index = next;
+    since = Clock::now();
+    return !isAbandoned;
+  }
+  void finish(std::optional<std::size_t> result) {
+    const std::lock_guard guard(lock);
+    found = result;
+    isDone = true;
+  }
 };
 
 ThreadedFileFinder::ThreadedFileFinder(RunLoop& runLoop, Look look)
-    : loop_(runLoop), lookAt_(std::move(look)), wakeup_([this] { collect(); }), mailbox_(std::make_shared<Mailbox>()) {
-  mailbox_->wakeup = &wakeup_;
-}
+    : runLoop_(runLoop), look_(std::move(look)), questions_(std::make_shared<Questions>()) {}
 
-ThreadedFileFinder::~ThreadedFileFinder() {
-  for (const auto& [id, question] : questions_) {
-    const std::lock_guard lock(question.progress->lock);
-    question.progress->isAbandoned = true;
-  }
-  const std::lock_guard lock(mailbox_->lock);
-  mailbox_->wakeup = nullptr;
-}
+ThreadedFileFinder::~ThreadedFileFinder() = default;
 
 bool ThreadedFileFinder::isRegularFile(const fs::path& file) {
   std::error_code ignored;
@@ -57,26 +48,23 @@ bool ThreadedFileFinder::isRegularFile(const fs::path& file) {
 
 Disposable ThreadedFileFinder::findFirst(std::vector<fs::path> files, std::function<void(Answer)> reply) {
   const std::uint64_t id = ++lastQuestion_;
-  questions_[id] = {std::move(files), std::move(reply), false, nullptr, std::nullopt};
-  look(id, 0);
-  return Disposable([this, id, box = mailbox_] {
-    {
-      const std::lock_guard lock(box->lock);
-      if (box->wakeup == nullptr) {
-        return;
-      }
-    }
-    if (const auto entry = questions_.find(id); entry != questions_.end()) {
-      // The thread is watched to its end all the same, so that its folder is known if it hangs.
-      entry->second.reply = nullptr;
+  Question& question = (*questions_)[id];
+  question.files = std::move(files);
+  question.reply = std::move(reply);
+  search(id, 0);
+  return Disposable([id, weak = std::weak_ptr(questions_)] {
+    const auto questions = weak.lock();
+    if (questions && questions->contains(id)) {
+      // The thread is still watched until it ends, so that its folder is known if it hangs.
+      questions->at(id).reply = nullptr;
     }
   });
 }
 
-// Starts a thread for the files from that one on.
-void ThreadedFileFinder::look(std::uint64_t id, std::size_t from) {
-  Question& question = questions_.at(id);
-  // What hangs is not asked again.
+// Starts a thread that looks at the files from that index on.
+void ThreadedFileFinder::search(std::uint64_t id, std::size_t from) {
+  Question& question = questions_->at(id);
+  // Folders in which a thread hangs are skipped.
   std::vector<std::pair<std::size_t, fs::path>> places;
   for (std::size_t index = from; index < question.files.size(); ++index) {
     if (hangs(question.files[index])) {
@@ -88,95 +76,74 @@ void ThreadedFileFinder::look(std::uint64_t id, std::size_t from) {
   const auto progress = std::make_shared<Progress>();
   progress->index = places.empty() ? question.files.size() : places.front().first;
   question.progress = progress;
-  question.deadline = loop_.after(kPatience, [this, id] { watch(id); });
-  auto work = [id, progress, box = mailbox_, look = lookAt_, places = std::move(places)] {
+  question.deadline = runLoop_.after(kPatience, [this, id] { watch(id); });
+  auto work = [progress, look = look_, places = std::move(places)](const std::stop_token& stop) {
     std::optional<std::size_t> found;
     for (const auto& [index, file] : places) {
-      {
-        const std::lock_guard lock(progress->lock);
-        if (progress->isAbandoned) {
-          break;
-        }
-        progress->index = index;
-        progress->since = Clock::now();
+      if (stop.stop_requested() || !progress->begin(index)) {
+        break;
       }
       if (look(file)) {
         found = index;
         break;
       }
     }
-    {
-      const std::lock_guard lock(progress->lock);
-      progress->isDone = true;
-    }
-    const std::lock_guard lock(box->lock);
-    if (box->wakeup != nullptr) {
-      box->letters.push_back({id, progress, found});
-      box->wakeup->signal();
-    }
+    progress->finish(found);
   };
   try {
-    std::thread(std::move(work)).detach();
+    question.thread.emplace(work_.run(std::move(work), [this, id, progress] { collect(id, progress); }));
   } catch (const std::system_error&) {
-    // No thread is to be had; the deadline answers.
+    // No thread could be started; the deadline answers.
     progress->index = question.files.size();
   }
 }
 
-// Leaves a thread behind that has been at one file for too long.
+// Gives up a thread that has been looking at one file for too long.
 void ThreadedFileFinder::watch(std::uint64_t id) {
-  Question& question = questions_.at(id);
+  Question& question = questions_->at(id);
   std::size_t index = 0;
   {
-    const std::lock_guard lock(question.progress->lock);
+    const std::lock_guard guard(question.progress->lock);
     if (question.progress->isDone) {
-      // Its letter is on the way.
+      // The run loop is about to collect its result.
       return;
     }
     const auto passed = Clock::now() - question.progress->since;
     if (passed < kPatience) {
       const auto left = std::chrono::ceil<std::chrono::milliseconds>(kPatience - passed);
-      question.deadline = loop_.after(left, [this, id] { watch(id); });
+      question.deadline = runLoop_.after(left, [this, id] { watch(id); });
       return;
     }
     index = question.progress->index;
     question.progress->isAbandoned = true;
   }
   question.someUnanswered = true;
-  if (index < question.files.size()) {
-    hanging_[question.progress] = question.files[index].parent_path();
+  if (question.thread) {
+    const fs::path file = index < question.files.size() ? question.files[index] : fs::path();
+    hanging_.emplace(question.progress, Hanging{file.parent_path(), *std::move(question.thread)});
+    question.thread.reset();
   }
   if (!question.reply || index + 1 >= question.files.size()) {
     answer(id, std::nullopt);
   } else {
-    look(id, index + 1);
+    search(id, index + 1);
   }
 }
 
-void ThreadedFileFinder::collect() {
-  std::vector<Mailbox::Letter> letters;
-  {
-    const std::lock_guard lock(mailbox_->lock);
-    letters.swap(mailbox_->letters);
-  }
-  for (const auto& [id, progress, found] : letters) {
-    hanging_.erase(progress);
-    const auto entry = questions_.find(id);
-    if (entry != questions_.end() && entry->second.progress == progress) {
-      answer(id, found);
-    }
+// Takes the result of a thread, unless it was given up.
+void ThreadedFileFinder::collect(std::uint64_t id, const std::shared_ptr<Progress>& progress) {
+  if (hanging_.erase(progress) == 0) {
+    answer(id, progress->found);
   }
 }
 
 bool ThreadedFileFinder::hangs(const fs::path& file) const {
   return std::ranges::any_of(hanging_,
-                             [folder = file.parent_path()](const auto& each) { return each.second == folder; });
+                             [folder = file.parent_path()](const auto& each) { return each.second.folder == folder; });
 }
 
 void ThreadedFileFinder::answer(std::uint64_t id, std::optional<std::size_t> found) {
-  const auto entry = questions_.find(id);
-  Question question = std::move(entry->second);
-  questions_.erase(entry);
+  const Question question = std::move(questions_->extract(id).mapped());
   if (question.reply) {
     question.reply({found, question.someUnanswered});
   }

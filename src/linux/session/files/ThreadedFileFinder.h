@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -8,24 +9,24 @@
 #include <optional>
 #include <vector>
 
-#include "linux/toolkit/loop/Wakeup.h"
+#include "linux/toolkit/loop/QtBackgroundWork.h"
 #include "platform/FileFinder.h"
 #include "platform/RunLoop.h"
 
 namespace quilex {
 
-/// Looks for files in threads of its own, one for each question. A thread whose file system does not answer is left
-/// behind, and another goes on with the remaining files. While it hangs, the other files of the folder that it hangs in
-/// count as unanswered at once, so that no folder holds more than a few threads. Nothing waits for such a thread, at
-/// the end neither.
+/// Looks for files on other threads, one for each question. A thread whose file system does not answer is given up, and
+/// another one continues with the remaining files. While a thread hangs, the other files of its folder count as
+/// unanswered at once, so that a folder blocks only a few threads. Nothing waits for such a thread, not even the
+/// destructor.
 class ThreadedFileFinder : public FileFinder {
  public:
-  /// Whether a regular file exists there; called in other threads, and may block.
+  /// Whether a regular file exists there; called on other threads, and may block.
   using Look = std::function<bool(const std::filesystem::path&)>;
 
   /// `runLoop` must outlive the finder. Needs a QCoreApplication.
   explicit ThreadedFileFinder(RunLoop& runLoop, Look look = isRegularFile);
-  /// Drops the questions that are open.
+  /// Drops the open questions.
   ~ThreadedFileFinder() override;
 
   [[nodiscard]] Disposable findFirst(std::vector<std::filesystem::path> files,
@@ -34,33 +35,37 @@ class ThreadedFileFinder : public FileFinder {
   static bool isRegularFile(const std::filesystem::path& file);
 
  private:
-  struct Mailbox;
   struct Progress;
   struct Question {
     std::vector<std::filesystem::path> files;
     /// Empty once nobody waits for the answer.
     std::function<void(Answer)> reply;
     bool someUnanswered = false;
-    /// What the thread that looks for the files is at.
+    /// The thread that looks for the files.
     std::shared_ptr<Progress> progress;
+    std::optional<Disposable> thread;
     std::optional<Disposable> deadline;
   };
   using Questions = std::map<std::uint64_t, Question>;
+  struct Hanging {
+    std::filesystem::path folder;
+    Disposable thread;
+  };
 
-  void look(std::uint64_t id, std::size_t from);
+  void search(std::uint64_t id, std::size_t from);
   void watch(std::uint64_t id);
-  void collect();
+  void collect(std::uint64_t id, const std::shared_ptr<Progress>& progress);
   bool hangs(const std::filesystem::path& file) const;
   void answer(std::uint64_t id, std::optional<std::size_t> found);
 
-  RunLoop& loop_;
-  Look lookAt_;
-  Questions questions_;
+  RunLoop& runLoop_;
+  Look look_;
+  QtBackgroundWork work_{std::chrono::milliseconds(0)};
+  /// Shared with the tokens, which may outlive the finder.
+  std::shared_ptr<Questions> questions_;
   std::uint64_t lastQuestion_ = 0;
-  /// The folders that threads hang in, by the progress of those threads.
-  std::map<std::shared_ptr<Progress>, std::filesystem::path> hanging_;
-  Wakeup wakeup_;
-  std::shared_ptr<Mailbox> mailbox_;
+  /// The threads that were given up and have not ended.
+  std::map<std::shared_ptr<Progress>, Hanging> hanging_;
 };
 
 }  // namespace quilex

@@ -17,7 +17,7 @@ struct ListDeleter {
   void operator()(char** list) const { px_proxy_factory_free_proxies(list); }
 };
 
-/// A proxy as libproxy writes it; nothing for a kind that Qt does not speak.
+/// Reads a proxy as libproxy writes it; nothing for a kind that Qt does not support.
 std::optional<QNetworkProxy> proxyOf(const QUrl& url) {
   if (url.scheme() == "direct") {
     return QNetworkProxy(QNetworkProxy::NoProxy);
@@ -30,8 +30,7 @@ std::optional<QNetworkProxy> proxyOf(const QUrl& url) {
                        static_cast<quint16>(url.port(isSocks ? 1080 : 80)), url.userName(), url.password());
 }
 
-/// By way of libproxy and not of Qt, which would call it in a thread that it joins at the end of the process, even if
-/// it hangs.
+/// Asks libproxy directly. Qt would ask it in a thread that it joins at the end of the process, even if that hangs.
 QNetworkProxy systemProxy(const QUrl& url) {
   const std::unique_ptr<pxProxyFactory, FactoryDeleter> factory(px_proxy_factory_new());
   const std::unique_ptr<char*, ListDeleter> list(
@@ -48,7 +47,7 @@ QNetworkProxy systemProxy(const QUrl& url) {
 
 QNetworkProxy lookUpProxy(const QUrl& url) {
   auto proxy = systemProxy(url);
-  // Qt resolves the name once more, in threads that it joins as well; with an answer here it finds one there.
+  // Qt resolves the name again, also in threads that it joins. After this look-up it gets an answer at once.
   const bool isDirect = proxy.type() == QNetworkProxy::NoProxy;
   addrinfo* addresses = nullptr;
   if (getaddrinfo((isDirect ? url.host(QUrl::FullyEncoded) : proxy.hostName()).toUtf8().constData(), nullptr, nullptr,

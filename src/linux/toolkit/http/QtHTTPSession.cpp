@@ -55,7 +55,7 @@ QByteArray charset(const QNetworkReply& reply) {
 std::optional<std::string> decoded(std::string bytes, const QByteArray& charset) {
   constexpr std::array<std::string_view, 3> kExtendAscii = {"utf-8", "us-ascii", "iso-8859-1"};
   const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-  // Nearly every reply, and sparing a large one two copies.
+  // True for nearly every reply, and saves a large one two copies.
   if (std::ranges::count(kExtendAscii, std::string_view(charset)) > 0 && std::ranges::all_of(bytes, isAscii)) {
     return bytes;
   }
@@ -67,7 +67,8 @@ std::optional<std::string> decoded(std::string bytes, const QByteArray& charset)
   return decoder.hasError() ? std::nullopt : std::optional(text.toStdString());
 }
 
-/// Whether a whole answer came, of whatever status; Qt takes some of those for errors of the content or the server.
+/// True if a complete answer came, whatever its status. Qt reports some statuses as errors of the content or the
+/// server.
 bool isAnswered(const QNetworkReply& reply) {
   const auto error = reply.error();
   return error == QNetworkReply::NoError ||
@@ -75,9 +76,10 @@ bool isAnswered(const QNetworkReply& reply) {
           error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
 }
 
-/// Shuts down the connections to that port of this machine. Qt reads the head of a reply over plain http for as long as
-/// more of it comes, and only then sees that the request was given up, or that its thread is to end. Over TLS it stops
-/// by itself, and other hosts are not asked without.
+/// Shuts down this process's connections to that port of the loopback host. While a server sends the head of a reply
+/// over plain http, Qt's thread keeps reading: it notices neither that the request was aborted nor that the thread
+/// should end. Qt gives no access to the socket, so it is found by its peer. TLS has no such problem, and plain http is
+/// only allowed for loopback hosts.
 void shutDownLoopback(quint16 port) {
   for (const QString& entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
     const int descriptor = entry.toInt();
@@ -97,7 +99,8 @@ void shutDownLoopback(quint16 port) {
 
 }  // namespace
 
-/// A request that is under way. Dropping it ends whatever it waits for, and may happen in a signal of what it owns.
+/// A request in progress. Destroying it cancels everything that it waits for, and is allowed in a signal of an object
+/// that it owns.
 struct QtHTTPSession::Exchange {
   struct LaterDeleter {
     void operator()(QObject* object) const {
@@ -106,7 +109,7 @@ struct QtHTTPSession::Exchange {
     }
     void operator()(QNetworkReply* ended) const {
       ended->disconnect();
-      // Qt complains of an end that comes on top of an error.
+      // Aborting a reply that has failed makes Qt print a warning.
       if (ended->error() == QNetworkReply::NoError) {
         ended->abort();
       }
@@ -115,24 +118,24 @@ struct QtHTTPSession::Exchange {
   };
 
   QNetworkRequest request;
-  HTTPRequest posted;
+  HTTPRequest content;
   std::function<void(std::optional<std::string> text)> reply;
-  /// Ends the exchange when it goes off.
+  /// Ends the exchange on timeout.
   std::unique_ptr<QTimer, LaterDeleter> limit{new QTimer};
   std::optional<Disposable> work;
   std::unique_ptr<QNetworkReply, LaterDeleter> answer;
   std::string received;
-  /// The session ends before the request does.
+  /// True if the session ends before the request.
   bool isGivenUp = false;
 
-  /// False when there is more than there may be.
+  /// Reads what has arrived. False if the reply is too large.
   bool receive() {
     if (received.empty()) {
       const auto announced = answer->header(QNetworkRequest::ContentLengthHeader).toULongLong();
-      received.reserve(std::min<std::size_t>(announced, posted.maximumReplySize));
+      received.reserve(std::min<std::size_t>(announced, content.maximumReplySize));
     }
     const QByteArray bytes = answer->readAll();
-    if (bytes.size() > static_cast<qsizetype>(posted.maximumReplySize - received.size())) {
+    if (bytes.size() > static_cast<qsizetype>(content.maximumReplySize - received.size())) {
       return false;
     }
     received.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -140,9 +143,9 @@ struct QtHTTPSession::Exchange {
   }
 };
 
-QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work,
-                             StatusReport& statusReport)
-    : configuration_(std::move(theConfiguration)), backgroundWork_(work), report_(statusReport) {}
+QtHTTPSession::QtHTTPSession(HTTPSessionConfiguration configuration, BackgroundWork& backgroundWork,
+                             StatusReport& report)
+    : configuration_(std::move(configuration)), backgroundWork_(backgroundWork), report_(report) {}
 
 QtHTTPSession::~QtHTTPSession() {
   while (!exchanges_.empty()) {
@@ -152,11 +155,12 @@ QtHTTPSession::~QtHTTPSession() {
   }
 }
 
-void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) {
-  QNetworkRequest request(QUrl(QString::fromStdString(posted.url), QUrl::StrictMode));
+void QtHTTPSession::post(const HTTPRequest& content, std::function<void(std::optional<std::string> text)> reply) {
+  mainThread_.check();
+  QNetworkRequest request(QUrl(QString::fromStdString(content.url), QUrl::StrictMode));
   request.setRawHeader("User-Agent", QByteArray::fromStdString(configuration_.userAgent));
   request.setRawHeader("Accept-Language", acceptLanguage());
-  request.setRawHeader("Content-Type", QByteArray::fromStdString(posted.contentType));
+  request.setRawHeader("Content-Type", QByteArray::fromStdString(content.contentType));
   request.setTransferTimeout(static_cast<int>(configuration_.timeout.count()));
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
   request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
@@ -164,7 +168,7 @@ void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::opti
 
   Exchange& exchange = exchanges_.emplace_back();
   exchange.request = request;
-  exchange.posted = posted;
+  exchange.content = content;
   exchange.reply = std::move(reply);
   QTimer* const limit = exchange.limit.get();
   limit->setSingleShot(true);
@@ -178,9 +182,9 @@ void QtHTTPSession::post(const HTTPRequest& posted, std::function<void(std::opti
 void QtHTTPSession::send(Exchange& exchange, const QNetworkProxy& proxy) {
   exchange.limit->start(configuration_.longest);
   manager_.setProxy(proxy);
-  exchange.answer.reset(manager_.post(exchange.request, QByteArray::fromStdString(exchange.posted.body)));
+  exchange.answer.reset(manager_.post(exchange.request, QByteArray::fromStdString(exchange.content.body)));
   QNetworkReply* const answer = exchange.answer.get();
-  // What comes faster than it is taken up waits outside of this process.
+  // What arrives faster than it is read waits outside this process.
   answer->setReadBufferSize(kReadBufferSize);
   QObject::connect(answer, &QNetworkReply::readyRead, answer, [this, &exchange] {
     if (!exchange.receive()) {
@@ -215,7 +219,7 @@ void QtHTTPSession::finish(Exchange& exchange, std::optional<std::string> text) 
     unfinishedPort_ = static_cast<quint16>(exchange.request.url().port(80));
   }
   exchanges_.remove_if([&](const Exchange& each) { return &each == &exchange; });
-  // Not while another request may be using such a connection.
+  // Another request might be using such a connection.
   if (exchanges_.empty() && unfinishedPort_) {
     shutDownLoopback(*std::exchange(unfinishedPort_, {}));
   }
@@ -233,7 +237,7 @@ void QtHTTPSession::describe(const Exchange& exchange, const std::optional<std::
   } else if (answer != nullptr) {
     outcome = "an answer that is too large, too slow or no text";
   }
-  qCInfo(serviceLog, "%s: %s", exchange.posted.url.c_str(), outcome.c_str());
+  qCInfo(serviceLog, "%s: %s", exchange.content.url.c_str(), outcome.c_str());
   report_.update([&](AgentStatus& status) {
     status.serviceAnswer = outcome;
     status.serviceAnswered = text.has_value();

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/MainThread.h"
 #include "platform/BackgroundWork.h"
 #include "platform/HTTPSession.h"
 #include "platform/StatusReport.h"
@@ -12,15 +13,15 @@
 namespace quilex {
 
 /// A session over Qt's HTTP client, which has a thread of its own; needs a QCoreApplication. Verifies TLS against the
-/// system's authorities and goes through the system's proxy; looking that up counts as waiting for data. Neither
-/// follows redirections nor keeps cookies.
+/// system's authorities and uses the system's proxy, whose look-up counts as waiting for data. Does not follow
+/// redirections or keep cookies.
 class QtHTTPSession : public HTTPSession {
  public:
-  /// What becomes of each request is written into `report`.
-  QtHTTPSession(HTTPSessionConfiguration theConfiguration, BackgroundWork& work, StatusReport& statusReport);
+  /// The result of each request is written into `report`.
+  QtHTTPSession(HTTPSessionConfiguration configuration, BackgroundWork& backgroundWork, StatusReport& report);
   ~QtHTTPSession() override;
 
-  void post(const HTTPRequest& posted, std::function<void(std::optional<std::string> text)> reply) override;
+  void post(const HTTPRequest& content, std::function<void(std::optional<std::string> text)> reply) override;
 
  private:
   struct Exchange;
@@ -31,12 +32,13 @@ class QtHTTPSession : public HTTPSession {
   void finish(Exchange& exchange, std::optional<std::string> text);
   void describe(const Exchange& exchange, const std::optional<std::string>& text);
 
+  [[no_unique_address]] MainThread mainThread_;
   HTTPSessionConfiguration configuration_;
   BackgroundWork& backgroundWork_;
   StatusReport& report_;
   QNetworkAccessManager manager_;
   Exchanges exchanges_;
-  /// The port that a request over plain http went to and was given up at; its connection is still to be ended.
+  /// The port of a plain http request that was given up. Its connection is shut down once no request may be using it.
   std::optional<quint16> unfinishedPort_;
 };
 

@@ -14,14 +14,14 @@ namespace quilex {
 
 namespace {
 
-/// A progressive JPEG may be repainted without end; a second is much for one that is not made to harm.
+/// In milliseconds. A malicious progressive JPEG can be repainted endlessly; a normal one takes less than a second.
 constexpr qint64 kLongestDecoding = 10'000;
 
 bool fits(qint64 width, qint64 height, std::size_t maximumPixels) {
   return width > 0 && height > 0 && static_cast<std::size_t>(width) <= maximumPixels / static_cast<std::size_t>(height);
 }
 
-/// Qt's own reader leaves it to libpng to print what is wrong with a file.
+/// Used instead of Qt's reader, with which libpng prints what is wrong with a file.
 QImage decodePng(std::string_view bytes, std::size_t maximumPixels) {
   png_image header = {};
   header.version = PNG_IMAGE_VERSION;
@@ -39,10 +39,10 @@ QImage decodePng(std::string_view bytes, std::size_t maximumPixels) {
   return image;
 }
 
-/// Bytes that end when decoding them is to end.
+/// Bytes whose end is reached early when decoding should stop.
 class Source : public QBuffer {
  public:
-  Source(QByteArray* bytes, const std::stop_token& stopToken) : QBuffer(bytes), stop_(stopToken) { clock_.start(); }
+  Source(QByteArray* bytes, const std::stop_token& stop) : QBuffer(bytes), stop_(stop) { clock_.start(); }
 
   bool isCut() const { return stop_.stop_requested() || clock_.hasExpired(kLongestDecoding); }
 
@@ -61,14 +61,14 @@ QImage decodeOther(std::string_view bytes, std::size_t maximumPixels, const std:
   Source source(&content, stop);
   source.open(QIODevice::ReadOnly);
   QImageReader reader(&source);
-  // Those whose readers print nothing on their own. A drawing in lines may ask for endless work, or for local files.
+  // Only formats whose readers print nothing. Vector images are left out: they can require endless work or local files.
   static const QList<QByteArray> kFormats{"bmp", "gif", "jpeg", "jpg"};
   const QSize size = kFormats.contains(reader.format()) ? reader.size() : QSize();
   if (!fits(size.width(), size.height(), maximumPixels)) {
     return {};
   }
   QImage image = reader.read();
-  // Of some formats the header does not say all.
+  // The header of some formats does not state the final size.
   if (source.isCut() || !fits(image.width(), image.height(), maximumPixels)) {
     return {};
   }

@@ -6,7 +6,7 @@
 
 namespace quilex {
 
-/// A picture decoded for Qt.
+/// An image decoded for Qt.
 class QtImage : public Image {
  public:
   explicit QtImage(QImage decoded) : image(std::move(decoded)) {}
@@ -14,7 +14,7 @@ class QtImage : public Image {
   const QImage image;
 };
 
-/// `DecodeImage`: PNG by libpng, and the other formats of pixels by Qt.
+/// A `DecodeImage`. libpng decodes PNG, and Qt the other pixel formats.
 DecodedImage decodeQtImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop);
 
 }  // namespace quilex

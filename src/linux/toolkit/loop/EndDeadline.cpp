@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kNotGiven = -1;
 
-// A signal handler reaches nothing but globals.
+// A signal handler can only reach globals.
 int eventOfSignals = -1;
 
 void notify(int event) {
@@ -35,7 +35,7 @@ void handle(int /*signal*/) {
 }  // namespace
 
 EndDeadline& EndDeadline::shared() {
-  // Destructors of static objects are among what may hang.
+  // Never destroyed, because the destructors of static objects may hang too.
   static auto* const one = new EndDeadline;
   return *one;
 }
@@ -97,10 +97,10 @@ void EndDeadline::watch() {
 }
 
 void EndDeadline::end() {
-  // Held to the end, so that nothing an action uses goes away.
+  // Never unlocked, so that nothing an action uses is destroyed.
   ending_.lock();
   const auto latest = std::chrono::steady_clock::now() + kLastActions;
-  // The threads may outlive this function, not the process.
+  // Shared, because the threads may outlive this function.
   const auto left = std::make_shared<std::atomic<std::size_t>>(lastActions_.size());
   for (const auto& action : lastActions_) {
     std::thread([&action, left] {

@@ -14,28 +14,30 @@
 namespace quilex {
 
 /// Ends the process in time, whatever hangs. The end begins with the first SIGTERM, SIGINT or SIGHUP, or with `begin`;
-/// later ones change nothing. The main thread then has `kOrderlyEnd` to end the process by itself. After that a thread
-/// of this class runs the last actions, for `kLastActions` at most, and leaves without any destructor.
+/// later ones are ignored. The main thread then has `kOrderlyEnd` to end the process. After that a thread of this class
+/// runs the last actions, for `kLastActions` at most, and ends the process without running any destructor.
 class EndDeadline {
  public:
 #ifdef QUILEX_SANITIZED
-  // The sanitizers look for leaks at the very end, and are slow.
+  // The sanitizers are slow, and check for leaks at the very end.
   static constexpr std::chrono::milliseconds kOrderlyEnd{10000};
 #else
   static constexpr std::chrono::milliseconds kOrderlyEnd{1100};
 #endif
   static constexpr std::chrono::milliseconds kLastActions{600};
 
-  /// The one of the process, which is never destroyed. The first call takes the signals over and starts the thread.
+  /// The process's only instance, which is never destroyed. The first call installs the signal handlers and starts the
+  /// thread.
   static EndDeadline& shared();
 
-  /// Runs the action on the main thread when the end begins, or soon if it has begun, until the token is released. At
-  /// most one token may exist at a time; needs a QCoreApplication.
+  /// Runs the action on the main thread when the end begins, or soon if it has begun already, until the token is
+  /// released. Only one token may exist at a time; needs a QCoreApplication.
   [[nodiscard]] Disposable observe(std::function<void()> action);
-  /// An action for an end that is not orderly. It runs in a thread of its own beside the other actions, while the main
-  /// thread may hang anywhere, and may hang itself. Releasing the token does not return once the actions run.
+  /// Adds an action for when the main thread does not end in time. It runs in a thread of its own, and may hang. Once
+  /// the actions run, releasing the token blocks until the process ends.
   [[nodiscard]] Disposable addLastAction(std::function<void()> action);
-  /// Begins the end of the process with that exit status; the status of an end that has begun stays. Any thread.
+  /// Begins the end of the process with that exit status. The status of an end that has already begun stays. Any
+  /// thread.
   void begin(int status);
 
  private:

@@ -10,7 +10,7 @@ namespace quilex {
 class FileDescriptor {
  public:
   FileDescriptor() = default;
-  explicit FileDescriptor(int openDescriptor) : descriptor_(openDescriptor) {}
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
   ~FileDescriptor() { reset(); }
   FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {

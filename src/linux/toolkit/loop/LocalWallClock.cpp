@@ -20,7 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 
 QDateTime dateTime(WallClock::Time time) {
-  // The time zone may have changed since the last look.
+  // The time zone may have changed since the last call.
   tzset();
   return QDateTime::fromMSecsSinceEpoch(time.time_since_epoch().count());
 }
@@ -50,10 +50,10 @@ std::optional<WallClock::Time> LocalWallClock::addingOneDay(Time time) const {
 }
 
 Disposable LocalWallClock::at(Time date, std::function<void()> action) {
-  // A timer set to a time of this clock follows the clock through whatever happens to it.
+  // A timer on this clock also follows suspends and changes of the clock.
   const auto alarm = std::make_shared<Alarm>();
   alarm->timer = FileDescriptor(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK));
-  // Zero would disarm it, and what is past is past.
+  // Zero would disarm the timer. Any time in the past is as good.
   date = std::max(date, Time(1ms));
   const auto seconds = std::chrono::floor<std::chrono::seconds>(date);
   itimerspec expiry{};
@@ -65,7 +65,7 @@ Disposable LocalWallClock::at(Time date, std::function<void()> action) {
   QObject::connect(alarm->notifier.get(), &QSocketNotifier::activated, alarm->notifier.get(),
                    [weak = std::weak_ptr(alarm), run = std::move(action)] {
                      if (const auto fired = weak.lock()) {
-                       // What it holds may be deleted inside the action, but not before its signal has returned.
+                       // The action may release the token, but the notifier must live until its signal returns.
                        fired->notifier->setEnabled(false);
                        const auto running = run;
                        running();

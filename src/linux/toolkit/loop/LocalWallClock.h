@@ -4,7 +4,7 @@
 
 namespace quilex {
 
-/// The system's clock, with local time as Qt reckons it; needs a QCoreApplication.
+/// The system's clock, with Qt's local time; needs a QCoreApplication.
 class LocalWallClock : public WallClock {
  public:
   Time now() const override;

@@ -8,15 +8,11 @@
 #include <thread>
 #include <utility>
 
+#include "linux/toolkit/loop/DeleteLater.h"
+
 namespace quilex {
 
-namespace {
-
-constexpr std::chrono::milliseconds kLastWait{200};
-
-}  // namespace
-
-/// Counts the threads that are under way.
+/// Counts the threads that are running.
 struct QtBackgroundWork::Threads {
   std::mutex mutex;
   std::condition_variable ended;
@@ -33,17 +29,18 @@ struct QtBackgroundWork::Threads {
   }
 };
 
-QtBackgroundWork::QtBackgroundWork() : threads_(std::make_shared<Threads>()) {}
+QtBackgroundWork::QtBackgroundWork(std::chrono::milliseconds lastWait)
+    : threads_(std::make_shared<Threads>()), lastWait_(lastWait) {}
 
 QtBackgroundWork::~QtBackgroundWork() {
-  threads_->await(kLastWait);
+  threads_->await(lastWait_);
 }
 
 Disposable QtBackgroundWork::run(Work work, std::function<void()> done) {
+  mainThread_.check();
   const auto promise = std::make_shared<QPromise<void>>();
   // Deleted later, because the token may be released inside `done`.
-  const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>,
-                                                      [](QFutureWatcher<void>* each) { each->deleteLater(); });
+  const std::shared_ptr<QFutureWatcher<void>> watcher(new QFutureWatcher<void>, DeleteLater());
   QObject::connect(watcher.get(), &QFutureWatcherBase::finished, watcher.get(), [finish = std::move(done)] {
     const auto finishing = finish;
     finishing();

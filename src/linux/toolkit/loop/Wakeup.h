@@ -8,13 +8,13 @@
 
 namespace quilex {
 
-/// Lets foreign threads and signal handlers have an action run on the main thread. Signals given before the action
-/// runs are answered by one run.
+/// Runs an action on the main thread for other threads and signal handlers. Signals that come before the action runs
+/// are answered by one run.
 class Wakeup {
  public:
   explicit Wakeup(std::function<void()> action);
 
-  /// From any thread or signal handler, as often as needed; never blocks.
+  /// Any thread or signal handler; never blocks.
   void signal() const;
 
  private:
