@@ -1,7 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <system_error>
+
+#include "base/Result.h"
 
 namespace quilex {
 
@@ -9,6 +10,6 @@ namespace quilex {
 inline constexpr auto kPrivateFile = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
 
 /// Makes a folder and the missing ones above it, with mode 0700. A folder that exists keeps its mode.
-std::error_code createPrivateFolder(const std::filesystem::path& folder);
+Outcome createPrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace quilex

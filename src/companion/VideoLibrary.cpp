@@ -55,8 +55,8 @@ Result<std::unique_ptr<VideoLibrary>> VideoLibrary::open(const fs::path& support
     if (!templateFile) {
       return failed("there is no library at " + file + " yet, and the application bundle has no Quilex.db");
     }
-    if (const std::error_code error = placeLibrary(*templateFile, file)) {
-      return failed("the library " + file + " cannot be made: " + error.message());
+    if (const Outcome placed = placeLibrary(*templateFile, file); !placed) {
+      return failed("the library " + file + " cannot be made: " + placed.error().message);
     }
   }
   try {

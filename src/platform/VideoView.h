@@ -5,7 +5,6 @@
 
 namespace quilex {
 
-// For window systems whose player views have a choice; those of Linux always fill the view and have no controls.
 enum class VideoGravity { resizeAspect, resizeAspectFill, resize };
 enum class ControlsStyle { none = 0 };
 
