@@ -31,7 +31,7 @@ TEST_F(ButtonLookTest, AFreshButtonHasTheSystemsColoursAndNoLayerUntilItAwakes) 
 
 TEST_F(ButtonLookTest, ColoursAndImagesFollowThePointerAndADisabledButtonKeepsItsLook) {
   const auto hover = std::make_shared<const Image>(), normal = std::make_shared<const Image>();
-  const auto shows = [&](const Color& color, const ButtonLook::Picture& image) {
+  const auto shows = [&](const Color& color, const ButtonLook::ImagePointer& image) {
     return background() == color && look.image() == image;
   };
   look.awakeFromNib();
