@@ -20,6 +20,10 @@ struct DisplayLossTest : ::testing::Test {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
       std::fprintf(stderr, "toolkit: %s\n", text.toUtf8().constData());
     });
+    loss.emplace("the server", ends[0], [] {
+      qWarning("swallowed");
+      std::fputs("last steps\n", stderr);
+    });
   }
   ~DisplayLossTest() override {
     loss.reset();
@@ -34,17 +38,16 @@ struct DisplayLossTest : ::testing::Test {
     _exit(9);
   }
   int ends[2] = {-1, -1};
-  std::optional<DisplayLoss> loss{std::in_place, "the server", ends[0], [] {
-                                    qWarning("swallowed");
-                                    std::fputs("last steps\n", stderr);
-                                  }};
+  std::optional<DisplayLoss> loss;
   static constexpr auto kLoss = "^quilexhelper: the server is gone\nlast steps\n$";
+  // While it hands a message over, the toolkit prints further ones by itself.
+  static constexpr auto kLossInHandler = "^quilexhelper: the server is gone\n(swallowed\n)?last steps\n$";
 };
 
 TEST_F(DisplayLossTest, WhoeverNoticesTheLossFirstTheAgentEndsInOrder) {
   const auto failed = ::testing::ExitedWithCode(EXIT_FAILURE);
   EXPECT_EXIT(whenGone([&] { loss->end(); }), failed, kLoss) << "the agent";
-  EXPECT_EXIT(whenGone([] { qWarning("The connection is broken."); }), failed, kLoss) << "the toolkit";
+  EXPECT_EXIT(whenGone([] { qWarning("The connection is broken."); }), failed, kLossInHandler) << "the toolkit";
   EXPECT_EXIT(whenGone([] { std::exit(7); }), failed, kLoss) << "another library";
   EXPECT_EXIT(whenGone([&] {
                 // The toolkit in a thread of its own.

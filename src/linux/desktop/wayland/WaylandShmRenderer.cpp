@@ -49,8 +49,8 @@ class BufferView {
   }
 
  private:
-  static constexpr wl_buffer_listener kListener = {
-      .release = [](void* data, wl_buffer*) { listener<BufferView>(data).setRead(false); }};
+  static void released(void* data, wl_buffer* /*object*/) { listener<BufferView>(data).setRead(false); }
+  static constexpr wl_buffer_listener kListener = {.release = released};
 
   std::weak_ptr<Buffer> buffer_;
   PixelRect part_;
