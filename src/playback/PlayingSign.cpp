@@ -96,6 +96,11 @@ void PlayingSign::sync() {
     syncsAfterFollowing_ = true;
     return;
   }
+  const bool wasEmptied = services_.preferences.libraryWasEmptied();
+  if (playlist_.current() == nullptr && !wasEmptied) {
+    // A video may have been added whose notification is still on its way.
+    playlist_.rebuild(Playlist::Current::named);
+  }
   const VideoDetail* const current = playlist_.current();
   if (current == nullptr && !playlist_.wasRead()) {
     // An unreadable library says nothing about the video that is playing.
@@ -106,7 +111,7 @@ void PlayingSign::sync() {
   if (sign == services_.preferences.playingVideoSign.get() || services_.preferences.isAnotherVideoChosen()) {
     return;
   }
-  if (!sign && services_.preferences.libraryWasEmptied()) {
+  if (!sign && wasEmptied) {
     services_.preferences.forgetPlayingVideoSign();
   } else {
     services_.preferences.playingVideoSign.set(sign);

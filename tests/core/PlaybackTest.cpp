@@ -216,7 +216,19 @@ TEST_F(PlaybackTest, ALibraryMayBeEmptiedAtAnyTime) {
   libraryChanged();
   end();
   EXPECT_EQ(suite.string(kSign), std::nullopt);
-  // Or while a file is looked for.
+  // It may be filled again by a program whose settings arrive before its notification.
+  add({"A"});
+  launch({});
+  removeAll(1s);
+  add({"A"});
+  suite.values.erase("LibraryWasEmptied");
+  write("IsOpenPlayer", true);
+  EXPECT_EQ(suite.string(kSign), "A");
+  commands();
+  libraryChanged();
+  EXPECT_EQ(commands(), " A");
+  // Or emptied while a file is looked for.
+  sql("delete from LocalVideos");
   add({"A", "B"});
   launch({{"PlayMode", 2L}, {"LibraryWasEmptied", true}});
   finder.hanging = {"B"};
