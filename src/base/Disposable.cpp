@@ -27,7 +27,7 @@ Disposable& Disposable::operator=(Disposable&& other) noexcept {
 }
 
 void Disposable::dispose() noexcept {
-  // Emptied first, so that a closure which reaches this token again does not run twice.
+  // Emptied first: the closure may destroy or replace this token.
   if (auto action = std::exchange(closure_, nullptr)) {
     action();
   }

@@ -4,8 +4,8 @@
 
 namespace quilex {
 
-/// A token for something that must be ended, such as an observation. Destroying it runs its closure exactly once;
-/// there is no way to run it earlier or to cancel it. A moved-from token holds nothing.
+/// A token for something that has to be ended, such as an observation. Destroying it runs its closure exactly once;
+/// the closure cannot be run earlier or cancelled. A moved-from token holds nothing.
 class [[nodiscard]] Disposable {
  public:
   Disposable() = delete;

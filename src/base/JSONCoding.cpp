@@ -13,7 +13,7 @@ std::optional<nlohmann::json> parse(std::string_view text) {
     const bool opens = event == Event::object_start || event == Event::array_start;
     values += opens || event == Event::value ? 1 : 0;
     tooLarge |= (opens && depth >= kMaximumDepth) || values > kMaximumValues;
-    // What is not kept takes no memory, and is not nested either, so that taking it apart again needs no stack.
+    // Values that are not kept take no memory, and their destruction does not recurse.
     return !tooLarge;
   };
   auto json = nlohmann::json::parse(text, keep, false);

@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tl/expected.hpp>
 #include <tuple>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace quilex::json {
@@ -20,7 +20,7 @@ struct DecodingError {
   Kind kind;
   /// The keys, and the indices into arrays, from the outermost value to the place of the error, joined by points.
   std::string codingPath;
-  /// What the type that was asked for says of it; most say nothing.
+  /// A text of the type that was asked for; most have none.
   std::string description{};
 
   bool operator==(const DecodingError&) const = default;
@@ -28,7 +28,7 @@ struct DecodingError {
 
 /// The value, or the first error in the order of the record's declaration.
 template <typename Value>
-using Decoded = std::variant<Value, DecodingError>;
+using Decoded = tl::expected<Value, DecodingError>;
 
 /// One member of a record, named once: its JSON key and where it is kept.
 template <typename Record, typename Value>
@@ -48,20 +48,20 @@ concept Record = requires {
 /// How deeply arrays and objects may be nested in a text that is parsed, the outermost one counted.
 constexpr int kMaximumDepth = 128;
 
-/// How many values a text that is parsed may hold, each entry of an array or object counted: in memory a value takes
-/// many times the three bytes that it takes in a text.
+/// How many values a text that is parsed may hold, each entry of an array or object counted. In a text a value can take
+/// as little as three bytes, in memory it takes many times that.
 constexpr int kMaximumValues = 100'000;
 
-/// Parses a text; nothing when it is malformed or holds too many values, or too deeply nested ones, so that whatever
-/// walks through the value may recurse.
+/// Parses a text; nothing when it is malformed, holds too many values or nests them too deeply. Code that walks through
+/// the value may recurse.
 std::optional<nlohmann::json> parse(std::string_view text);
 
-/// The integer that a number stands for; nothing for a fraction, a number beyond 64 bits, or no number. JSON does not
-/// tell 3.0 and 1e2 from whole numbers.
+/// The integer that a number stands for; nothing for a fraction, a number beyond 64 bits, or no number. In JSON, 3.0
+/// and 1e2 are whole numbers too.
 std::optional<std::int64_t> wholeNumber(const nlohmann::json& json);
 
-/// How the values of a type are read and written; to be specialised for a type that is neither a record nor one of
-/// those below. `read` never sees a null unless `acceptsNull` says so.
+/// How the values of a type are read and written; to be specialised for types that are neither records nor listed
+/// below. `read` gets no null unless the specialisation has a member `acceptsNull`.
 template <typename Value>
 struct Coder;
 
@@ -69,7 +69,7 @@ using ReadingError = std::optional<DecodingError>;
 
 namespace detail {
 
-/// Says that the error came up inside the value with that key or index.
+/// Puts the key or index of the value in which the error occurred before its coding path.
 ReadingError within(const std::string& key, ReadingError error);
 
 template <typename Value>
@@ -154,13 +154,13 @@ template <typename Value>
 Decoded<Value> decode(const nlohmann::json& json) {
   Value value{};
   if (auto error = detail::read(json, value)) {
-    return *std::move(error);
+    return tl::unexpected(*std::move(error));
   }
   return value;
 }
 
-/// The value that a text stands for; nothing when the text does not parse or is not such a value. A large text is best
-/// moved in, so that it is gone before the value is made.
+/// The value that a text stands for; nothing when the text does not parse or is not such a value. Move a large text in:
+/// it is then released before the value is made.
 template <typename Value>
 std::optional<Value> decodeText(std::string text) {
   const auto json = parse(std::exchange(text, {}));

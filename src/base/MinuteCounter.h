@@ -8,7 +8,7 @@
 
 namespace quilex {
 
-/// Counts what happens, and says how often it did in the last minute, to the second. Nothing runs between two calls.
+/// Counts events of the last minute, to the second. It needs no timer.
 class MinuteCounter {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -24,7 +24,7 @@ class MinuteCounter {
   }
 
  private:
-  // Forgets the seconds that are a minute old.
+  // Drops the seconds that are a minute old.
   void turnTo(Time now) {
     const auto next = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
     if (next - second_ >= static_cast<std::int64_t>(counts_.size())) {

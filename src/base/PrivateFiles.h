@@ -1,15 +1,15 @@
 #pragma once
 
 #include <filesystem>
-#include <system_error>
+
+#include "base/Result.h"
 
 namespace quilex {
 
-/// The mode of the files that hold what a user does and watches.
+/// The mode of files about what a user does and watches.
 inline constexpr auto kPrivateFile = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
 
-/// Makes a folder, and those above it that are missing, for the user alone (mode 0700). A folder that exists keeps its
-/// mode.
-std::error_code createPrivateFolder(const std::filesystem::path& folder);
+/// Makes a folder and the missing ones above it, with mode 0700. A folder that exists keeps its mode.
+Outcome createPrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace quilex

@@ -28,7 +28,8 @@ bool isPlain(const std::string& sign) {
 }
 
 void offerVideos(const std::string& beginning, const std::vector<std::string>& namedAlready) {
-  const auto videos = readLibrary();
+  // Pressing a key to see the choices does not make a library.
+  const auto videos = readLibrary(MissingLibrary::left);
   for (const VideoDetail& video : videos ? *videos : std::vector<VideoDetail>()) {
     if (isPlain(video.sign) && std::ranges::find(namedAlready, video.sign) == namedAlready.end()) {
       offer(beginning, video.sign, video.title);

@@ -155,10 +155,10 @@ QImage scaled(const AVFrame& frame, AVRational pixelShape, bool quarterTurn) {
 Result<MediaFile> MediaFile::open(const std::filesystem::path& file) {
   av_log_set_level(AV_LOG_QUIET);
   auto opened = MediaInput::open(file, interrupted);
-  if (auto* error = std::get_if<MediaInput::Error>(&opened)) {
-    return failed(error->message);
+  if (!opened) {
+    return failed(opened.error());
   }
-  MediaFile media(std::get<MediaInput>(std::move(opened)));
+  MediaFile media(*std::move(opened));
   media.describe();
   return media;
 }
@@ -189,7 +189,7 @@ void MediaFile::describe() {
                                                 : description_.seconds;
       description_.frames = std::llround(shown * description_.framesPerSecond);
     }
-  } else if (const auto again = input_.reopen(); const auto* whole = std::get_if<MediaInput>(&again)) {
+  } else if (const auto whole = input_.reopen()) {
     description_.frames = countFrames(*whole);
     description_.seconds =
         description_.framesPerSecond > 0 ? static_cast<double>(description_.frames) / description_.framesPerSecond : 0;
@@ -205,9 +205,8 @@ Result<std::string> MediaFile::cover() {
   auto frame = frameAt(input_, offset);
   if (!frame) {
     // Some files can only be read from their beginning.
-    auto again = input_.reopen();
-    if (auto* whole = std::get_if<MediaInput>(&again)) {
-      input_ = std::move(*whole);
+    if (auto whole = input_.reopen()) {
+      input_ = *std::move(whole);
       frame = frameAt(input_, 0);
     }
   }

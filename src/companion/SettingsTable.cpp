@@ -18,6 +18,8 @@ template <typename... Functions>
 struct Overloaded : Functions... {
   using Functions::operator()...;
 };
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 // The whole text as a number between 0 and `largest`. NaN is not in that range.
 template <typename Number>

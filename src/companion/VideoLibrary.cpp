@@ -55,8 +55,8 @@ Result<std::unique_ptr<VideoLibrary>> VideoLibrary::open(const fs::path& support
     if (!templateFile) {
       return failed("there is no library at " + file + " yet, and the application bundle has no Quilex.db");
     }
-    if (const std::error_code error = placeLibrary(*templateFile, file)) {
-      return failed("the library " + file + " cannot be made: " + error.message());
+    if (const Outcome placed = placeLibrary(*templateFile, file); !placed) {
+      return failed("the library " + file + " cannot be made: " + placed.error().message);
     }
   }
   try {
@@ -242,13 +242,14 @@ Outcome VideoLibrary::sweepCovers() {
   });
 }
 
-Result<std::unique_ptr<VideoLibrary>> openLibrary() {
+Result<std::unique_ptr<VideoLibrary>> openLibrary(MissingLibrary missing) {
   const LinuxBundle bundle = LinuxBundle::main();
-  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), bundle.resource("Quilex", "db"));
+  const auto templateFile = missing == MissingLibrary::placed ? bundle.resource("Quilex", "db") : std::nullopt;
+  return VideoLibrary::open(AppInfo(bundle.environment()).urls().applicationSupport(), templateFile);
 }
 
-Result<std::vector<VideoDetail>> readLibrary() {
-  return openLibrary().and_then([](const auto& library) { return library->videos(); });
+Result<std::vector<VideoDetail>> readLibrary(MissingLibrary missing) {
+  return openLibrary(missing).and_then([](const auto& library) { return library->videos(); });
 }
 
 Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std::string& name) {

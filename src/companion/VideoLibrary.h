@@ -65,10 +65,13 @@ class VideoLibrary {
   std::unique_ptr<SQLite::Database> db_;
 };
 
-/// The user's library. If there is none, the bundle's template is copied first.
-Result<std::unique_ptr<VideoLibrary>> openLibrary();
+/// What is done about a library that is missing: the bundle's template is copied first, or opening fails.
+enum class MissingLibrary { placed, left };
+
+/// The user's library.
+Result<std::unique_ptr<VideoLibrary>> openLibrary(MissingLibrary missing = MissingLibrary::placed);
 /// All videos of the user's library.
-Result<std::vector<VideoDetail>> readLibrary();
+Result<std::vector<VideoDetail>> readLibrary(MissingLibrary missing = MissingLibrary::placed);
 
 /// The one video that `name` stands for: its sign, or four or more characters that only its sign begins with.
 Result<VideoDetail> findVideo(const std::vector<VideoDetail>& videos, const std::string& name);

@@ -19,7 +19,7 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
          std::equal(prefix.begin(), prefix.end(), text.begin(), [&](char a, char b) { return lower(a) == lower(b); });
 }
 
-// Blanks, control characters and DEL; they stand escaped in a URL.
+// Blanks and control characters have to be escaped in a URL.
 bool isUnprintable(char character) {
   const auto byte = static_cast<unsigned char>(character);
   return byte <= ' ' || byte == 0x7F;

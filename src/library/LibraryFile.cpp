@@ -3,6 +3,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <random>
+#include <system_error>
 
 #include "base/PrivateFiles.h"
 #include "library/FileURL.h"
@@ -48,7 +49,7 @@ std::string libraryFile(const fs::path& supportDirectory) {
   return supportDirectory.string() + "/Quilex.db";
 }
 
-std::error_code placeLibrary(const fs::path& templateFile, const fs::path& library) {
+Outcome placeLibrary(const fs::path& templateFile, const fs::path& library) {
   // Each process copies under a name of its own. With a shared name one could write into the copy that the other has
   // just made the library.
   fs::path unfinished = library;
@@ -68,7 +69,7 @@ std::error_code placeLibrary(const fs::path& templateFile, const fs::path& libra
   }
   if (!fs::exists(library, ignored)) {
     fs::remove(unfinished, ignored);
-    return error;
+    return failed(error.message());
   }
   removeUnfinished(library);
   return {};

@@ -2,7 +2,8 @@
 
 #include <filesystem>
 #include <string>
-#include <system_error>
+
+#include "base/Result.h"
 
 namespace quilex {
 
@@ -12,6 +13,6 @@ std::string libraryFile(const std::filesystem::path& supportDirectory);
 /// Puts a copy of the template at `library` if nothing is there; its loops are those beside the template. The copy
 /// appears whole or not at all, and never replaces what another process has put there; several processes may do this
 /// at once.
-std::error_code placeLibrary(const std::filesystem::path& templateFile, const std::filesystem::path& library);
+Outcome placeLibrary(const std::filesystem::path& templateFile, const std::filesystem::path& library);
 
 }  // namespace quilex

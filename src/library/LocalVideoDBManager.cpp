@@ -42,8 +42,8 @@ LocalVideoDBManager::LocalVideoDBManager(const fs::path& supportDirectory, const
     if (!templateFile) {
       fatalError("the application bundle has no Quilex.db");
     }
-    if (const std::error_code error = placeLibrary(*templateFile, path_)) {
-      console_.print(path_ + ": " + error.message());
+    if (const Outcome placed = placeLibrary(*templateFile, path_); !placed) {
+      console_.print(path_ + ": " + placed.error().message);
     }
   }
   console_.print(path_);

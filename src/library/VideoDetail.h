@@ -9,8 +9,8 @@
 
 namespace quilex {
 
-/// A video, as the service describes it and as the local library keeps it. A plain value; once built, only `url`,
-/// `description`, `view` and `avatarsize` are meant to change.
+/// A video, as the service describes it and as the library keeps it. A plain value, of which only `url`, `description`,
+/// `view` and `avatarsize` are meant to change.
 struct VideoDetail {
   std::int64_t id = 0;
   /// Identifies the video everywhere.
@@ -18,7 +18,7 @@ struct VideoDetail {
   /// Address of a preview.
   std::string preurl;
   std::string title;
-  /// Where the video is; for videos of the local library a file URL.
+  /// For videos of the library a file URL.
   std::string url;
   std::string description;
   /// Duration.
@@ -49,8 +49,7 @@ struct VideoDetail {
 
   bool operator==(const VideoDetail&) const = default;
 
-  /// The members in declaration order with their JSON keys, which are also the columns of the library's table, but
-  /// for `id` (see `columnFor`).
+  /// The members in declaration order with their JSON keys.
   static constexpr auto fields() {
     using V = VideoDetail;
     using Integer = json::Field<V, std::int64_t>;
@@ -66,8 +65,7 @@ struct VideoDetail {
                            Integer{"upcount", &V::upcount});
   }
 
-  /// The column of table LocalVideos that keeps the field with this JSON key. The library calls the service's "id"
-  /// "vid"; all other names agree.
+  /// The column of table LocalVideos for the field with this JSON key. They differ only in "id", which is "vid" there.
   static std::string columnFor(const std::string& key) { return key == "id" ? "vid" : key; }
 
   static json::Decoded<VideoDetail> fromJSON(const nlohmann::json& object) { return json::decode<VideoDetail>(object); }

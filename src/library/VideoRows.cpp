@@ -20,8 +20,8 @@ struct StatementFinalizer {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
 
-/// Owns a statement of SQLite itself: the wrapper's columns count references for each value that is read, which takes
-/// longer than the reading.
+/// A statement of SQLite itself. SQLiteCpp's columns count references for each value, which takes longer than reading
+/// it.
 using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementFinalizer>;
 
 StatementHandle prepare(sqlite3* db, const char* text) {
@@ -47,12 +47,12 @@ ColumnMap mapColumns(sqlite3_stmt* statement) {
   return map;
 }
 
-// Integers as SQLite's own 32-bit conversion gives them (NULL is 0), widened with their sign.
+// SQLite's 32-bit conversion (NULL is 0), widened with its sign.
 void read(sqlite3_stmt* statement, int column, std::int64_t& value) {
   value = sqlite3_column_int(statement, column);
 }
 
-// Text as SQLite's own conversion gives it, up to a NUL; SQL's NULL is "".
+// SQLite's conversion to text, up to a NUL; SQL's NULL is "".
 void read(sqlite3_stmt* statement, int column, std::string& value) {
   if (const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column))) {
     value = text;
@@ -69,16 +69,16 @@ void readRow(sqlite3_stmt* statement, const ColumnMap& map, VideoDetail& video) 
   std::apply([&](const auto&... each) { (readField(video.*each.member), ...); }, VideoDetail::fields());
 }
 
-// About how many rows the table has, at most: their highest number, which SQLite finds without looking at them all. A
-// table that was pruned may have fewer by far, so what is not believable does not count.
+// At least the number of rows, to reserve memory once: the highest row number, which SQLite finds without a scan. 0 if
+// that is too high to be plausible; a table whose rows were deleted may have far fewer.
 std::size_t mostRows(sqlite3* db) {
-  constexpr sqlite3_int64 kBelievable = 200'000;
+  constexpr sqlite3_int64 kPlausible = 200'000;
   const StatementHandle statement = prepare(db, "select max(rowid) from LocalVideos");
   if (!statement || sqlite3_step(statement.get()) != SQLITE_ROW) {
     return 0;
   }
   const sqlite3_int64 highest = sqlite3_column_int64(statement.get(), 0);
-  return highest > 0 && highest <= kBelievable ? static_cast<std::size_t>(highest) : 0;
+  return highest > 0 && highest <= kPlausible ? static_cast<std::size_t>(highest) : 0;
 }
 
 }  // namespace

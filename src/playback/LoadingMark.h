@@ -7,21 +7,21 @@
 
 namespace quilex {
 
-/// Remembers beyond the death of the agent which video was being loaded, so that one that brings the agent down does
-/// not do so at each start. Such a video is refused until a person chooses it. Main thread.
+/// Stores which video is being loaded, so that a video that crashes the agent does so only once: it is refused at the
+/// next start, until a person chooses it. Main thread.
 class LoadingMark {
  public:
-  /// Refuses the video that was being loaded when the agent last died, and says so on the console. Both arguments must
-  /// outlive the instance.
+  /// Refuses the video that was being loaded when the agent last died, and warns on the console. Both must outlive the
+  /// instance.
   LoadingMark(SettingsSuite& standardDefaults, Console& console);
 
-  /// A video is about to be loaded; to be called before.
+  /// To be called before a video is loaded.
   void set(const std::string& sign);
-  /// It shows, or was given up.
+  /// To be called when the video shows, has failed, or the agent ends regularly.
   void clear();
 
   bool refuses(const std::string& sign) const;
-  /// A person chose the video.
+  /// To be called when a person chooses the video.
   void allow(const std::string& sign);
 
  private:

@@ -7,49 +7,37 @@
 
 namespace quilex {
 
-namespace {
-
-// How many files are asked for at once. Usually the first one exists.
-constexpr std::size_t kFilesAtOnce = 64;
-
-/// A video of the playlist, and how many steps lead to it from the current one.
-struct Candidate {
-  const VideoInfoNode* node;
-  std::size_t distance;
-};
-
-}  // namespace
-
 void PlayableSearch::start(PassesOver passesOver, Done done) {
   question_.reset();
   passesOver_ = std::move(passesOver);
   done_ = std::move(done);
-  lookFrom(list_.current(), 0);
+  lookFrom(0);
 }
 
-void PlayableSearch::lookFrom(const VideoInfoNode* node, std::size_t distance) {
+// Asks for some of the files at once; usually the first one exists.
+void PlayableSearch::lookFrom(std::size_t step) {
+  constexpr std::size_t kFilesAtOnce = 64;
   std::vector<std::filesystem::path> files;
-  std::vector<Candidate> candidates;
-  for (; distance < list_.size() && files.size() < kFilesAtOnce; ++distance, node = after(node)) {
-    auto file = localPath(node->val.url);
-    if (file && !passesOver_(node->val)) {
+  std::vector<std::size_t> steps;
+  for (; step < list_.size() && files.size() < kFilesAtOnce; ++step) {
+    const VideoDetail& video = list_.after(step);
+    auto file = localPath(video.url);
+    if (file && !passesOver_(video)) {
       files.push_back(std::move(*file));
-      candidates.push_back({node, distance});
+      steps.push_back(step);
     }
   }
   if (files.empty()) {
     finish(std::nullopt);
     return;
   }
-  auto reply = [this, files, candidates = std::move(candidates), node, distance](const FileFinder::Answer& answer) {
-    if (!answer.found) {
-      lookFrom(node, distance);
-      return;
+  auto reply = [this, files, steps = std::move(steps), step](const FileFinder::Answer& answer) {
+    if (answer.found) {
+      list_.moveOn(steps[*answer.found]);
+      finish(files[*answer.found]);
+    } else {
+      lookFrom(step);
     }
-    for (std::size_t step = 0; step < candidates[*answer.found].distance; ++step) {
-      list_.moveToNext();
-    }
-    finish(files[*answer.found]);
   };
   question_ = fileFinder_.findFirst(std::move(files), std::move(reply));
 }

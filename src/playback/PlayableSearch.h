@@ -32,9 +32,9 @@ class PlayableSearch {
   bool isUnderWay() const { return question_.has_value(); }
 
  private:
-  void lookFrom(const VideoInfoNode* node, std::size_t distance);
+  /// Looks from the video that many steps after the current one.
+  void lookFrom(std::size_t step);
   void finish(const std::optional<std::filesystem::path>& file);
-  const VideoInfoNode* after(const VideoInfoNode* node) const { return node->next ? node->next.get() : list_.head(); }
 
   VideoInfoList& list_;
   FileFinder& fileFinder_;

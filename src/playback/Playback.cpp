@@ -14,11 +14,14 @@ constexpr std::chrono::seconds kSearchInterval{1};
 
 }  // namespace
 
-Playback::Playback(Services services) : services_(std::move(services)) {}
+Playback::Playback(const PlaybackServices& services, LoadingMark& mark, Playlist& playlist, WallpaperWindows& windows,
+                   std::function<void()> syncSign)
+    : services_(services), mark_(mark), playlist_(playlist), windows_(windows), syncSign_(std::move(syncSign)) {}
 
 VideoPlayer& Playback::player() {
+  mainThread_.check();
   if (!player_) {
-    services_.playlist.rebuild(Playlist::Current::named);
+    playlist_.rebuild(Playlist::Current::named);
     player_ = services_.makePlayer();
     player_->setVolume(services_.preferences.volume.get());
     player_->setMuted(services_.preferences.mute.get());
@@ -34,7 +37,7 @@ VideoPlayer& Playback::player() {
 }
 
 void Playback::playCurrent() {
-  services_.windows.applyLevelAndOrder();
+  windows_.applyLevelAndOrder();
   player();
   playsWhenSearched_ = true;
   loadCurrent();
@@ -47,15 +50,15 @@ void Playback::loadCurrent() {
 }
 
 void Playback::resume() {
-  services_.windows.applyLevelAndOrder();
+  windows_.applyLevelAndOrder();
   player().play();
-  services_.syncSign();
+  syncSign_();
 }
 
 void Playback::close() {
   playsWhenSearched_ = false;
   player().pause();
-  services_.windows.orderOut();
+  windows_.orderOut();
 }
 
 void Playback::setPlaying(bool playing) {
@@ -70,10 +73,8 @@ void Playback::setPlaying(bool playing) {
 // Loads the first video from the current one on that can be loaded.
 void Playback::search() {
   nextSearch_.reset();
-  services_.playlist.search(
-      [this](const VideoDetail& video) {
-        return failedSigns_.contains(video.sign) || services_.mark.refuses(video.sign);
-      },
+  playlist_.search(
+      [this](const VideoDetail& video) { return failedSigns_.contains(video.sign) || mark_.refuses(video.sign); },
       [this](const auto& file) { searchDone(file); });
 }
 
@@ -98,23 +99,23 @@ void Playback::searchDone(const std::optional<std::filesystem::path>& file) {
   lastSearchFailed_ = !file;
   if (file) {
     load(*file);
-  } else if (services_.playlist.list().size() > 0) {
+  } else if (playlist_.list().size() > 0) {
     services_.console.log(LogLevel::info, "no video of the playlist can be loaded now");
     // The pause also keeps a library of broken files, which all fail in turn, from using up the processor.
     searchLater();
   }
   if (std::exchange(playsWhenSearched_, false)) {
-    services_.windows.applyLevelAndOrder();
+    windows_.applyLevelAndOrder();
     player_->play();
   }
   const Sync sync = std::exchange(syncWhenSearched_, Sync::no);
   if (sync == Sync::yes || (sync == Sync::ifFound && file)) {
-    services_.syncSign();
+    syncSign_();
   }
 }
 
 void Playback::load(const std::filesystem::path& file) {
-  const VideoDetail& video = *services_.playlist.current();
+  const VideoDetail& video = *playlist_.current();
   itemSign_ = video.sign;
   services_.console.log(LogLevel::info, "loads video " + itemSign_ + ", " + file.string());
   services_.report.update([&](AgentStatus& status) {
@@ -123,7 +124,7 @@ void Playback::load(const std::filesystem::path& file) {
   });
   // A file that was ready once is harmless, and the player need not report its status again.
   if (!itemIsReady_ || file != itemFile_) {
-    services_.mark.set(itemSign_);
+    mark_.set(itemSign_);
     itemIsReady_ = false;
     setVideoState("loading");
   }
@@ -135,13 +136,12 @@ void Playback::load(const std::filesystem::path& file) {
 }
 
 void Playback::playerItemDidReachEnd() {
-  const Playlist& playlist = services_.playlist;
-  if (playlist.current() != nullptr && playlist.model() == VideoPlayerPlayModel::single) {
+  if (playlist_.current() != nullptr && playlist_.model() == VideoPlayerPlayModel::single) {
     player().seekToZero();
     return;
   }
-  services_.playlist.advance();
-  if (playlist.current() != nullptr) {
+  playlist_.advance();
+  if (playlist_.current() != nullptr) {
     search();
   } else {
     // The library is empty, and what plays goes on.
@@ -153,7 +153,7 @@ void Playback::playerItemDidReachEnd() {
       player().seekToZero();
     }
   }
-  services_.syncSign();
+  syncSign_();
 }
 
 // A video that cannot be played counts as ended.
@@ -161,7 +161,7 @@ void Playback::itemStatusChanged(PlayerItemStatus status) {
   if (status == PlayerItemStatus::unknown) {
     return;
   }
-  services_.mark.clear();
+  mark_.clear();
   itemIsReady_ = status == PlayerItemStatus::readyToPlay;
   setVideoState(itemIsReady_ ? "ready" : "failed");
   if (!itemIsReady_) {
@@ -177,10 +177,9 @@ void Playback::setVideoState(const char* state) {
 
 // A repeating player loads nothing again and reports no end. With an empty library the end is needed.
 void Playback::updateRepeating() {
-  const Playlist& playlist = services_.playlist;
-  const VideoDetail* const current = playlist.current();
-  const bool isAlone = playlist.list().size() == 1 && localPath(current->url) == itemFile_;
-  const bool follows = current != nullptr && (playlist.model() == VideoPlayerPlayModel::single || isAlone);
+  const VideoDetail* const current = playlist_.current();
+  const bool isAlone = playlist_.list().size() == 1 && localPath(current->url) == itemFile_;
+  const bool follows = current != nullptr && (playlist_.model() == VideoPlayerPlayModel::single || isAlone);
   if (player_ && repeats_ != follows) {
     repeats_ = follows;
     player_->setRepeating(follows);

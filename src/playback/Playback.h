@@ -8,14 +8,11 @@
 #include <string>
 
 #include "base/Disposable.h"
-#include "platform/Console.h"
-#include "platform/RunLoop.h"
-#include "platform/StatusReport.h"
-#include "platform/VideoPlayer.h"
+#include "base/MainThread.h"
 #include "playback/LoadingMark.h"
+#include "playback/PlaybackServices.h"
 #include "playback/Playlist.h"
 #include "playback/WallpaperWindows.h"
-#include "settings/Preferences.h"
 
 namespace quilex {
 
@@ -25,20 +22,9 @@ namespace quilex {
 /// Which video can be loaded is found out beside the main thread. Until that is known, the player keeps its item.
 class Playback {
  public:
-  struct Services {
-    const Preferences& preferences;
-    Playlist& playlist;
-    WallpaperWindows& windows;
-    LoadingMark& mark;
-    RunLoop& runLoop;
-    Console& console;
-    StatusReport& report;
-    VideoPlayerFactory makePlayer;
-    /// Called when another video may have become current.
-    std::function<void()> syncSign;
-  };
-
-  explicit Playback(Services services);
+  /// `syncSign` is called when another video may have become current.
+  Playback(const PlaybackServices& services, LoadingMark& mark, Playlist& playlist, WallpaperWindows& windows,
+           std::function<void()> syncSign);
 
   /// The player, made on first use and kept; the first use also fills the playlist.
   VideoPlayer& player();
@@ -75,7 +61,12 @@ class Playback {
   void itemStatusChanged(PlayerItemStatus status);
   void setVideoState(const char* state);
 
-  Services services_;
+  [[no_unique_address]] MainThread mainThread_;
+  const PlaybackServices& services_;
+  LoadingMark& mark_;
+  Playlist& playlist_;
+  WallpaperWindows& windows_;
+  std::function<void()> syncSign_;
   std::unique_ptr<VideoPlayer> player_;
   std::optional<bool> repeats_;
 

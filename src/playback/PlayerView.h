@@ -5,21 +5,20 @@
 
 namespace quilex {
 
-/// The video view of a wallpaper window: shows the player's frames and writes a diagnostic line on input.
+/// The view of a wallpaper window, which prints a diagnostic line on input.
 class PlayerView : public VideoView {
  public:
   /// `console` must outlive the view.
-  PlayerView(Rect frameRect, Console& console) : VideoView(frameRect), output_(console) {}
+  PlayerView(Rect rect, Console& console) : VideoView(rect), console_(console) {}
 
-  void drawRect(const Rect& dirty) override { VideoView::drawRect(dirty); }
-  void touchesBegan() override { output_.print("123"); }
+  void touchesBegan() override { console_.print("123"); }
   void mouseDown() override {
     VideoView::mouseDown();
-    output_.print("mouse down");
+    console_.print("mouse down");
   }
 
  private:
-  Console& output_;
+  Console& console_;
 };
 
 }  // namespace quilex

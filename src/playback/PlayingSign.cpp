@@ -7,19 +7,17 @@
 
 namespace quilex {
 
-PlayingSign::PlayingSign(Services services) : services_(services) {}
-
 void PlayingSign::follow(const std::optional<std::string>& sign) {
   if (!sign) {
     fatalError("the sign of the playing video was removed");
   }
   following_.reset();
   syncsAfterFollowing_ = false;
-  if (const VideoDetail* current = services_.playlist.current(); current != nullptr && current->sign == *sign) {
+  if (const VideoDetail* current = playlist_.current(); current != nullptr && current->sign == *sign) {
     return;
   }
   services_.console.log(LogLevel::info, "the settings name video " + *sign);
-  services_.mark.allow(*sign);
+  mark_.allow(*sign);
   retryDelay_.reset();
   testAvailability(*sign);
 }
@@ -52,18 +50,18 @@ void PlayingSign::testAvailabilityLater(const std::string& sign) {
 }
 
 void PlayingSign::play(const std::string& sign) {
-  const bool wasRead = services_.playlist.rebuild(Playlist::Current::named);
-  if (!services_.playlist.moveTo(sign) && !wasRead) {
+  const bool wasRead = playlist_.rebuild(Playlist::Current::named);
+  if (!playlist_.moveTo(sign) && !wasRead) {
     testAvailabilityLater(sign);
     return;
   }
   following_.reset();
-  services_.playback.player().pause();
+  playback_.player().pause();
   if (services_.preferences.isOpenPlayer.get() && services_.preferences.isPlaying.get()) {
-    services_.playback.playCurrent();
+    playback_.playCurrent();
   } else {
     // Closed or paused in the meantime; the video is shown when that ends.
-    services_.playback.loadCurrent();
+    playback_.loadCurrent();
   }
 }
 
@@ -90,16 +88,16 @@ void PlayingSign::endFollowing() {
 }
 
 void PlayingSign::sync() {
-  if (services_.playlist.isSearching()) {
-    services_.playback.syncWhenSearched();
+  if (playlist_.isSearching()) {
+    playback_.syncWhenSearched();
     return;
   }
   if (following_) {
     syncsAfterFollowing_ = true;
     return;
   }
-  const VideoDetail* const current = services_.playlist.current();
-  if (current == nullptr && !services_.playlist.wasRead()) {
+  const VideoDetail* const current = playlist_.current();
+  if (current == nullptr && !playlist_.wasRead()) {
     // An unreadable library says nothing about the video that is playing.
     return;
   }

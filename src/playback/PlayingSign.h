@@ -4,33 +4,19 @@
 #include <string>
 
 #include "base/Disposable.h"
-#include "library/LocalVideoDBManager.h"
-#include "platform/Console.h"
-#include "platform/FileFinder.h"
-#include "platform/RunLoop.h"
 #include "playback/LoadingMark.h"
 #include "playback/Playback.h"
+#include "playback/PlaybackServices.h"
 #include "playback/Playlist.h"
 #include "playback/RetryDelay.h"
-#include "settings/Preferences.h"
 
 namespace quilex {
 
 /// Keeps the sign in the settings and the playlist's current video together, in both directions. Main thread.
 class PlayingSign {
  public:
-  struct Services {
-    Preferences& preferences;
-    LocalVideoDBManager& library;
-    FileFinder& fileFinder;
-    RunLoop& runLoop;
-    Console& console;
-    LoadingMark& mark;
-    Playlist& playlist;
-    Playback& playback;
-  };
-
-  explicit PlayingSign(Services services);
+  PlayingSign(const PlaybackServices& services, LoadingMark& mark, Playlist& playlist, Playback& playback)
+      : services_(services), mark_(mark), playlist_(playlist), playback_(playback) {}
 
   /// Plays the video that the settings name now, once its file is known to exist; a later sign replaces it until then.
   /// A video without a file is deleted from the library. A sign that is missing is a fault that stops the process.
@@ -49,7 +35,10 @@ class PlayingSign {
   void deleteUnavailable(const std::string& sign);
   void endFollowing();
 
-  Services services_;
+  const PlaybackServices& services_;
+  LoadingMark& mark_;
+  Playlist& playlist_;
+  Playback& playback_;
   std::optional<Disposable> following_;
   RetryDelay retryDelay_;
   bool syncsAfterFollowing_ = false;

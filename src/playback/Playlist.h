@@ -8,48 +8,31 @@
 #include <vector>
 
 #include "base/Disposable.h"
-#include "library/LocalVideoDBManager.h"
-#include "platform/Console.h"
-#include "platform/FileFinder.h"
-#include "platform/RandomSource.h"
-#include "platform/RunLoop.h"
-#include "platform/StatusReport.h"
+#include "base/MainThread.h"
 #include "playback/PlayableSearch.h"
+#include "playback/PlaybackServices.h"
 #include "playback/RetryDelay.h"
 #include "playback/VideoInfoList.h"
 #include "playback/VideoPlayerPlayModel.h"
-#include "settings/Preferences.h"
 
 namespace quilex {
 
 /// The library's videos in the order in which they are played, with a current one. Main thread.
 class Playlist {
  public:
-  struct Services {
-    const Preferences& preferences;
-    LocalVideoDBManager& library;
-    FileFinder& fileFinder;
-    RunLoop& runLoop;
-    Console& console;
-    UniformRandom random;
-    StatusReport& report;
-    /// Called whenever the list has been filled again.
-    std::function<void()> rebuilt;
-    /// Called from the run loop when a library that did not answer should be read again.
-    std::function<void()> readAgain;
-  };
   /// Which video is current after a rebuild: the one that the settings name, or the first one if they name none of the
   /// list; or the one that was current, or the first after it that is still there.
   enum class Current { named, kept };
 
-  /// Makes an empty list.
-  explicit Playlist(Services services);
+  /// Makes an empty list. `rebuilt` is called whenever the list has been filled again, `readAgain` from the run loop
+  /// when a library that did not answer should be read again.
+  Playlist(const PlaybackServices& services, std::function<void()> rebuilt, std::function<void()> readAgain);
 
   const VideoInfoList& list() const { return list_; }
   /// The current video; null if the list is empty.
-  const VideoDetail* current() const { return list_.current() != nullptr ? &list_.current()->val : nullptr; }
+  const VideoDetail* current() const { return list_.current(); }
   VideoPlayerPlayModel model() const { return model_; }
-  /// Takes effect with the next rebuild.
+  /// The order of the videos follows with the next rebuild.
   void setModel(VideoPlayerPlayModel model) { model_ = model; }
 
   /// Fills the list from the library, shuffled if the model says so, and cancels the search. False if the library did
@@ -72,10 +55,13 @@ class Playlist {
  private:
   std::vector<std::string> signsFromCurrent() const;
 
-  Services services_;
+  [[no_unique_address]] MainThread mainThread_;
+  const PlaybackServices& services_;
+  std::function<void()> rebuilt_;
+  std::function<void()> readAgain_;
   VideoPlayerPlayModel model_;
   VideoInfoList list_;
-  /// Held by a rebuild. All rebuilds run on the main thread, so that nobody ever waits for it.
+  /// Keeps rebuilds apart. They all run on the main thread, so nobody ever waits for it.
   std::mutex videoListLocker_;
   PlayableSearch search_;
   bool wasRead_ = true;

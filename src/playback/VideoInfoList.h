@@ -1,49 +1,48 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "library/VideoDetail.h"
 
 namespace quilex {
 
-struct VideoInfoNode {
-  VideoDetail val;
-  /// Empty at the tail.
-  std::shared_ptr<VideoInfoNode> next;
-};
-
-/// The playlist: a singly linked list with a current position. Empty means that head, tail and current are empty;
-/// otherwise current is one of the nodes.
+/// Videos in the order in which they are played, with a current one; after the tail comes the head again. In an empty
+/// list head, tail and current are null.
 class VideoInfoList {
  public:
-  VideoInfoList() = default;
-  ~VideoInfoList();
-  VideoInfoList(const VideoInfoList&) = delete;
-  VideoInfoList& operator=(const VideoInfoList&) = delete;
+  const VideoDetail* current() const { return videos_.empty() ? nullptr : &videos_[current_]; }
+  const VideoDetail* head() const { return videos_.empty() ? nullptr : &videos_.front(); }
+  const VideoDetail* tail() const { return videos_.empty() ? nullptr : &videos_.back(); }
+  std::size_t size() const { return videos_.size(); }
+  /// The video that many steps after the current one, in a list that is not empty.
+  const VideoDetail& after(std::size_t steps) const { return videos_[(current_ + steps) % size()]; }
 
-  const VideoInfoNode* current() const { return currentNode_.get(); }
-  const VideoInfoNode* head() const { return headNode_.get(); }
-  const VideoInfoNode* tail() const { return tailNode_; }
-  std::size_t size() const { return count_; }
+  /// Replaces all videos; the first one is current.
+  void assign(std::vector<VideoDetail> videos) {
+    videos_ = std::move(videos);
+    current_ = 0;
+  }
 
-  void clear();
-  /// The first video appended to an empty list becomes the current one.
-  void append(VideoDetail&& video);
-
-  bool isAtTail() const { return currentNode_ && !currentNode_->next; }
-  void moveToHead() { currentNode_ = headNode_; }
-  /// Moves to the next node, from the tail to the head.
-  void moveToNext();
-  /// Moves to the first node with that sign; false, and no move, when there is none.
-  bool moveTo(const std::string& sign);
+  bool isAtTail() const { return current_ + 1 == size(); }
+  void moveToHead() { current_ = 0; }
+  /// In an empty list nothing happens.
+  void moveOn(std::size_t steps = 1) { current_ = videos_.empty() ? 0 : (current_ + steps) % size(); }
+  /// Makes the first video with that sign current; false, and no move, if there is none.
+  bool moveTo(const std::string& sign) {
+    const auto found = std::ranges::find(videos_, sign, &VideoDetail::sign);
+    if (found != videos_.end()) {
+      current_ = static_cast<std::size_t>(found - videos_.begin());
+    }
+    return found != videos_.end();
+  }
 
  private:
-  std::shared_ptr<VideoInfoNode> currentNode_;
-  std::shared_ptr<VideoInfoNode> headNode_;
-  VideoInfoNode* tailNode_ = nullptr;
-  std::size_t count_ = 0;
+  std::vector<VideoDetail> videos_;
+  std::size_t current_ = 0;
 };
 
 }  // namespace quilex

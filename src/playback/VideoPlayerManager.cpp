@@ -8,16 +8,11 @@ namespace quilex {
 VideoPlayerManager::VideoPlayerManager(Services services)
     : services_(std::move(services)),
       mark_(services_.standardDefaults, services_.console),
-      windows_(screenTypeAtStart(services_.preferences.monitorArrange.get()), services_.preferences.screenIndex.get(),
-               {services_.windowServer, services_.console, [this]() -> VideoPlayer& { return player(); },
-                [this] { tapVideoPlayerViewAction(); }}),
-      playlist_({services_.preferences, services_.library, services_.fileFinder, services_.runLoop, services_.console,
-                 services_.random, services_.report, [this] { playback_.updateRepeating(); },
-                 [this] { updateVideoList(); }}),
-      playback_({services_.preferences, playlist_, windows_, mark_, services_.runLoop, services_.console,
-                 services_.report, services_.makePlayer, [this] { syncSign(); }}),
-      sign_({services_.preferences, services_.library, services_.fileFinder, services_.runLoop, services_.console,
-             mark_, playlist_, playback_}) {
+      windows_(services_, [this]() -> VideoPlayer& { return player(); }),
+      playlist_(
+          services_, [this] { playback_.updateRepeating(); }, [this] { updateVideoList(); }),
+      playback_(services_, mark_, playlist_, windows_, [this] { syncSign(); }),
+      sign_(services_, mark_, playlist_, playback_) {
   registrations_.push_back(services_.windowServer.observeActiveSpace([this] { activeSpaceDidChange(); }));
   registrations_.push_back(services_.notificationCenter.observe("UpdateVideoList", [this] { libraryChanged(); }));
   observeSettings();
@@ -44,7 +39,6 @@ void VideoPlayerManager::observeSettings() {
 // Windows
 
 void VideoPlayerManager::buildWindows() {
-  mainThread_.check();
   windows_.build();
   if (services_.preferences.isOpenPlayer.get()) {
     playback_.resume();
@@ -55,14 +49,8 @@ void VideoPlayerManager::buildWindows() {
 }
 
 void VideoPlayerManager::relayout() {
-  mainThread_.check();
   windows_.orderOut();
   buildWindows();
-}
-
-void VideoPlayerManager::applyLevelAndOrder() {
-  mainThread_.check();
-  windows_.applyLevelAndOrder();
 }
 
 void VideoPlayerManager::setHideDesktopIcon(bool hide) {
@@ -73,14 +61,9 @@ void VideoPlayerManager::setHideDesktopIcon(bool hide) {
 }
 
 void VideoPlayerManager::screensChanged() {
-  mainThread_.check();
   if (services_.preferences.isOpenPlayer.get() && !windows_.fitScreens()) {
     relayout();
   }
-}
-
-void VideoPlayerManager::activeSpaceDidChange() {
-  setHideDesktopIcon(isHideDesktopIcon);
 }
 
 std::optional<std::int64_t> VideoPlayerManager::valueForKey(std::string_view key) const {
@@ -119,18 +102,12 @@ void VideoPlayerManager::libraryChanged() {
 }
 
 void VideoPlayerManager::updateVideoList() {
-  mainThread_.check();
   const bool wasSearching = playlist_.isSearching();
   // During a search, or while a sign is followed, the settings do not name the video whose turn it is.
   const bool keepsTurn = wasSearching || sign_.isFollowing();
   if (playlist_.rebuild(keepsTurn ? Playlist::Current::kept : Playlist::Current::named)) {
     playback_.searchAgain(wasSearching);
   }
-}
-
-void VideoPlayerManager::syncSign() {
-  mainThread_.check();
-  sign_.sync();
 }
 
 void VideoPlayerManager::changePlayModel(std::int64_t raw) {
@@ -140,16 +117,6 @@ void VideoPlayerManager::changePlayModel(std::int64_t raw) {
 }
 
 // Playback
-
-VideoPlayer& VideoPlayerManager::player() {
-  mainThread_.check();
-  return playback_.player();
-}
-
-void VideoPlayerManager::playCurrent() {
-  mainThread_.check();
-  playback_.playCurrent();
-}
 
 void VideoPlayerManager::open() {
   playCurrent();
@@ -161,30 +128,6 @@ void VideoPlayerManager::setIsPlaying() {
   if (!services_.preferences.isPlaying.get()) {
     services_.preferences.isPlaying.set(true);
   }
-}
-
-void VideoPlayerManager::close() {
-  mainThread_.check();
-  playback_.close();
-}
-
-void VideoPlayerManager::setPlaying(bool playing) {
-  mainThread_.check();
-  playback_.setPlaying(playing);
-}
-
-void VideoPlayerManager::playerItemDidReachEnd() {
-  mainThread_.check();
-  playback_.playerItemDidReachEnd();
-}
-
-void VideoPlayerManager::tapVideoPlayerViewAction() {
-  services_.console.print("tapVideoPlayerViewAction");
-}
-
-void VideoPlayerManager::willTerminate() {
-  mainThread_.check();
-  mark_.clear();
 }
 
 }  // namespace quilex

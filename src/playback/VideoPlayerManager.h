@@ -7,23 +7,12 @@
 #include <vector>
 
 #include "base/Disposable.h"
-#include "base/MainThread.h"
-#include "library/LocalVideoDBManager.h"
-#include "platform/Console.h"
-#include "platform/DistributedNotificationCenter.h"
-#include "platform/FileFinder.h"
-#include "platform/RandomSource.h"
-#include "platform/RunLoop.h"
-#include "platform/SettingsSuite.h"
-#include "platform/StatusReport.h"
-#include "platform/VideoPlayer.h"
-#include "platform/WindowServer.h"
 #include "playback/LoadingMark.h"
 #include "playback/Playback.h"
+#include "playback/PlaybackServices.h"
 #include "playback/PlayingSign.h"
 #include "playback/Playlist.h"
 #include "playback/WallpaperWindows.h"
-#include "settings/Preferences.h"
 
 namespace quilex {
 
@@ -31,20 +20,7 @@ namespace quilex {
 /// settings and the desktop, and passes what happens to the room's parts. Main thread only.
 class VideoPlayerManager {
  public:
-  /// All of it must outlive the manager.
-  struct Services {
-    Preferences& preferences;
-    SettingsSuite& standardDefaults;
-    LocalVideoDBManager& library;
-    FileFinder& fileFinder;
-    WindowServer& windowServer;
-    DistributedNotificationCenter& notificationCenter;
-    RunLoop& runLoop;
-    Console& console;
-    VideoPlayerFactory makePlayer;
-    UniformRandom random;
-    StatusReport& report;
-  };
+  using Services = PlaybackServices;
 
   /// Reads the settings and registers the observations; makes no window and plays nothing yet.
   explicit VideoPlayerManager(Services services);
@@ -61,12 +37,12 @@ class VideoPlayerManager {
   void buildWindows();
   /// Hides and drops all windows, then builds them again.
   void relayout();
-  void applyLevelAndOrder();
+  void applyLevelAndOrder() { windows_.applyLevelAndOrder(); }
   /// Puts the wallpaper in front of the desktop icons, or behind them.
   void setHideDesktopIcon(bool hide);
   /// To be called when monitors came, went or changed.
   void screensChanged();
-  void activeSpaceDidChange();
+  void activeSpaceDidChange() { setHideDesktopIcon(isHideDesktopIcon); }
   /// The raw value of "screenType" or "screenIndex"; nothing for any other key. For readers by name.
   std::optional<std::int64_t> valueForKey(std::string_view key) const;
   const std::vector<Screen>& currentScreenList() const { return windows_.screens(); }
@@ -79,24 +55,24 @@ class VideoPlayerManager {
   void updateVideoList();
   /// Writes the current video's sign to the settings if they name another; if it is not known yet which video will be
   /// current, as soon as it is.
-  void syncSign();
+  void syncSign() { sign_.sync(); }
   const VideoInfoList& videoList() const { return playlist_.list(); }
   VideoPlayerPlayModel playModel() const { return playlist_.model(); }
 
   // Playback
 
   /// The player, made on first use and kept.
-  VideoPlayer& player();
+  VideoPlayer& player() { return playback_.player(); }
   /// Loads the playlist's current video from its start and plays it.
-  void playCurrent();
-  void close();
+  void playCurrent() { playback_.playCurrent(); }
+  void close() { playback_.close(); }
   /// Plays or pauses; a closed player stays paused.
-  void setPlaying(bool playing);
+  void setPlaying(bool playing) { playback_.setPlaying(playing); }
   /// Plays the video that the play model lets follow.
-  void playerItemDidReachEnd();
-  void tapVideoPlayerViewAction();
+  void playerItemDidReachEnd() { playback_.playerItemDidReachEnd(); }
+  void tapVideoPlayerViewAction() { windows_.tapVideoPlayerViewAction(); }
   /// To be called before a regular end of the agent.
-  void willTerminate();
+  void willTerminate() { mark_.clear(); }
   bool isMuted() { return player().isMuted(); }
   void setMuted(bool muted) { player().setMuted(muted); }
   float volume() { return player().volume(); }
@@ -111,7 +87,6 @@ class VideoPlayerManager {
   void open();
   void setIsPlaying();
 
-  [[no_unique_address]] MainThread mainThread_;
   Services services_;
   LoadingMark mark_;
   WallpaperWindows windows_;

@@ -7,13 +7,15 @@
 
 namespace quilex {
 
-WallpaperWindows::WallpaperWindows(VideoPlayerScreenType type, std::int64_t index, Services services)
-    : screenType(type),
-      screenIndex(index),
-      services_(std::move(services)),
-      screens_(services_.windowServer.screens()) {}
+WallpaperWindows::WallpaperWindows(const PlaybackServices& services, std::function<VideoPlayer&()> player)
+    : screenType(screenTypeAtStart(services.preferences.monitorArrange.get())),
+      screenIndex(services.preferences.screenIndex.get()),
+      services_(services),
+      player_(std::move(player)),
+      screens_(services.windowServer.screens()) {}
 
 void WallpaperWindows::build() {
+  mainThread_.check();
   windows_.clear();
   screens_ = chooseScreens(screenType, screenIndex, services_.windowServer.screens());
   const auto rects = playerViewRects(screenType, screens_);
@@ -26,10 +28,10 @@ void WallpaperWindows::build() {
 std::unique_ptr<WallpaperWindow> WallpaperWindows::makeWindow(const Screen& screen, const Rect& viewRect) {
   auto window = services_.windowServer.makeWallpaperWindow(screen);
   auto view = std::make_unique<PlayerView>(viewRect, services_.console);
-  view->player = &services_.player();
+  view->player = &player_();
   view->videoGravity = VideoGravity::resizeAspectFill;
   view->controlsStyle = ControlsStyle::none;
-  window->setContentView(std::move(view), services_.clicked);
+  window->setContentView(std::move(view), [this] { tapVideoPlayerViewAction(); });
   return window;
 }
 
@@ -39,6 +41,7 @@ void WallpaperWindows::applyLevelAndOrder(WallpaperWindow& window) const {
 }
 
 void WallpaperWindows::applyLevelAndOrder() {
+  mainThread_.check();
   for (const auto& window : windows_) {
     applyLevelAndOrder(*window);
   }

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Console.h"
-#include "platform/WindowServer.h"
+#include "base/MainThread.h"
+#include "playback/PlaybackServices.h"
 #include "playback/VideoPlayerScreenType.h"
 
 namespace quilex {
@@ -14,17 +14,9 @@ namespace quilex {
 /// The wallpaper's windows, one for each screen that is covered, and all of them showing the same player. Main thread.
 class WallpaperWindows {
  public:
-  struct Services {
-    WindowServer& windowServer;
-    Console& console;
-    /// The player that the windows show; must outlive them.
-    std::function<VideoPlayer&()> player;
-    /// Called on each click into a window.
-    std::function<void()> clicked;
-  };
-
-  /// Makes no window yet.
-  WallpaperWindows(VideoPlayerScreenType type, std::int64_t index, Services services);
+  /// Reads the settings and makes no window yet. `player` gives the player that the windows show, which must outlive
+  /// them.
+  WallpaperWindows(const PlaybackServices& services, std::function<VideoPlayer&()> player);
 
   VideoPlayerScreenType screenType;
   /// The screen that `lonely` uses, as an index into the desktop's screens.
@@ -40,6 +32,9 @@ class WallpaperWindows {
   /// Destroys the windows.
   void clear() { windows_.clear(); }
 
+  /// A click into a window.
+  void tapVideoPlayerViewAction() { services_.console.print("tapVideoPlayerViewAction"); }
+
   /// Whether the windows are for the screens as they are now.
   bool fitScreens() const;
   /// The covered screens; before the windows are built, all screens.
@@ -51,7 +46,9 @@ class WallpaperWindows {
   std::unique_ptr<WallpaperWindow> makeWindow(const Screen& screen, const Rect& viewRect);
   void applyLevelAndOrder(WallpaperWindow& window) const;
 
-  Services services_;
+  [[no_unique_address]] MainThread mainThread_;
+  const PlaybackServices& services_;
+  std::function<VideoPlayer&()> player_;
   std::vector<Screen> screens_;
   std::vector<std::unique_ptr<WallpaperWindow>> windows_;
 };

@@ -170,9 +170,8 @@ void WebModel::requestUpgradeInfo(const Completion& completion) {
   const auto read = [](Content content, const std::stop_token& /*stop*/) {
     const auto reply = content ? json::parse(*content) : std::nullopt;
     const bool hasData = reply && reply->is_object() && reply->contains("data");
-    auto info = hasData ? json::decode<UpgradeInfo>(reply->at("data")) : json::DecodingError{};
-    auto* const upgrade = std::get_if<UpgradeInfo>(&info);
-    return upgrade == nullptr ? Answer() : std::move(*upgrade);
+    auto info = hasData ? json::decode<UpgradeInfo>(reply->at("data")) : tl::unexpected(json::DecodingError{});
+    return info ? Answer(*std::move(info)) : Answer();
   };
   const auto receive = [completion](const Answer& answer) {
     if (completion) {

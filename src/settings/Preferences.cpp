@@ -28,16 +28,11 @@ void registerDefaults(SettingsSuite& suite) {
   suite.synchronize();
 }
 
-auto integerStore(SettingsSuite& suite, const char* key) {
-  return [&suite, key](std::int64_t value) {
-    suite.setInteger(key, value);
-    suite.synchronize();
-  };
-}
-
-auto booleanStore(SettingsSuite& suite, const char* key) {
-  return [&suite, key](bool value) {
-    suite.setBoolean(key, value);
+// How a property is written to the suite, by the suite's setter for its type.
+template <auto kSetter>
+auto store(SettingsSuite& suite, const char* key) {
+  return [&suite, key](const auto& value) {
+    (suite.*kSetter)(key, value);
     suite.synchronize();
   };
 }
@@ -45,13 +40,6 @@ auto booleanStore(SettingsSuite& suite, const char* key) {
 // For settings that may reach the other processes a little later.
 auto lazyBooleanStore(SettingsSuite& suite, const char* key) {
   return [&suite, key](bool value) { suite.setBoolean(key, value); };
-}
-
-auto realStore(SettingsSuite& suite, const char* key) {
-  return [&suite, key](float value) {
-    suite.setReal(key, value);
-    suite.synchronize();
-  };
 }
 
 auto stringStore(SettingsSuite& suite, const char* key) {
@@ -67,13 +55,13 @@ auto stringStore(SettingsSuite& suite, const char* key) {
 
 template <typename Value>
 void applyIfDifferent(ObservableProperty<Value>& property, const Value& stored) {
-  // A NaN on either side counts as different, as it does for the operator.
+  // A NaN differs from every value.
   if (stored != property.get()) {
     property.apply(stored);
   }
 }
 
-// Writes nothing that the suite holds already, as another process may be about to change it.
+// Does not write what the suite holds already: another process may be changing it.
 void turnOn(ObservableProperty<bool>& flag, bool isStored) {
   if (isStored) {
     flag.apply(true);
@@ -84,17 +72,17 @@ void turnOn(ObservableProperty<bool>& flag, bool isStored) {
 
 }  // namespace
 
-Preferences::Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop)
-    : suite_(settingsSuite),
-      monitorArrange(integerStore(suite_, kMonitorArrange)),
-      screenIndex(integerStore(suite_, kScreenIndex)),
-      playModel(integerStore(suite_, kPlayMode)),
+Preferences::Preferences(SettingsSuite& suite, RunLoop& runLoop)
+    : suite_(suite),
+      monitorArrange(store<&SettingsSuite::setInteger>(suite_, kMonitorArrange)),
+      screenIndex(store<&SettingsSuite::setInteger>(suite_, kScreenIndex)),
+      playModel(store<&SettingsSuite::setInteger>(suite_, kPlayMode)),
       playingVideoSign(stringStore(suite_, Key::currentVideoSign)),
-      volume(realStore(suite_, kVolume)),
-      mute(booleanStore(suite_, kMute)),
+      volume(store<&SettingsSuite::setReal>(suite_, kVolume)),
+      mute(store<&SettingsSuite::setBoolean>(suite_, kMute)),
       alreadyImportVideo(lazyBooleanStore(suite_, Key::alreadyImportVideo)),
-      isOpenPlayer(booleanStore(suite_, kIsOpenPlayer)),
-      isPlaying(booleanStore(suite_, kIsPlaying)),
+      isOpenPlayer(store<&SettingsSuite::setBoolean>(suite_, kIsOpenPlayer)),
+      isPlaying(store<&SettingsSuite::setBoolean>(suite_, kIsPlaying)),
       autolaunch(lazyBooleanStore(suite_, kAutolaunch)),
       reload_(runLoop.every(std::chrono::seconds(1), [this] { updateUserDefaultFromDisk(); })) {
   registerDefaults(suite_);
@@ -111,6 +99,7 @@ Preferences::Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop)
 }
 
 void Preferences::updateUserDefaultFromDisk() {
+  mainThread_.check();
   applyIfDifferent(monitorArrange, suite_.integer(kMonitorArrange));
   applyIfDifferent(screenIndex, suite_.integer(kScreenIndex));
   applyIfDifferent(playModel, suite_.integer(kPlayMode));

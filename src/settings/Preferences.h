@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "base/Disposable.h"
+#include "base/MainThread.h"
 #include "base/ObservableProperty.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
@@ -13,9 +13,9 @@
 
 namespace quilex {
 
-/// The user's settings: an observable mirror of the shared suite. Setting a property writes the suite, then notifies;
-/// once a second the suite is read again, and what another process changed is taken over and notified, but not written
-/// back: that could undo what was stored since.
+/// The user's settings: an observable mirror of the shared suite. Setting a property writes the suite, then notifies.
+/// Once a second the suite is read again: what another process changed is applied and notified, but not written back,
+/// which could undo a later change. Main thread.
 class Preferences {
  public:
   struct Key {
@@ -23,9 +23,9 @@ class Preferences {
     static constexpr const char* alreadyImportVideo = settings::kAlreadyImportVideo;
   };
 
-  /// Writes the defaults that are missing from the suite, reads every property and starts the reload. Both arguments
-  /// must outlive the instance.
-  Preferences(SettingsSuite& settingsSuite, RunLoop& runLoop);
+  /// Writes the defaults that are missing from the suite, reads every property and starts the reload. Both must outlive
+  /// the instance.
+  Preferences(SettingsSuite& suite, RunLoop& runLoop);
   Preferences(const Preferences&) = delete;
   Preferences& operator=(const Preferences&) = delete;
 
@@ -33,6 +33,7 @@ class Preferences {
   static Preferences& shared();
 
  private:
+  [[no_unique_address]] MainThread mainThread_;
   SettingsSuite& suite_;
 
  public:
@@ -47,21 +48,22 @@ class Preferences {
   /// Linear amplitude, 0 to 1.
   ObservableProperty<float> volume;
   ObservableProperty<bool> mute;
+  /// Kept for the main application, which says with it that the library has videos.
   ObservableProperty<bool> alreadyImportVideo;
   ObservableProperty<bool> isOpenPlayer;
   ObservableProperty<bool> isPlaying;
   ObservableProperty<bool> autolaunch;
 
-  /// Applies to the properties what differs in the suite; run by the timer.
+  /// Applies to the properties what differs in the suite. Called by a timer.
   void updateUserDefaultFromDisk();
 
-  /// Whether another process has chosen a video since the settings were last read. The next reading follows it.
+  /// Whether another process has chosen a video since the suite was last read; the next reload applies that.
   bool isAnotherVideoChosen() const { return suite_.string(Key::currentVideoSign) != playingVideoSign.get(); }
 
-  /// Whether the library was emptied on purpose. Then there is no video that the settings could name.
+  /// Whether a person has emptied the library, after which the settings need not name a video.
   bool libraryWasEmptied() const { return suite_.boolean(settings::kLibraryWasEmptied); }
   void setLibraryWasEmptied();
-  /// Names no video any more, without notifying: there is none that the observers could turn to.
+  /// Removes the sign without notifying: there is no video that observers could turn to.
   void forgetPlayingVideoSign();
 
  private:

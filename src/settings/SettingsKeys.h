@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The keys of the shared suite, and what stands for a key that is absent where that is not its type's neutral value.
+/// The keys of the shared suite, and the defaults of those whose default is not 0, false or absent.
 namespace quilex::settings {
 
 inline constexpr const char* kMonitorArrange = "MonitorArrange";
@@ -15,7 +15,7 @@ inline constexpr const char* kAlreadyImportVideo = "alreadyImportVideo";
 inline constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
 inline constexpr const char* kIsPlaying = "isPlaying";
 inline constexpr const char* kAutolaunch = "autolaunch";
-/// Whether the library was emptied on purpose, after which no current video is missing.
+/// Whether a person has emptied the library, after which the settings need not name a video.
 inline constexpr const char* kLibraryWasEmptied = "LibraryWasEmptied";
 /// The installation's user identifier for the web service.
 inline constexpr const char* kUserID = "uuid";
@@ -25,13 +25,13 @@ inline constexpr bool kDefaultIsOpenPlayer = true;
 inline constexpr bool kDefaultIsPlaying = true;
 inline constexpr bool kDefaultAutolaunch = true;
 
-/// Where the agent's own defaults stand in the user's folder for configuration, and their keys.
+/// The file of the agent's own defaults below the user's configuration folder, and its keys.
 inline constexpr const char* kStandardDefaultsFile = "com.dravo.quilex.QuilexHelper/defaults.json";
 /// The counter that heartbeats carry.
 inline constexpr const char* kCounter = "ct";
 /// The sign of the video that is being loaded; absent while none is.
 inline constexpr const char* kLoadingVideo = "LoadingVideo";
-/// The key that is true for a video that brought the agent down while it was being loaded, until a person chooses it.
+/// The key that is true for a video that crashed the agent while it was being loaded, until a person chooses it.
 inline std::string refusedVideo(const std::string& sign) {
   return "RefusedVideo/" + sign;
 }

@@ -15,9 +15,16 @@ namespace quilex {
 
 /// Each case runs in a process of its own, with a display server that may go away.
 struct DisplayLossTest : ::testing::Test {
+  DisplayLossTest() {
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+      std::fprintf(stderr, "toolkit: %s\n", text.toUtf8().constData());
+    });
+    loss.emplace("the server", ends[0], [] { std::fputs("last steps\n", stderr); });
+  }
   ~DisplayLossTest() override {
     loss.reset();
-    qInstallMessageHandler(before);
+    qInstallMessageHandler(nullptr);
     close(ends[0]);
     close(ends[1]);
   }
@@ -28,11 +35,7 @@ struct DisplayLossTest : ::testing::Test {
     _exit(9);
   }
   int ends[2] = {-1, -1};
-  const int made = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends);
-  const QtMessageHandler before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
-    std::fprintf(stderr, "toolkit: %s\n", text.toUtf8().constData());
-  });
-  std::optional<DisplayLoss> loss{std::in_place, "the server", ends[0], [] { std::fputs("last steps\n", stderr); }};
+  std::optional<DisplayLoss> loss;
   static constexpr auto kLoss = "^quilexhelper: the server is gone\nlast steps\n$";
 };
 

@@ -25,19 +25,17 @@ struct MediaTest : AdapterTest {
     return folder + name;
   }
   static std::string refusal(const std::string& file) {
-    auto opened = MediaInput::open(file, [] { return false; });
-    const auto* error = std::get_if<MediaInput::Error>(&opened);
-    return error != nullptr ? error->message : "";
+    const auto opened = MediaInput::open(file, [] { return false; });
+    return opened ? "" : opened.error().message;
   }
   // Three passes of the file; empty where its packets cannot be repeated.
   std::string remuxed(const std::string& file) const {
     const std::string to = file + ".nut";
     std::ofstream out(to);
-    const auto remuxer =
-        Remuxer::make(std::get<MediaInput>(MediaInput::open(file, [] { return false; })), [&](auto bytes) {
-          out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-          return true;
-        });
+    const auto remuxer = Remuxer::make(MediaInput::open(file, [] { return false; }).value(), [&](auto bytes) {
+      out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+      return true;
+    });
     for (int pass = 0; remuxer && pass < 3; ++pass) {
       EXPECT_TRUE(remuxer->writePass()) << file;
     }

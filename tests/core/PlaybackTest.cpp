@@ -7,13 +7,6 @@ using namespace std::literals;
 using Type = VideoPlayerScreenType;
 constexpr const char* kSign = Preferences::Key::currentVideoSign;
 
-TEST(VideoInfoListTest, AHugeListIsReleasedWithoutRecursion) {
-  VideoInfoList list;
-  for (int count = 0; count < 200000; ++count) {
-    list.append({});
-  }
-}
-
 TEST(ScreenLayoutTest, ChoosesScreensLaysOutViewsAndTellsWhenTheyNoLongerFit) {
   const Screen left{"left", {-1280, 0, 1280, 800}}, main{"main", {0, 0, 1440, 900}};
   EXPECT_EQ(playerViewRects(Type::combo, {left, main}), (std::vector<Rect>{{0, 0, 2720, 900}, {-1280, 0, 2720, 900}}));
@@ -84,11 +77,11 @@ TEST_F(PlaybackTest, RandomShufflesAtEachWrapIntoAnyOrder) {
   for (std::size_t draw = 0; draw < 6; ++draw) {
     random = [draw](std::size_t bound) { return bound == 3 ? draw / 2 : draw % bound; };
     libraryChanged();
-    all.insert(manager->videoList().head()->val.sign + manager->videoList().tail()->val.sign);
+    all.insert(manager->videoList().head()->sign + manager->videoList().tail()->sign);
   }
   EXPECT_EQ(all.size(), 6U);
   preferences->playModel.set(1);
-  EXPECT_EQ(manager->videoList().head()->val.sign + manager->videoList().tail()->val.sign, "AC") << "in order again";
+  EXPECT_EQ(manager->videoList().head()->sign + manager->videoList().tail()->sign, "AC") << "in order again";
   preferences->playModel.set(2);
   int draws = 0;
   random = [&](std::size_t) { return (++draws, 0U); };

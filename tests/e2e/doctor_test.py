@@ -101,7 +101,7 @@ class Doctor(unittest.TestCase):
         # The log says why it failed, and what was played next.
         log = r"(?s) info render: EGL is not used: .* info playback: loads video broken, .*" \
               r" warning playback: video broken cannot be played; .* info playback: loads video red, .*" \
-              r" info mpv: decodes with h264"
+              r" info mpv: decodes with [^\n]*H\.264"
         self.assertRegex(session.errors(), log)
         self.assertNotIn(" debug playback", session.errors())
 

@@ -8,6 +8,7 @@ import signal
 import subprocess
 import tempfile
 import unittest
+from urllib.parse import unquote
 
 import dbus.bus
 from menu_test import Panel
@@ -52,7 +53,9 @@ class Metadata(InstalledJourney):
             for size in (16, 48, 256):
                 self.assertTrue((share / f"icons/hicolor/{size}x{size}/apps/{lines['Icon']}.png").read_bytes())
             self.assertIn("linearGradient", (share / f"icons/hicolor/scalable/apps/{lines['Icon']}.svg").read_text())
-        unit = (self.prefix / "lib/systemd/user/quilexhelper.service").read_text()
+        file = self.prefix / "lib/systemd/user/quilexhelper.service"
+        self.assertEqual(self.call("systemd-analyze", "verify", "--user", "--man=no", file), "")
+        unit = file.read_text()
         self.assertIn(f'\nExecStart="{self.prefix}/bin/quilexhelper"\nRestart=on-failure\n', unit)
         self.assertRegex(unit, r"\nMemoryMax=\d+G\n")
         metainfo = share / f"metainfo/{AGENT}.metainfo.xml"
@@ -87,6 +90,9 @@ class Metadata(InstalledJourney):
         commands = self.call("quilex", "complete", "").splitlines()
         self.assertEqual({line.split("\t")[0] for line in commands} & {"import", "status", "complete"}, {"import", "status"})
         self.assertEqual(self.call("quilex", "complete", "import", "--", "-"), ":files\n")
+        session.library_file.unlink()
+        self.assertEqual(self.call("quilex", "complete", "play", ""), "")
+        self.assertFalse(session.library_file.exists(), "completion writes nothing")
 
 
 class StartAtLogin(InstalledJourney):
@@ -113,8 +119,12 @@ class StartAtLogin(InstalledJourney):
         shutil.move(self.prefix, moved)
         self.addCleanup(shutil.move, moved, self.prefix)
         self.quilex, self.session.agent_program = moved / "bin/quilex", moved / "bin/quilexhelper"
+        self.session.library_file.unlink()
         self.session.start_agent()
         wait_for(self.entry.exists, "the entry of the first start")
+        loops = {f"file://{each}" for each in (moved / "share/quilexhelper/loops").iterdir()}
+        with self.session.library() as library:
+            self.assertEqual({unquote(url) for (url,) in library.execute("select url from LocalVideos")}, loops)
         self.assertEqual(self.session.end_agent(), 0)
         self.call("desktop-file-validate", self.entry)
         self.assertEqual(self.entry.stat().st_mode & 0o777, 0o600)

@@ -12,6 +12,7 @@ extern "C" {
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -59,7 +60,7 @@ std::int64_t pixels(const AVStream* stream) {
   return std::int64_t{stream->codecpar->width} * stream->codecpar->height;
 }
 
-// What the decoders of the look for stream parameters may do.
+// Options for the decoders with which libavformat finds out about the streams.
 class DecoderLimits {
  public:
   explicit DecoderLimits(unsigned int streams) : options_(streams, nullptr) {
@@ -80,26 +81,26 @@ class DecoderLimits {
   std::vector<AVDictionary*> options_;
 };
 
-// What libavformat reads from: the file, at a place of its own.
+// Lets libavformat read the file, at a position of its own.
 struct Reader {
   std::shared_ptr<const OpenFile> file;
   MediaInput::Interrupted interrupted;
-  std::int64_t place = 0;
+  std::int64_t position = 0;
 
   static int read(void* opaque, std::uint8_t* buffer, int size) {
     auto& reader = *static_cast<Reader*>(opaque);
     if (reader.interrupted()) {
       return AVERROR_EXIT;
     }
-    const std::int64_t count = reader.file->read(buffer, static_cast<std::size_t>(size), reader.place);
-    reader.place += std::max<std::int64_t>(count, 0);
+    const std::int64_t count = reader.file->read(buffer, static_cast<std::size_t>(size), reader.position);
+    reader.position += std::max<std::int64_t>(count, 0);
     return count == 0 ? AVERROR_EOF : static_cast<int>(count);
   }
   static std::int64_t seek(void* opaque, std::int64_t offset, int whence) {
     auto& reader = *static_cast<Reader*>(opaque);
     whence &= ~AVSEEK_FORCE;
     if (whence == SEEK_SET) {
-      return offset < 0 ? AVERROR(EINVAL) : reader.place = offset;
+      return offset < 0 ? AVERROR(EINVAL) : reader.position = offset;
     }
     return whence == AVSEEK_SIZE ? reader.file->size() : AVERROR(EINVAL);
   }
@@ -112,17 +113,16 @@ std::string tooLarge(const AVStream* stream) {
 
 }  // namespace
 
-std::shared_ptr<const OpenFile> OpenFile::open(const std::filesystem::path& file) {
-  // Opening a pipe or a device for reading neither waits nor changes anything that way.
+Result<std::shared_ptr<const OpenFile>> OpenFile::open(const std::filesystem::path& file) {
+  // With these flags, opening a pipe or a device for reading neither waits nor changes anything.
   const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (descriptor < 0) {
-    return nullptr;
+    return failed(std::string("cannot be opened: ") + std::strerror(errno));
   }
   std::shared_ptr<const OpenFile> opened(new OpenFile(descriptor));
   struct stat status = {};
   if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-    opened.reset();
-    errno = EINVAL;
+    return failed("is not a regular file");
   }
   return opened;
 }
@@ -141,33 +141,37 @@ std::int64_t OpenFile::size() const {
   return fstat(descriptor_, &status) != 0 ? -errno : status.st_size;
 }
 
-void MediaInput::Close::operator()(AVFormatContext* context) const {
-  AVIOContext* reading = context->pb;
-  avformat_close_input(&context);
-  if (reading != nullptr) {
-    delete static_cast<Reader*>(reading->opaque);
-    av_freep(&reading->buffer);
-    avio_context_free(&reading);
-  }
+struct MediaInput::Source {
+  Reader reader;
+  IoContext io;
+  InputContext context;
+};
+
+MediaInput::MediaInput(std::filesystem::path path, std::shared_ptr<const OpenFile> openFile, Interrupted interrupted)
+    : path_(std::move(path)), openFile_(std::move(openFile)), interrupted_(std::move(interrupted)) {}
+
+MediaInput::~MediaInput() = default;
+MediaInput::MediaInput(MediaInput&& other) noexcept = default;
+MediaInput& MediaInput::operator=(MediaInput&& other) noexcept = default;
+
+AVFormatContext* MediaInput::context() const {
+  return source_->context.get();
 }
 
-MediaInput::MediaInput(std::filesystem::path name, std::shared_ptr<const OpenFile> readFile, Interrupted check)
-    : path_(std::move(name)), openFile_(std::move(readFile)), interrupted_(std::move(check)) {}
-
-MediaInput::Opened MediaInput::open(const std::filesystem::path& file, Interrupted interrupted) {
+Result<MediaInput> MediaInput::open(const std::filesystem::path& file, Interrupted interrupted) {
   auto opened = OpenFile::open(file);
   if (!opened) {
-    return Error{errno == EINVAL ? "is not a regular file" : std::string("cannot be opened: ") + std::strerror(errno)};
+    return failed(opened.error());
   }
-  return read(MediaInput(file, std::move(opened), std::move(interrupted)));
+  return read(MediaInput(file, *std::move(opened), std::move(interrupted)));
 }
 
-MediaInput::Opened MediaInput::reopen() const {
+Result<MediaInput> MediaInput::reopen() const {
   MediaInput again(path_, openFile_, interrupted_);
   const AVInputFormat* const mov = av_find_input_format("mov");
-  // This format's header says all that the first packets would; to look at those takes decoding.
-  if (source_->iformat == mov && again.openContext() >= 0 && again.source_->iformat == mov &&
-      again.source_->nb_streams == source_->nb_streams) {
+  // The header of this format says all that the first packets would, which would have to be decoded.
+  if (context()->iformat == mov && again.openContext() >= 0 && again.context()->iformat == mov &&
+      again.context()->nb_streams == context()->nb_streams) {
     again.pictureIndex_ = pictureIndex_;
     again.soundIndex_ = soundIndex_;
     return again;
@@ -175,78 +179,71 @@ MediaInput::Opened MediaInput::reopen() const {
   return read(MediaInput(path_, openFile_, interrupted_));
 }
 
-MediaInput::Opened MediaInput::read(MediaInput input) {
+Result<MediaInput> MediaInput::read(MediaInput input) {
   if (const int error = input.openContext(); error < 0) {
-    return Error{openFailure(error)};
+    return failed(openFailure(error));
   }
-  // Before anything is decoded, and again with what the pictures themselves say.
-  AVFormatContext* context = input.source_.get();
-  const auto largest = [&] {
-    const AVStream* found = nullptr;
-    for (unsigned int index = 0; index < context->nb_streams; ++index) {
-      if (found == nullptr || pixels(context->streams[index]) > pixels(found)) {
-        found = context->streams[index];
-      }
-    }
-    return found;
-  };
-  if (const AVStream* stream = largest(); stream != nullptr && pixels(stream) > kMostPixels) {
-    return Error{tooLarge(stream)};
+  // Before anything is decoded.
+  if (const Outcome sizes = input.checkSizes(); !sizes) {
+    return failed(sizes.error());
   }
-  DecoderLimits limits(context->nb_streams);
-  if (const int error = avformat_find_stream_info(context, limits.data()); error < 0) {
-    return Error{openFailure(error)};
+  DecoderLimits limits(input.context()->nb_streams);
+  if (const int error = avformat_find_stream_info(input.context(), limits.data()); error < 0) {
+    return failed(openFailure(error));
   }
-  if (const AVStream* stream = largest(); stream != nullptr && pixels(stream) > kMostPixels) {
-    return Error{tooLarge(stream)};
+  // The decoded pictures may be larger than the header says.
+  if (const Outcome sizes = input.checkSizes(); !sizes) {
+    return failed(sizes.error());
   }
-  if (const std::string problem = input.chooseStreams(); !problem.empty()) {
-    return Error{problem};
+  if (const Outcome chosen = input.chooseStreams(); !chosen) {
+    return failed(chosen.error());
   }
   return input;
 }
 
 int MediaInput::openContext() {
-  AVFormatContext* context = avformat_alloc_context();
-  auto reader = std::make_unique<Reader>(Reader{openFile_, interrupted_});
-  auto* buffer = static_cast<unsigned char*>(av_malloc(kReadBufferBytes));
-  AVIOContext* reading =
-      avio_alloc_context(buffer, kReadBufferBytes, 0, reader.get(), Reader::read, nullptr, Reader::seek);
-  if (context == nullptr || reading == nullptr) {
-    avformat_free_context(context);
-    av_free(buffer);
+  auto source = std::make_unique<Source>();
+  source->reader = {openFile_, interrupted_};
+  source->io = makeIoContext(kReadBufferBytes, false, &source->reader, Reader::read, nullptr, Reader::seek);
+  source->context.reset(avformat_alloc_context());
+  if (!source->io || !source->context) {
     return AVERROR(ENOMEM);
   }
-  Reader* const state = reader.release();
-  context->pb = reading;
+  AVFormatContext* context = source->context.get();
+  context->pb = source->io.get();
   context->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_GENPTS;
   context->io_open = refuseToOpen;
   context->interrupt_callback = {[](void* opaque) { return static_cast<Reader*>(opaque)->interrupted() ? 1 : 0; },
-                                 state};
-  AVDictionary* options = nullptr;
-  av_dict_set(&options, "format_whitelist", kMediaFormats, 0);
-  av_dict_set(&options, "protocol_whitelist", "none", 0);
-  // The name only helps to tell the formats that have no signature.
-  const int error = avformat_open_input(&context, path_.c_str(), nullptr, &options);
-  av_dict_free(&options);
-  if (error < 0) {
-    // The context is gone, but what it read from is not.
-    delete state;
-    av_freep(&reading->buffer);
-    avio_context_free(&reading);
+                                 &source->reader};
+  Dictionary options;
+  options.set("format_whitelist", kMediaFormats);
+  options.set("protocol_whitelist", "none");
+  // A context that cannot be opened is freed by the call. The path helps only with formats that have no signature.
+  context = source->context.release();
+  if (const int error = avformat_open_input(&context, path_.c_str(), nullptr, options.get()); error < 0) {
     return error;
   }
-  source_.reset(context);
+  source->context.reset(context);
+  source_ = std::move(source);
   return 0;
 }
 
-std::string MediaInput::chooseStreams() {
-  pictureIndex_ = av_find_best_stream(source_.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+Outcome MediaInput::checkSizes() const {
+  const std::span streams(context()->streams, context()->nb_streams);
+  const auto largest = std::ranges::max_element(streams, {}, pixels);
+  if (largest != streams.end() && pixels(*largest) > kMostPixels) {
+    return failed(tooLarge(*largest));
+  }
+  return {};
+}
+
+Outcome MediaInput::chooseStreams() {
+  pictureIndex_ = av_find_best_stream(context(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
   // A cover that a sound file carries is no video.
   if (pictureIndex_ < 0 || (picture()->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 || pixels(picture()) <= 0) {
-    return "has no picture";
+    return failed("has no picture");
   }
-  soundIndex_ = av_find_best_stream(source_.get(), AVMEDIA_TYPE_AUDIO, -1, pictureIndex_, nullptr, 0);
+  soundIndex_ = av_find_best_stream(context(), AVMEDIA_TYPE_AUDIO, -1, pictureIndex_, nullptr, 0);
   return {};
 }
 

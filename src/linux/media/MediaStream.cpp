@@ -15,18 +15,18 @@ namespace quilex {
 
 namespace {
 
-/// How far the thread reads ahead of the player, which has a queue of its own.
+// How far the thread reads ahead of the player, which has a queue of its own.
 constexpr std::size_t kMostAhead = std::size_t{512} * 1024;
 
 }  // namespace
 
 // Shared with the thread, which may outlive the stream.
 struct MediaStream::State {
-  State(std::filesystem::path name, Form wanted, bool repeats, std::function<void()> whenOpened)
-      : file(std::move(name)), form(wanted), repeating(repeats), opened(std::move(whenOpened)) {}
+  State(std::filesystem::path path, Form wanted, bool repeats, std::function<void()> handler)
+      : file(std::move(path)), form(wanted), repeating(repeats), whenOpened(std::move(handler)) {}
 
   void run();
-  void finish(Result facts);
+  void finish(Result<Facts> opened);
   void sendPackets(Remuxer& remuxer);
   void serveBytes(const OpenFile& source);
   bool push(std::span<const std::uint8_t> bytes);
@@ -38,9 +38,9 @@ struct MediaStream::State {
   std::mutex lock;
   std::condition_variable changed;
   bool repeating;
-  std::function<void()> opened;
-  std::optional<Result> result;
-  /// Bytes that were read and not yet handed out, from `taken` on.
+  std::function<void()> whenOpened;
+  std::optional<Result<Facts>> result;
+  /// Bytes that were read; those before `taken` were handed out.
   std::string ahead;
   std::size_t taken = 0;
   bool ended = false;
@@ -48,7 +48,7 @@ struct MediaStream::State {
   bool still = false;
   /// Whether the thread waits for the player rather than for the file.
   bool idle = false;
-  /// Of the form `bytes`: where the player reads, how much it waits for, and how long the file is.
+  /// For the form `bytes`: where the player reads, how many bytes it waits for, and the size of the file.
   std::int64_t place = 0;
   std::size_t asked = 0;
   std::int64_t length = -1;
@@ -57,16 +57,15 @@ struct MediaStream::State {
 void MediaStream::State::run() {
   const auto interrupted = [this] { return cancelled.load(); };
   auto input = MediaInput::open(file, interrupted);
-  if (auto* error = std::get_if<MediaInput::Error>(&input)) {
-    finish(std::move(*error));
+  if (!input) {
+    finish(failed(std::move(input.error())));
     return;
   }
-  auto& media = std::get<MediaInput>(input);
-  const auto source = media.file();
-  const std::string formats = media.context()->iformat->name;
-  Facts facts{form, formats.substr(0, formats.find(',')), media.quarterTurns()};
+  const auto source = input->file();
+  const std::string formats = input->context()->iformat->name;
+  Facts facts{form, formats.substr(0, formats.find(',')), input->quarterTurns()};
   if (form == Form::packets) {
-    if (const auto remuxer = Remuxer::make(std::move(media), [this](auto bytes) { return push(bytes); })) {
+    if (const auto remuxer = Remuxer::make(*std::move(input), [this](auto bytes) { return push(bytes); })) {
       facts.format = "nut";
       finish(facts);
       sendPackets(*remuxer);
@@ -81,17 +80,17 @@ void MediaStream::State::run() {
   serveBytes(*source);
 }
 
-void MediaStream::State::finish(Result facts) {
+void MediaStream::State::finish(Result<Facts> opened) {
   const std::lock_guard guard(lock);
-  result = std::move(facts);
-  // Under the lock, so that nobody is called after the stream has gone.
-  if (opened) {
-    opened();
+  result = std::move(opened);
+  // Under the lock, so that nobody is called after the stream is gone.
+  if (whenOpened) {
+    whenOpened();
   }
 }
 
 void MediaStream::State::sendPackets(Remuxer& remuxer) {
-  // Not before the player has taken the last pass, so that many short ones are not ahead when it is to be the last.
+  // Waits until the player has taken the last pass. Otherwise many short ones would be ahead when repeating ends.
   const auto startsAgain = [&] {
     std::unique_lock guard(lock);
     still = remuxer.isStill();
@@ -144,8 +143,8 @@ void MediaStream::State::serveBytes(const OpenFile& source) {
   }
 }
 
-MediaStream::MediaStream(std::filesystem::path file, Form wanted, bool repeats, std::function<void()> opened)
-    : state_(std::make_shared<State>(std::move(file), wanted, repeats, std::move(opened))) {
+MediaStream::MediaStream(std::filesystem::path file, Form form, bool repeats, std::function<void()> whenOpened)
+    : state_(std::make_shared<State>(std::move(file), form, repeats, std::move(whenOpened))) {
   std::thread([shared = state_] { shared->run(); }).detach();
 }
 
@@ -153,7 +152,7 @@ MediaStream::~MediaStream() {
   cancel();
 }
 
-const MediaStream::Result* MediaStream::result() const {
+const Result<MediaStream::Facts>* MediaStream::opened() const {
   const std::lock_guard guard(state_->lock);
   return state_->result ? &*state_->result : nullptr;
 }
@@ -172,7 +171,7 @@ bool MediaStream::isStill() const {
 void MediaStream::cancel() {
   const std::lock_guard guard(state_->lock);
   state_->cancelled = true;
-  state_->opened = nullptr;
+  state_->whenOpened = nullptr;
   state_->changed.notify_all();
 }
 

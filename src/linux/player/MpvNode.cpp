@@ -4,7 +4,7 @@ namespace quilex {
 
 namespace {
 
-// The nodes of a map of texts, which must outlive them.
+// Nodes that point into the texts, which must outlive them.
 struct TextMap {
   explicit TextMap(const MpvTexts& texts) {
     for (const auto& [name, text] : texts) {

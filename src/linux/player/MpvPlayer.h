@@ -1,20 +1,18 @@
 #pragma once
 
-#include <mpv/stream_cb.h>
-
 #include <QTimer>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
 
 #include "base/ObserverList.h"
 #include "linux/media/MediaStream.h"
+#include "linux/player/MpvNode.h"
 #include "linux/player/MpvReport.h"
 #include "linux/player/SoundOutput.h"
+#include "linux/player/StreamProtocol.h"
 #include "linux/render/VideoOutput.h"
 #include "linux/toolkit/loop/Wakeup.h"
 #include "platform/StatusReport.h"
@@ -25,10 +23,10 @@ namespace quilex {
 /// The player over libmpv: one core that draws into a VideoOutput. All requests to the core are asynchronous. A core
 /// that cannot be made stops the process.
 ///
-/// The core never opens a file: it is given a stream of ours, whatever its item is.
+/// The core never opens a file: it reads each item from a stream of ours.
 class MpvPlayer : public VideoPlayer {
  public:
-  /// The player writes into `report` how it decodes and what it cannot play. Both must outlive it.
+  /// Writes into `report` how it decodes and what it cannot play. Both must outlive the player.
   MpvPlayer(VideoOutput& output, StatusReport& report);
   ~MpvPlayer() override;
 
@@ -39,26 +37,19 @@ class MpvPlayer : public VideoPlayer {
   void seekToZero() override;
   void setRepeating(bool repeats) override;
   float volume() const override { return amplitude_; }
-  void setVolume(float newAmplitude) override;
+  void setVolume(float amplitude) override;
   bool isMuted() const override { return muted_; }
-  void setMuted(bool mute) override;
+  void setMuted(bool muted) override;
   [[nodiscard]] Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) override;
   [[nodiscard]] Disposable observeItemEnd(std::function<void()> handler) override;
 
  private:
-  /// What the core's threads may open.
-  struct Offer {
-    std::mutex lock;
-    std::string uri;
-    std::shared_ptr<MediaStream> stream;
-    std::vector<std::weak_ptr<MediaStream>> handedOut;
-  };
-
-  static int openOffered(void* data, char* uri, mpv_stream_cb_info* info);
   void load();
   void handOver();
+  MpvTexts itemOptions(const MediaStream::Facts& facts) const;
   void drainEvents();
   void handle(const mpv_event& event);
+  void restarted();
   void handleChange(std::uint64_t property, const mpv_event_property& change);
   void complain(const mpv_event_log_message& message);
   void handleEnd(const mpv_event_end_file& end);
@@ -71,7 +62,7 @@ class MpvPlayer : public VideoPlayer {
 
   VideoOutput& videoOutput_;
   StatusReport& report_;
-  Offer offer_;
+  StreamProtocol protocol_;
   MpvHandle core_;
   MpvReport coreReport_;
   SoundOutput sound_;
@@ -79,12 +70,13 @@ class MpvPlayer : public VideoPlayer {
   Wakeup streamOpened_;
   /// Runs while an item is being opened.
   QTimer patience_;
-  /// Runs while an item that is to be repeated cannot be played: a disk that was away comes back.
+  /// Runs while a repeating item cannot be played, since a disk may come back.
   QTimer retry_;
   std::chrono::seconds retryPause_{};
+  /// Why the item could not be played, as printed last.
   std::string refusal_;
   std::shared_ptr<MediaStream> stream_;
-  /// What the item's stream carries, and what it should carry when it is loaded again.
+  /// What the item's stream has, and what it should have when the item is loaded again.
   MediaStream::Form form_ = MediaStream::Form::packets;
   MediaStream::Form suitable_ = MediaStream::Form::packets;
   bool repeating_ = false;
@@ -93,13 +85,13 @@ class MpvPlayer : public VideoPlayer {
   std::filesystem::path item_;
   /// How many messages of the core about the item were printed.
   int complaints_ = 0;
-  /// Counts the items handed to the core; answers that concern an older one are stale.
-  std::uint64_t generation_ = 0;
-  /// The core's own number for the current item; 0 until its reply has come.
+  /// How many loads there were; answers to an older one are stale.
+  std::uint64_t loads_ = 0;
+  /// The core's own number for the current item; 0 before its reply.
   std::int64_t playlistEntry_ = 0;
-  /// Whether the core has turned to the current item.
+  /// Whether the core has begun with the current item.
   bool started_ = false;
-  /// Whether there has been a frame since the item was handed over.
+  /// Whether there was a frame since then.
   bool restarted_ = false;
   PlayerItemStatus status_ = PlayerItemStatus::unknown;
   bool ended_ = false;

@@ -9,7 +9,7 @@ namespace quilex {
 
 namespace {
 
-// What the core's changes are recognised by, apart from the player's own.
+// The numbers of the observed properties. The player's own are lower.
 enum Number : std::uint64_t {
   decoder = 100,
   hardwareDecoder,
@@ -19,7 +19,7 @@ enum Number : std::uint64_t {
   droppedBeforeShowing,
 };
 
-// The core's messages that are wanted: errors are always printed.
+// The least level of the core's messages that is wanted. Errors always are.
 const char* messageLevel() {
   return mpvLog().isDebugEnabled()     ? "debug"
          : mpvLog().isInfoEnabled()    ? "info"
@@ -43,10 +43,9 @@ MpvReport::MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report
 
 void MpvReport::reportVersions(mpv_handle* core) {
   for (const auto& [name, property] : {std::pair("mpv", "mpv-version"), std::pair("FFmpeg", "ffmpeg-version")}) {
-    if (char* const text = mpv_get_property_string(core, property)) {
+    if (const MpvText text{mpv_get_property_string(core, property)}) {
       // "mpv 0.35.1" or "0.35.1".
-      std::string version = text;
-      mpv_free(text);
+      std::string version = text.get();
       version.erase(0, version.rfind(' ') + 1);
       statusReport_.update([&, key = name](AgentStatus& status) { status.libraries[key] = version; });
     }

@@ -9,14 +9,14 @@
 
 namespace quilex {
 
-/// What the core says of itself and of its work, for the status report and the log: versions, decoders, the size of the
-/// video, frames that came too late, and the core's messages.
+/// Reports to the status report and the log what the core does: versions, decoders, the size of the video, frames that
+/// came too late, and its messages.
 class MpvReport {
  public:
-  /// Observes the core. All three must outlive the report.
+  /// Observes the core. All three must outlive the object.
   MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report);
 
-  /// Takes a change of a property that was observed under that number; ignores the numbers of others.
+  /// Handles a change of the property that was observed with that number; ignores numbers of others.
   void propertyChanged(std::uint64_t number, const mpv_event_property& change);
   /// Logs a message that is not an error.
   static void log(const mpv_event_log_message& message);
@@ -27,7 +27,7 @@ class MpvReport {
 
   VideoOutput& videoOutput_;
   StatusReport& statusReport_;
-  /// Frames that the core has dropped of its current file: before decoding, and before showing.
+  /// How many frames of its current file the core has dropped: before decoding, and before showing.
   std::int64_t droppedUndecoded_ = 0;
   std::int64_t droppedUnshown_ = 0;
 };

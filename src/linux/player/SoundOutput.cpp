@@ -14,7 +14,7 @@ constexpr std::chrono::minutes kLongestPause{10};
 
 }  // namespace
 
-SoundOutput::SoundOutput(mpv_handle* playerCore) : core_(playerCore), pause_(kFirstPause) {
+SoundOutput::SoundOutput(mpv_handle* core) : core_(core), pause_(kFirstPause) {
   retry_.setSingleShot(true);
   QObject::connect(&retry_, &QTimer::timeout, &retry_, [this] {
     isRefused_ = false;
@@ -24,7 +24,7 @@ SoundOutput::SoundOutput(mpv_handle* playerCore) : core_(playerCore), pause_(kFi
 
 void SoundOutput::setAudible(bool audible) {
   if (audible && !isAudible_) {
-    // Somebody wants to hear it now.
+    // The user wants to hear it now.
     retry_.stop();
     isRefused_ = false;
     pause_ = kFirstPause;

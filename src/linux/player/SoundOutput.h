@@ -7,16 +7,16 @@
 
 namespace quilex {
 
-/// Decides whether the core opens an audio device: only while there is something to hear, and, where none can be
-/// opened, again after a growing pause, since the libraries below complain about each attempt. Otherwise the sound goes
-/// nowhere at its own pace. Main thread.
+/// Decides whether the core opens an audio device: only while there is something to hear. When none can be opened, it
+/// is tried again after a growing pause, since the libraries below print a message each time. Without a device the core
+/// plays the sound into nothing, at its own pace. Main thread.
 class SoundOutput {
  public:
   /// `core` must outlive the object.
   explicit SoundOutput(mpv_handle* core);
 
   void setAudible(bool audible);
-  /// The name of the output that the core has opened now, or null.
+  /// To be called when the core has opened an output; its name, or null for none.
   void opened(const char* driver);
 
  private:

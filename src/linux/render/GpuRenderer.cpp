@@ -75,7 +75,7 @@ std::string lastError() {
 
 tl::unexpected<Failure> refused(std::string reason) {
   qCInfo(renderLog, "EGL is not used: %s", reason.c_str());
-  return tl::unexpected(Failure{std::move(reason)});
+  return failed(std::move(reason));
 }
 
 }  // namespace
@@ -172,7 +172,6 @@ GpuRenderer::~GpuRenderer() {
 }
 
 Outcome GpuRenderer::setUp(Rasteriser allowed) {
-  const auto failed = [](std::string reason) { return tl::unexpected(Failure{std::move(reason)}); };
   if (!display_ || eglInitialize(display_.get(), nullptr, nullptr) == EGL_FALSE) {
     return failed("EGL cannot be started on this display" + lastError());
   }

@@ -99,7 +99,7 @@ void VideoOutput::showFrame() {
 void VideoOutput::checkLost() {
   if (renderer_->isLost() && !restoration_) {
     qCWarning(renderLog, "the driver has lost all that was drawn");
-    // Not in the middle of drawing.
+    // Not now: a picture that is in use would be destroyed.
     restoration_ = runLoop_.after(std::chrono::milliseconds(0), [this] { restore(); });
   }
 }

@@ -32,11 +32,11 @@ const wl_registry_listener WaylandConnection::registryListener = {
 Result<std::unique_ptr<WaylandConnection>> WaylandConnection::open() {
   WaylandObject<wl_display> display(wl_display_connect(nullptr));
   if (!display) {
-    return tl::unexpected(Failure{"there is no compositor at WAYLAND_DISPLAY"});
+    return failed("there is no compositor at WAYLAND_DISPLAY");
   }
   std::unique_ptr<WaylandConnection> opened(new WaylandConnection(std::move(display)));
   if (auto ready = opened->setUp(); !ready) {
-    return tl::unexpected(std::move(ready.error()));
+    return failed(std::move(ready.error()));
   }
   return opened;
 }
@@ -52,17 +52,17 @@ Outcome WaylandConnection::setUp() {
   // Once for the globals, and once for the outputs' descriptions.
   for (int i = 0; i < 2; ++i) {
     if (wl_display_roundtrip(display()) < 0) {
-      return tl::unexpected(Failure{"the compositor ends the connection"});
+      return failed("the compositor ends the connection");
     }
   }
   constexpr std::uint32_t kBufferDamage = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
   if (!globals_.layerShell ||
       zwlr_layer_shell_v1_get_version(layerShell()) < ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION) {
-    return tl::unexpected(Failure{"the compositor has no layer shell (wlr-layer-shell, version 2)"});
+    return failed("the compositor has no layer shell (wlr-layer-shell, version 2)");
   }
   if (!globals_.compositor || wl_compositor_get_version(compositor()) < kBufferDamage || !globals_.sharedMemory ||
       !globals_.viewporter) {
-    return tl::unexpected(Failure{"the compositor lacks wl_compositor 4, wl_shm or wp_viewporter"});
+    return failed("the compositor lacks wl_compositor 4, wl_shm or wp_viewporter");
   }
   return {};
 }

@@ -52,7 +52,7 @@ class WaylandDesktop : public Desktop {
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) override {
     return std::make_unique<WaylandWindowServer>(*wayland_, output, makeTarget_, loop);
   }
-  // Windows cannot be embedded there.
+  // Wayland has no trays of that kind.
   EmbeddingTray embeddingTray() override { return {}; }
 
  private:

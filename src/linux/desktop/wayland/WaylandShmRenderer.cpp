@@ -49,8 +49,8 @@ class BufferView {
   }
 
  private:
-  static constexpr wl_buffer_listener kListener = {
-      .release = [](void* data, wl_buffer*) { listener<BufferView>(data).setRead(false); }};
+  static void released(void* data, wl_buffer* /*object*/) { listener<BufferView>(data).setRead(false); }
+  static constexpr wl_buffer_listener kListener = {.release = released};
 
   std::weak_ptr<Buffer> buffer_;
   PixelRect part_;
@@ -74,7 +74,7 @@ class WaylandShmTarget : public RenderTarget {
 
  private:
   BufferView& viewOf(const std::shared_ptr<Buffer>& buffer, const PixelRect& part, std::size_t stride) {
-    // Without those of pictures that are gone.
+    // The others are of pictures that are gone, or of parts that are not shown any more.
     std::erase_if(views_, [&](const auto& view) { return !view->buffer() || view->part() != part; });
     const auto known = std::ranges::find_if(views_, [&](const auto& view) { return view->buffer() == buffer; });
     return known != views_.end() ? **known : *views_.emplace_back(std::make_unique<BufferView>(buffer, part, stride));

@@ -41,11 +41,11 @@ void XlibCloser::operator()(Display* display) const {
 Result<std::unique_ptr<X11Connection>> X11Connection::open() {
   XlibDisplay display(XOpenDisplay(nullptr));
   if (!display) {
-    return tl::unexpected(Failure{"there is no X server at DISPLAY"});
+    return failed("there is no X server at DISPLAY");
   }
   std::unique_ptr<X11Connection> opened(new X11Connection(std::move(display)));
   if (!opened->findVisual()) {
-    return tl::unexpected(Failure{"the X server has no 24-bit colour"});
+    return failed("the X server has no 24-bit colour");
   }
   opened->internAtoms();
   opened->selectRootEvents();

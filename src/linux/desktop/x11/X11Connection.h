@@ -80,7 +80,7 @@ class X11Connection {
   void drainEvents();
 
   XlibDisplay display_;
-  /// Xlib's.
+  /// Owned by Xlib.
   xcb_connection_t* connection_;
   xcb_screen_t* screen_ = nullptr;
   xcb_visualid_t visual_ = 0;

@@ -22,7 +22,7 @@ using XcbPointer = std::unique_ptr<Type, FreeDeleter>;
 template <auto destroy>
 class XcbObject {
  public:
-  /// None.
+  /// Owns nothing.
   XcbObject() = default;
   /// A new identifier, for the request that makes the object.
   explicit XcbObject(xcb_connection_t* connection) : connection_(connection), id_(xcb_generate_id(connection)) {}

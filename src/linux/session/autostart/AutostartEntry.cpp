@@ -123,8 +123,8 @@ Result<Change> AutostartEntry::write() const {
   if (read(file_) == entry) {
     return {};
   }
-  if (const auto error = createPrivateFolder(file_.parent_path())) {
-    return failedTo("written", file_, error.message());
+  if (const Outcome made = createPrivateFolder(file_.parent_path()); !made) {
+    return failedTo("written", file_, made.error().message);
   }
   QSaveFile target(QFile::decodeName(file_.c_str()));
   const auto size = static_cast<qint64>(entry.size());

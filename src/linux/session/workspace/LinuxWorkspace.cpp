@@ -64,9 +64,19 @@ void LinuxWorkspace::openURL(const std::string& url) {
   mainThread_.check();
   const QUrl address(QString::fromStdString(url), QUrl::StrictMode);
   const QString encoded = QString::fromLatin1(address.toEncoded());
-  if (address.isValid() && !address.isRelative() && !startInScope({QStringLiteral("xdg-open"), encoded})) {
-    QDesktopServices::openUrl(address);
+  if (!address.isValid() || address.isRelative()) {
+    return;
   }
+  // The program is looked for in folders that may not answer; the toolkit opens addresses on the main thread only.
+  const auto started = std::make_shared<bool>(false);
+  const auto work = [started, encoded](const std::stop_token& /*stop*/) {
+    *started = startInScope({QStringLiteral("xdg-open"), encoded});
+  };
+  openWork_.emplace(backgroundWork_.run(work, [started, address] {
+    if (!*started) {
+      QDesktopServices::openUrl(address);
+    }
+  }));
 }
 
 void LinuxWorkspace::showOpenPanel(const std::vector<std::string>& allowedFileTypes,

@@ -31,6 +31,7 @@ class LinuxWorkspace : public Workspace {
   BackgroundWork& backgroundWork_;
   std::shared_ptr<LoginWish> loginWish_;
   std::optional<Disposable> loginWork_;
+  std::optional<Disposable> openWork_;
 };
 
 }  // namespace quilex

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/FatalError.h"
+#include "linux/toolkit/loop/DeleteLater.h"
 #include "linux/toolkit/loop/FileDescriptor.h"
 
 namespace quilex {
@@ -31,7 +32,7 @@ WallClock::Time timeOf(const QDateTime& time) {
 
 struct Alarm {
   FileDescriptor timer;
-  std::unique_ptr<QSocketNotifier> notifier;
+  std::unique_ptr<QSocketNotifier, DeleteLater> notifier;
 };
 
 }  // namespace
@@ -61,7 +62,7 @@ Disposable LocalWallClock::at(Time date, std::function<void()> action) {
   if (timerfd_settime(alarm->timer.get(), TFD_TIMER_ABSTIME, &expiry, nullptr) != 0) {
     fatalError("no wall-clock timer could be made");
   }
-  alarm->notifier = std::make_unique<QSocketNotifier>(alarm->timer.get(), QSocketNotifier::Read);
+  alarm->notifier.reset(new QSocketNotifier(alarm->timer.get(), QSocketNotifier::Read));
   QObject::connect(alarm->notifier.get(), &QSocketNotifier::activated, alarm->notifier.get(),
                    [weak = std::weak_ptr(alarm), run = std::move(action)] {
                      if (const auto fired = weak.lock()) {
@@ -74,7 +75,7 @@ Disposable LocalWallClock::at(Time date, std::function<void()> action) {
   return Disposable([alarm] {
     alarm->notifier->disconnect();
     alarm->notifier->setEnabled(false);
-    alarm->notifier.release()->deleteLater();
+    alarm->notifier.reset();
     alarm->timer = FileDescriptor();
   });
 }
