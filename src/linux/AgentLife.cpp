@@ -44,7 +44,9 @@ int runAgent(std::unique_ptr<Desktop> desktop, std::string backendReason) {
 
   composition.delegate.applicationDidFinishLaunching();
   QCoreApplication::exec();
-  deadline.begin(EXIT_SUCCESS);
+  if (deadline.begin(EXIT_SUCCESS) != EXIT_SUCCESS) {
+    displayLoss.end();
+  }
   endInOrder();
   return EXIT_SUCCESS;
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -29,6 +30,15 @@ bool isMainThread() {
   return std::this_thread::get_id() == mainThread;
 }
 
+FileDescriptor duplicate(int descriptor) {
+  return FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+}
+
+bool isHungUp(const FileDescriptor& connection, int patience) {
+  pollfd polled{connection.get(), POLLRDHUP, 0};
+  return poll(&polled, 1, patience) > 0;
+}
+
 /// A warning or worse that is not the agent's own.
 bool isAlarm(QtMsgType type, const QMessageLogContext& context) {
   return type != QtDebugMsg && type != QtInfoMsg && qstrncmp(context.category, "quilex.", 7) != 0;
@@ -37,7 +47,7 @@ bool isAlarm(QtMsgType type, const QMessageLogContext& context) {
 }  // namespace
 
 DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void()> lastSteps)
-    : server_(std::move(server)), connection_(fcntl(connection, F_DUPFD_CLOEXEC, 0)), lastSteps_(std::move(lastSteps)) {
+    : server_(std::move(server)), connection_(duplicate(connection)), lastSteps_(std::move(lastSteps)) {
   mainThread = std::this_thread::get_id();
   {
     const std::lock_guard lock(instanceMutex);
@@ -47,6 +57,8 @@ DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void(
   otherMessages = qInstallMessageHandler(nullptr);
   qInstallMessageHandler(handleMessage);
   [[maybe_unused]] static const int registered = std::atexit(handleExit);
+  // It may outlive this object: it waits for nothing but the server.
+  std::thread(watch, duplicate(connection)).detach();
 }
 
 DisplayLoss::~DisplayLoss() {
@@ -58,24 +70,39 @@ DisplayLoss::~DisplayLoss() {
 void DisplayLoss::end() {
   isEnding_ = true;
   EndDeadline::shared().begin(EXIT_FAILURE);
-  std::fprintf(stderr, "quilexhelper: %s is gone\n", server_.c_str());
+  report();
   lastSteps_();
   std::_Exit(EXIT_FAILURE);
 }
 
-bool DisplayLoss::isLost(int patience) {
+std::optional<bool> DisplayLoss::isLost() {
   const std::lock_guard lock(instanceMutex);
   if (instance == nullptr) {
-    return false;
+    return std::nullopt;
   }
-  pollfd connection{instance->connection_.get(), POLLRDHUP, 0};
-  return poll(&connection, 1, patience) > 0;
+  return isHungUp(instance->connection_, kPatienceMilliseconds);
+}
+
+void DisplayLoss::report() {
+  if (!isReported_.test_and_set()) {
+    std::fprintf(stderr, "quilexhelper: %s is gone\n", server_.c_str());
+  }
+}
+
+void DisplayLoss::watch(const FileDescriptor& connection) {
+  while (!isHungUp(connection, -1)) {
+  }
+  const std::lock_guard lock(instanceMutex);
+  if (instance != nullptr) {
+    instance->report();
+    EndDeadline::shared().begin(EXIT_FAILURE);
+  }
 }
 
 // The caller is about to end the process.
 void DisplayLoss::notice() {
   if (!isMainThread()) {
-    // The main thread ends it instead: its own connection notices the loss as well, and there is the deadline.
+    // The main thread ends it instead, in order or with the deadline.
     EndDeadline::shared().begin(EXIT_FAILURE);
     for (;;) {
       pause();
@@ -87,7 +114,7 @@ void DisplayLoss::notice() {
 }
 
 void DisplayLoss::handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  if (isAlarm(type, context) && isLost(kPatienceMilliseconds)) {
+  if (isAlarm(type, context) && isLost().value_or(false)) {
     notice();
   } else {
     otherMessages(type, context, text);
@@ -95,9 +122,15 @@ void DisplayLoss::handleMessage(QtMsgType type, const QMessageLogContext& contex
 }
 
 void DisplayLoss::handleExit() {
-  if (isLost(0)) {
+  const auto lost = isLost();
+  if (!lost) {
+    return;
+  }
+  EndDeadline::shared().begin(EXIT_FAILURE);
+  // Another thread must not destroy static objects while the main thread uses them.
+  if (*lost || !isMainThread()) {
     notice();
-  } else if (isMainThread() && instance != nullptr && !instance->isEnding_) {
+  } else if (!instance->isEnding_) {
     instance->lastSteps_();
   }
 }

@@ -1,22 +1,25 @@
 #pragma once
 
 #include <QtGlobal>
+#include <atomic>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "linux/toolkit/loop/FileDescriptor.h"
 
 namespace quilex {
 
-/// Ends the agent when its display server goes away. The agent's own connection may be the first to notice, and then
-/// calls `end`. The toolkit and other libraries have connections too, and end the process by themselves when those
-/// break. Before that they log a warning or run the exit handlers, and there this class goes first.
+/// Ends the agent when its display server goes away. A thread waits for that and begins the end, whatever the main
+/// thread does. The main thread then calls `end`, if it does not hang. The toolkit and other libraries end the process
+/// by themselves when their own connections break; before that they log a warning or run the exit handlers, and there
+/// this class goes first.
 ///
 /// At most one exists at a time. Made and destroyed on the main thread.
 class DisplayLoss {
  public:
-  /// `server` is what messages to the user call the server. `connection` is a socket to it, of which a duplicate
-  /// is kept. `lastSteps` may run more than once, on the main thread.
+  /// `server` is what messages to the user call the server. `connection` is a socket to it; duplicates of it are
+  /// kept. `lastSteps` may run more than once, on the main thread.
   DisplayLoss(std::string server, int connection, std::function<void()> lastSteps);
   ~DisplayLoss();
   DisplayLoss(const DisplayLoss&) = delete;
@@ -29,12 +32,16 @@ class DisplayLoss {
  private:
   static void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text);
   static void handleExit();
-  static bool isLost(int patience);
+  /// Nothing if there is no instance. May wait a moment.
+  static std::optional<bool> isLost();
+  static void watch(const FileDescriptor& connection);
   static void notice();
+  void report();
 
   const std::string server_;
   const FileDescriptor connection_;
   const std::function<void()> lastSteps_;
+  std::atomic_flag isReported_;
   bool isEnding_ = false;
 };
 

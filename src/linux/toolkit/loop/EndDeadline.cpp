@@ -75,10 +75,11 @@ Disposable EndDeadline::addLastAction(std::function<void()> action) {
   });
 }
 
-void EndDeadline::begin(int status) {
+int EndDeadline::begin(int status) {
   int given = kNotGiven;
   exitStatus_.compare_exchange_strong(given, status);
   notify(event_.get());
+  return given == kNotGiven ? status : given;
 }
 
 void EndDeadline::watch() {

@@ -36,9 +36,8 @@ class EndDeadline {
   /// Adds an action for when the main thread does not end in time. It runs in a thread of its own, and may hang. Once
   /// the actions run, releasing the token blocks until the process ends.
   [[nodiscard]] Disposable addLastAction(std::function<void()> action);
-  /// Begins the end of the process with that exit status. The status of an end that has already begun stays. Any
-  /// thread.
-  void begin(int status);
+  /// Begins the end of the process with that exit status, or returns the one that an earlier call gave it. Any thread.
+  int begin(int status);
 
  private:
   EndDeadline();
