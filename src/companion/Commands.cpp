@@ -154,7 +154,7 @@ Outcome importCommand(const std::vector<std::string>& files) {
   const auto current = valueInForce<std::string>((*settings)->suite(), settings::kCurrentVideoSign);
   catchInterruptions();
   const ImportCount count = importVideos(files, **library);
-  const Outcome swept = (*library)->sweepCovers();
+  Outcome swept = (*library)->sweepCovers();
   if (!count.firstSign.empty()) {
     if (auto announced = announceImport(**settings, count.firstSign, *before, current); !announced) {
       return announced;
