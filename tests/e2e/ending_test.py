@@ -31,9 +31,9 @@ class EndingJourney(Journey):
         self.begin(("moving", "file://" + self.moving), CurrentVideoSign="moving")
         self.bus = self.session.programs[0]
         self.log = self.session.hear()
-        # The sanitizers take long at the end.
+        # Far more than is promised, for a machine that does other things too; the sanitizers take long at the end.
         program = self.session.agent_program.read_bytes()
-        self.limit = 18 if b"__asan_init" in program or b"__tsan_init" in program else 4
+        self.limit = 30 if b"__asan_init" in program or b"__tsan_init" in program else 8
 
     def play(self, **variables):
         self.session.start_agent(**variables)
@@ -41,14 +41,12 @@ class EndingJourney(Journey):
 
     def end(self):
         agent, self.session.agent = self.session.agent, None
-        start = time.monotonic()
         for how in (signal.SIGTERM, signal.SIGINT, signal.SIGTERM):
             agent.send_signal(how)
         try:
-            self.assertEqual(agent.wait(timeout=20), 0)
+            self.assertEqual(agent.wait(timeout=self.limit), 0)
         finally:
             agent.kill()
-        self.assertLess(time.monotonic() - start, self.limit)
         self.assertEqual(self.session.settings()["CurrentVideoSign"], "moving")
 
     def end_is_heard(self, times=1):
