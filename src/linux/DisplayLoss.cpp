@@ -1,9 +1,10 @@
 #include "linux/DisplayLoss.h"
 
-#include <fcntl.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -30,15 +31,6 @@ bool isMainThread() {
   return std::this_thread::get_id() == mainThread;
 }
 
-FileDescriptor duplicate(int descriptor) {
-  return FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
-}
-
-bool isHungUp(const FileDescriptor& connection, int patience) {
-  pollfd polled{connection.get(), POLLRDHUP, 0};
-  return poll(&polled, 1, patience) > 0;
-}
-
 /// A warning or worse that is not the agent's own.
 bool isAlarm(QtMsgType type, const QMessageLogContext& context) {
   return type != QtDebugMsg && type != QtInfoMsg && qstrncmp(context.category, "quilex.", 7) != 0;
@@ -47,7 +39,10 @@ bool isAlarm(QtMsgType type, const QMessageLogContext& context) {
 }  // namespace
 
 DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void()> lastSteps)
-    : server_(std::move(server)), connection_(duplicate(connection)), lastSteps_(std::move(lastSteps)) {
+    : server_(std::move(server)),
+      connection_(connection),
+      lastSteps_(std::move(lastSteps)),
+      stop_(eventfd(0, EFD_CLOEXEC)) {
   mainThread = std::this_thread::get_id();
   {
     const std::lock_guard lock(instanceMutex);
@@ -57,11 +52,12 @@ DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void(
   otherMessages = qInstallMessageHandler(nullptr);
   qInstallMessageHandler(handleMessage);
   [[maybe_unused]] static const int registered = std::atexit(handleExit);
-  // It may outlive this object: it waits for nothing but the server.
-  std::thread(watch, duplicate(connection)).detach();
+  watcher_ = std::thread([this] { watch(); });
 }
 
 DisplayLoss::~DisplayLoss() {
+  eventfd_write(stop_.get(), 1);
+  watcher_.join();
   qInstallMessageHandler(otherMessages);
   const std::lock_guard lock(instanceMutex);
   instance = nullptr;
@@ -80,7 +76,8 @@ std::optional<bool> DisplayLoss::isLost() {
   if (instance == nullptr) {
     return std::nullopt;
   }
-  return isHungUp(instance->connection_, kPatienceMilliseconds);
+  pollfd connection{instance->connection_, POLLRDHUP, 0};
+  return poll(&connection, 1, kPatienceMilliseconds) > 0;
 }
 
 void DisplayLoss::report() {
@@ -89,12 +86,12 @@ void DisplayLoss::report() {
   }
 }
 
-void DisplayLoss::watch(const FileDescriptor& connection) {
-  while (!isHungUp(connection, -1)) {
+void DisplayLoss::watch() {
+  std::array polled{pollfd{connection_, POLLRDHUP, 0}, pollfd{stop_.get(), POLLIN, 0}};
+  while (poll(polled.data(), polled.size(), -1) < 0) {
   }
-  const std::lock_guard lock(instanceMutex);
-  if (instance != nullptr) {
-    instance->report();
+  if (polled[1].revents == 0) {
+    report();
     EndDeadline::shared().begin(EXIT_FAILURE);
   }
 }

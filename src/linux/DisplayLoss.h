@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include "linux/toolkit/loop/FileDescriptor.h"
 
@@ -18,8 +19,8 @@ namespace quilex {
 /// At most one exists at a time. Made and destroyed on the main thread.
 class DisplayLoss {
  public:
-  /// `server` is what messages to the user call the server. `connection` is a socket to it; duplicates of it are
-  /// kept. `lastSteps` may run more than once, on the main thread.
+  /// `server` is what messages to the user call the server. `connection` is a socket to it, which must stay open as
+  /// long as this object exists. `lastSteps` may run more than once, on the main thread.
   DisplayLoss(std::string server, int connection, std::function<void()> lastSteps);
   ~DisplayLoss();
   DisplayLoss(const DisplayLoss&) = delete;
@@ -34,15 +35,17 @@ class DisplayLoss {
   static void handleExit();
   /// Nothing if there is no instance. May wait a moment.
   static std::optional<bool> isLost();
-  static void watch(const FileDescriptor& connection);
   static void notice();
+  void watch();
   void report();
 
   const std::string server_;
-  const FileDescriptor connection_;
+  const int connection_;
   const std::function<void()> lastSteps_;
   std::atomic_flag isReported_;
   bool isEnding_ = false;
+  const FileDescriptor stop_;
+  std::thread watcher_;
 };
 
 }  // namespace quilex
