@@ -27,8 +27,7 @@ int runAgent(std::unique_ptr<Desktop> desktop, std::string backendReason) {
     }
   };
   DisplayLoss displayLoss(desktop->serverName(), desktop->connection(), endInOrder);
-  const auto made =
-      Composition::make(std::move(desktop), std::move(backendReason), [&displayLoss] { displayLoss.end(); });
+  const auto made = Composition::make(*desktop, std::move(backendReason), [&displayLoss] { displayLoss.end(); });
   if (!made) {
     std::fprintf(stderr, "quilexhelper: %s\n", made.error().message.c_str());
     return EXIT_FAILURE;

@@ -88,7 +88,7 @@ UniformRandom systemRandom() {
 
 /// What may be missing, so that the agent cannot start.
 struct Composition::Foundation {
-  std::unique_ptr<Desktop> desktop;
+  Desktop& desktop;
   std::string backendReason;
   std::unique_ptr<QtRunLoop> runLoop;
   std::unique_ptr<JsonSettingsSuite> suite;
@@ -97,9 +97,9 @@ struct Composition::Foundation {
   std::string rendererReason;
 };
 
-Result<std::unique_ptr<Composition>> Composition::make(std::unique_ptr<Desktop> desktop, std::string backendReason,
+Result<std::unique_ptr<Composition>> Composition::make(Desktop& desktop, std::string backendReason,
                                                        std::function<void()> desktopLost) {
-  Foundation foundation{std::move(desktop), std::move(backendReason), std::make_unique<QtRunLoop>(), {}, {}, {}, {}};
+  Foundation foundation{desktop, std::move(backendReason), std::make_unique<QtRunLoop>(), {}, {}, {}, {}};
   auto suite = JsonSettingsSuite::open(settingsFile(), *foundation.runLoop);
   if (!suite) {
     return failed(suite.error());
@@ -110,12 +110,12 @@ Result<std::unique_ptr<Composition>> Composition::make(std::unique_ptr<Desktop> 
     return failed(defaults.error());
   }
   foundation.standardDefaults = *std::move(defaults);
-  auto renderer = chooseRenderer(*foundation.desktop, foundation.rendererReason);
+  auto renderer = chooseRenderer(foundation.desktop, foundation.rendererReason);
   if (!renderer) {
     return failed(renderer.error());
   }
   foundation.renderer = *std::move(renderer);
-  foundation.desktop->start(std::move(desktopLost));
+  foundation.desktop.start(std::move(desktopLost));
   // Before anything looks a text up.
   installTranslations(QLocale::system().uiLanguages(), LinuxBundle::main().path() / "translations");
   return std::unique_ptr<Composition>(new Composition(std::move(foundation)));
@@ -127,10 +127,10 @@ Composition::Composition(Foundation&& foundation)
     : runLoop_(std::move(foundation.runLoop)),
       suite_(std::move(foundation.suite)),
       standardDefaults_(std::move(foundation.standardDefaults)),
-      desktop_(std::move(foundation.desktop)),
+      desktop_(foundation.desktop),
       renderer_(*foundation.renderer),
       output_(std::move(foundation.renderer)),
-      windowServer_(desktop_->makeWindowServer(output_, *runLoop_)),
+      windowServer_(desktop_.makeWindowServer(output_, *runLoop_)),
       library(appInfo.urls().applicationSupport(), bundle_.resource("Quilex", "db"), console_),
       videoPlayerManager({preferences, *standardDefaults_, library, fileFinder_, *windowServer_, notifications_,
                           *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },
@@ -157,7 +157,7 @@ Composition::Composition(Foundation&& foundation)
 }
 
 std::unique_ptr<StatusItem> Composition::makeStatusItem() {
-  return std::make_unique<QtStatusItem>(bundle_, *runLoop_, desktop_->embeddingTray(), report_);
+  return std::make_unique<QtStatusItem>(bundle_, *runLoop_, desktop_.embeddingTray(), report_);
 }
 
 void Composition::reportStart(const Foundation& foundation) {
@@ -172,7 +172,7 @@ void Composition::reportStart(const Foundation& foundation) {
         {"Qt", qVersion()}, {"SQLite", SQLite::getLibVersion()}, {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)}};
     status.desktop = variable("XDG_CURRENT_DESKTOP");
     status.sessionType = variable("XDG_SESSION_TYPE");
-    status.backend = desktop_->kind();
+    status.backend = desktop_.kind();
     status.backendReason = foundation.backendReason;
     status.gpu = renderer_.device();
     status.renderer = status.gpu.empty() ? "cpu" : "gpu";
@@ -189,7 +189,7 @@ void Composition::reportStart(const Foundation& foundation) {
 }
 
 void Composition::reportDisplays() {
-  report_.update([&](AgentStatus& status) { status.displays = desktop_->displays(); });
+  report_.update([&](AgentStatus& status) { status.displays = desktop_.displays(); });
 }
 
 Composition::~Composition() {

@@ -36,7 +36,8 @@ class Composition {
  public:
   /// Opens the settings, chooses the renderer and builds everything; shows and plays nothing yet. `backendReason` says
   /// why the desktop that is tried first was not taken, if so. `desktopLost` is called once when the desktop goes away.
-  static Result<std::unique_ptr<Composition>> make(std::unique_ptr<Desktop> desktop, std::string backendReason,
+  /// The desktop must outlive the composition.
+  static Result<std::unique_ptr<Composition>> make(Desktop& desktop, std::string backendReason,
                                                    std::function<void()> desktopLost);
   ~Composition();
   Composition(const Composition&) = delete;
@@ -70,7 +71,7 @@ class Composition {
   NotificationCenter processNotifications_;
   std::unique_ptr<JsonSettingsSuite> suite_;
   std::unique_ptr<JsonSettingsSuite> standardDefaults_;
-  std::unique_ptr<Desktop> desktop_;
+  Desktop& desktop_;
   Renderer& renderer_;
   VideoOutput output_;
   std::unique_ptr<WindowServer> windowServer_;

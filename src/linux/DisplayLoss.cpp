@@ -1,6 +1,5 @@
 #include "linux/DisplayLoss.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "linux/toolkit/loop/EndDeadline.h"
@@ -40,9 +40,9 @@ bool isAlarm(QtMsgType type, const QMessageLogContext& context) {
 
 DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void()> lastSteps)
     : server_(std::move(server)),
-      connection_(fcntl(connection, F_DUPFD_CLOEXEC, 0)),
+      connection_(connection),
       lastSteps_(std::move(lastSteps)),
-      unwatched_(eventfd(0, EFD_CLOEXEC)) {
+      stop_(eventfd(0, EFD_CLOEXEC)) {
   mainThread = std::this_thread::get_id();
   {
     const std::lock_guard lock(instanceMutex);
@@ -52,17 +52,15 @@ DisplayLoss::DisplayLoss(std::string server, int connection, std::function<void(
   otherMessages = qInstallMessageHandler(nullptr);
   qInstallMessageHandler(handleMessage);
   [[maybe_unused]] static const int registered = std::atexit(handleExit);
-  watching_ = std::thread([this] { watch(); });
+  watcher_ = std::thread([this] { watch(); });
 }
 
 DisplayLoss::~DisplayLoss() {
+  eventfd_write(stop_.get(), 1);
+  watcher_.join();
   qInstallMessageHandler(otherMessages);
-  {
-    const std::lock_guard lock(instanceMutex);
-    instance = nullptr;
-  }
-  eventfd_write(unwatched_.get(), 1);
-  watching_.join();
+  const std::lock_guard lock(instanceMutex);
+  instance = nullptr;
 }
 
 void DisplayLoss::end() {
@@ -78,8 +76,8 @@ std::optional<bool> DisplayLoss::isLost() {
   if (instance == nullptr) {
     return std::nullopt;
   }
-  pollfd polled{instance->connection_.get(), POLLRDHUP, 0};
-  return poll(&polled, 1, kPatienceMilliseconds) > 0;
+  pollfd connection{instance->connection_, POLLRDHUP, 0};
+  return poll(&connection, 1, kPatienceMilliseconds) > 0;
 }
 
 void DisplayLoss::report() {
@@ -89,8 +87,8 @@ void DisplayLoss::report() {
 }
 
 void DisplayLoss::watch() {
-  std::array polled{pollfd{connection_.get(), POLLRDHUP, 0}, pollfd{unwatched_.get(), POLLIN, 0}};
-  while (poll(polled.data(), polled.size(), -1) <= 0) {
+  std::array polled{pollfd{connection_, POLLRDHUP, 0}, pollfd{stop_.get(), POLLIN, 0}};
+  while (poll(polled.data(), polled.size(), -1) < 0) {
   }
   if (polled[1].revents == 0) {
     report();

@@ -19,8 +19,8 @@ namespace quilex {
 /// At most one exists at a time. Made and destroyed on the main thread.
 class DisplayLoss {
  public:
-  /// `server` is what messages to the user call the server. `connection` is a socket to it, of which a duplicate
-  /// is kept. `lastSteps` may run more than once, on the main thread.
+  /// `server` is what messages to the user call the server. `connection` is a socket to it, which must stay open as
+  /// long as this object exists. `lastSteps` may run more than once, on the main thread.
   DisplayLoss(std::string server, int connection, std::function<void()> lastSteps);
   ~DisplayLoss();
   DisplayLoss(const DisplayLoss&) = delete;
@@ -41,13 +41,12 @@ class DisplayLoss {
   void report();
 
   const std::string server_;
-  const FileDescriptor connection_;
+  const int connection_;
   const std::function<void()> lastSteps_;
   std::atomic_flag isReported_;
   bool isEnding_ = false;
-  /// Readable once the watch is to end.
-  const FileDescriptor unwatched_;
-  std::thread watching_;
+  const FileDescriptor stop_;
+  std::thread watcher_;
 };
 
 }  // namespace quilex
