@@ -61,7 +61,7 @@ std::optional<nlohmann::json> parse(std::string_view text);
 std::optional<std::int64_t> wholeNumber(const nlohmann::json& json);
 
 /// How the values of a type are read and written; to be specialised for types that are neither records nor listed
-/// below. `read` gets no null unless the specialisation has a member `acceptsNull`.
+/// below. `read` gets no null unless its specialisation has a member `acceptsNull`.
 template <typename Value>
 struct Coder;
 
