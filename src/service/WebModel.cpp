@@ -21,13 +21,13 @@ constexpr std::size_t kMaximumReply = std::size_t{1} << 20U;
 
 /// A random UUID (RFC 4122, version 4) in its standard form, in capitals.
 std::string makeUUID(const UniformRandom& random) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
   std::string text = "xxxxxxxx-xxxx-4xxx-Vxxx-xxxxxxxxxxxx";
   for (char& character : text) {
     if (character == 'x') {
-      character = kDigits[random(16)];
+      character = kHexDigits[random(16)];
     } else if (character == 'V') {
-      character = kDigits[8 + random(4)];
+      character = kHexDigits[8 + random(4)];
     }
   }
   return text;
