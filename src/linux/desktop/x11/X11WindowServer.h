@@ -5,6 +5,7 @@
 
 #include "linux/desktop/DesktopWindows.h"
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11DesktopWatcher.h"
 #include "linux/desktop/x11/X11DesktopWindow.h"
 #include "linux/desktop/x11/X11Monitors.h"
 #include "linux/render/VideoOutput.h"
@@ -34,6 +35,11 @@ class X11WindowServer : public WindowServer {
   void ordered();
   bool isCovered() const;
   void checkOcclusion();
+  void iconsChanged();
+  void pressed(const DesktopPress& press);
+  /// Puts the windows above or below those with icons, again if a window manager has not done so.
+  void arrange();
+  bool isMisordered() const;
 
   X11Connection& x11_;
   VideoOutput& output_;
@@ -49,7 +55,10 @@ class X11WindowServer : public WindowServer {
   std::optional<Disposable> occlusionCheck_;
   /// Set while changes of visibility may be due to the agent's own ordering.
   std::optional<Disposable> ownOrdering_;
+  int attempts_ = 0;
+  std::optional<Disposable> arrangement_;
   Disposable events_;
+  X11DesktopWatcher watcher_;
 };
 
 }  // namespace quilex
