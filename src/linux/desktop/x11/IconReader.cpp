@@ -14,8 +14,10 @@ namespace {
 
 // A program draws in many steps, and its icons may be seen a moment late. Both hold for every later look too.
 constexpr std::chrono::milliseconds kDrawing{50};
-// The background and the windows that show it are not set at the same time.
-constexpr std::chrono::milliseconds kSetting{250};
+// A background is announced, drawn and shown in windows at different times, and only the first is reported. So all is
+// looked at again some times.
+constexpr std::array kSetting{std::chrono::milliseconds(250), std::chrono::milliseconds(1000),
+                              std::chrono::milliseconds(3000)};
 // Looking at all of a large window takes some milliseconds, and it may be one that draws all the time.
 constexpr std::chrono::milliseconds kOpaque{2000};
 
@@ -108,8 +110,7 @@ void IconReader::handle(const xcb_generic_event_t& event) {
   } else if (type == XCB_PROPERTY_NOTIFY) {
     const xcb_atom_t name = reinterpret_cast<const xcb_property_notify_event_t&>(event).atom;
     if (name == atoms_[Atom::xRootPixmap]) {
-      std::ranges::for_each(windows_, [](const auto& window) { window->invalidate(); });
-      lookIn(kSetting);
+      lookAtAllAgain();
     } else if (name == atoms_[Atom::netClientList] || name == atoms_[Atom::netSupportingWmCheck]) {
       isListStale_ = true;
       lookIn(kDrawing);
@@ -119,13 +120,24 @@ void IconReader::handle(const xcb_generic_event_t& event) {
   } else if (type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY || type == XCB_UNMAP_NOTIFY ||
              type == XCB_REPARENT_NOTIFY || type == XCB_DESTROY_NOTIFY) {
     isListStale_ = true;
-    std::ranges::for_each(windows_, [](const auto& window) { window->invalidate(); });
+    lookAtAllAgain();
     lookIn(kDrawing);
   }
 }
 
+void IconReader::lookAtAllAgain() {
+  wholeLooks_ = 0;
+  lookIn(kSetting.front());
+}
+
 void IconReader::look() {
   nextLook_.reset();
+  if (wholeLooks_ < kSetting.size()) {
+    std::ranges::for_each(windows_, [](const auto& window) { window->invalidate(); });
+    if (++wholeLooks_ < kSetting.size()) {
+      lookIn(kSetting[wholeLooks_]);
+    }
+  }
   if (std::exchange(isListStale_, false)) {
     findWindows();
   }
@@ -136,7 +148,7 @@ void IconReader::look() {
       window->look(pixmap.empty() ? xcb_pixmap_t{XCB_NONE} : pixmap.front());
     }
     if (window->isStale()) {
-      lookIn(kSetting);
+      lookIn(kSetting.front());
     }
     if (!window->isViewable()) {
       continue;
@@ -178,6 +190,7 @@ void IconReader::findWindows() {
   for (const xcb_window_t other : others) {
     if (std::ranges::none_of(windows_, [&](const auto& window) { return window->id() == other; })) {
       windows_.push_back(std::make_unique<IconWindow>(xcb, root_, other));
+      lookAtAllAgain();
     }
   }
   // A frame that is restacked sends the event, not the window in it.
@@ -240,9 +253,18 @@ void IconReader::buttonEvent(const xcb_ge_generic_event_t& event) {
   }
   const int x = pointer->root_x;
   const int y = pointer->root_y;
-  if (!isDown || (isOwn(topmostAt(x, y)) && !isIconAt(x, y))) {
+  if (!isDown || isWallpaperAt(x, y)) {
     pressed_(x, y, isDown);
   }
+}
+
+// A window whose icons are left out does not count, since it is above the wallpaper for a moment now and then.
+bool IconReader::isWallpaperAt(int x, int y) const {
+  const xcb_window_t topmost = topmostAt(x, y);
+  const bool isLeftOut =
+      layer_.kind == IconLayer::Kind::separable &&
+      std::ranges::any_of(windows_, [&](const auto& window) { return toplevelOf(window->id()) == topmost; });
+  return (isLeftOut || isOwn(topmost)) && !isIconAt(x, y);
 }
 
 bool IconReader::isIconAt(int x, int y) const {

@@ -43,12 +43,14 @@ class IconReader {
   void handle(const xcb_generic_event_t& event);
   void buttonEvent(const xcb_ge_generic_event_t& event);
   void lookIn(std::chrono::milliseconds delay);
+  void lookAtAllAgain();
   void look();
   void findWindows();
   void order(IconLayer& layer) const;
   xcb_window_t toplevelOf(xcb_window_t window) const;
   bool isDesktop(xcb_window_t window, bool own) const;
   bool isOwn(xcb_window_t toplevel) const;
+  bool isWallpaperAt(int x, int y) const;
   bool isIconAt(int x, int y) const;
   xcb_window_t topmostAt(int x, int y) const;
 
@@ -66,6 +68,8 @@ class IconReader {
   std::vector<xcb_window_t> wallpapers_;
   IconLayer layer_;
   std::optional<Clock::time_point> nextLook_;
+  /// How often all windows have been looked at since something changed.
+  std::size_t wholeLooks_ = 0;
 };
 
 }  // namespace quilex
