@@ -9,7 +9,7 @@ namespace {
 void addFiles(const Facts& facts, std::vector<Oddity>& found) {
   if (!facts.settings.problem.empty()) {
     found.push_back({"the settings file " + facts.settings.path + " " + facts.settings.problem,
-                     "mend it by hand, or move it away: the agent then starts with what holds for a new user"});
+                     "repair it by hand, or move it away: the agent then starts with the default settings"});
   }
   if (!facts.library.problem.empty()) {
     found.push_back({"the library " + facts.library.path + " " + facts.library.problem,

@@ -16,7 +16,7 @@ class MpvReport {
   /// Observes the core. All three must outlive the object.
   MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report);
 
-  /// Handles a change of the property that was observed with that number; ignores numbers of others.
+  /// Handles a change of the property that was observed with that number; ignores other numbers.
   void propertyChanged(std::uint64_t number, const mpv_event_property& change);
   /// Logs a message that is not an error.
   static void log(const mpv_event_log_message& message);
