@@ -191,7 +191,10 @@ void Composition::reportStart(const Foundation& foundation) {
 }
 
 void Composition::reportPlacement() {
-  report_.update([&](AgentStatus& status) { status.placement = desktop_.placement(); });
+  report_.update([&](AgentStatus& status) {
+    status.placement = desktop_.placement();
+    status.placementAdvice = desktop_.placementAdvice();
+  });
 }
 
 void Composition::reportDisplays() {

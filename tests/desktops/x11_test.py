@@ -3,6 +3,7 @@
 The programs that show icons run with their window managers. A desktop whose programs are not installed is left out.
 """
 
+import json
 import pathlib
 import shutil
 import sys
@@ -93,6 +94,11 @@ class DesktopJourney(Journey):
 
         wait_for(is_right, report)
 
+    def placement(self):
+        """Where the wallpaper lies, and what the person can do about it, as the doctor says it."""
+        report = json.loads(self.session.run(self.session.programs_folder / "quilex", "doctor", "--json"))
+        return report["desktop"]["placement"], str(report["odd"])
+
     def click(self, place, button=1):
         self.session.run("xdotool", "mousemove", *map(str, place), "click", str(button))
 
@@ -143,6 +149,7 @@ class DesktopJourney(Journey):
         self.find_icon()
         session.start_agent()
         self.wait_for_desktop("the video under the icons")
+        self.assertIn("above the desktop, whose icons are left out", self.placement()[0])
         self.check_input()
         self.check_events(desktop)
         session.end_agent()
@@ -169,14 +176,41 @@ class Lxqt(DesktopJourney):
     manager = ("openbox",)
     desktop = ("pcmanfm-qt", "--desktop", "--profile=lxqt")
 
+    background = "WallpaperMode=none\nBgColor=#304a6e"
+
     def start_desktop(self):
         file = self.session.folder / "config/pcmanfm-qt/lxqt/settings.conf"
         file.parent.mkdir(parents=True, exist_ok=True)
-        file.write_text("[System]\nFallbackIconThemeName=Adwaita\n[Desktop]\nWallpaperMode=none\nBgColor=#304a6e\n")
+        file.write_text(f"[System]\nFallbackIconThemeName=Adwaita\n[Desktop]\n{self.background}\n")
         return super().start_desktop()
 
     def test_lxqt(self):
         self.journey()
+
+    def test_icons_that_cannot_be_told_from_the_background(self):
+        session = self.begin(("green", self.green), manager="openbox")
+        picture = session.folder / "picture.png"
+        Image.radial_gradient("L").convert("RGB").save(picture)
+        self.background = f"WallpaperMode=stretch\nWallpaper={picture}"
+        desktop = self.start_desktop()
+        hidden = self.wait_until_still(Image.new("RGB", session.desktop.screenshot().size))
+        session.start_agent()
+        panel = Panel(session)
+        wait_for(lambda: "which hides it" in self.placement()[0], lambda: str(self.placement()))
+        self.assertIn("a background of a single colour", self.placement()[1])
+        # This desktop has a window on the first monitor only.
+        first = lambda picture: picture.crop((0, 0, 1280, 720))
+        is_hidden = lambda: share(differences(first(session.desktop.screenshot()), first(hidden))) < 0.01
+        wait_for(is_hidden, "the desktop's picture")
+        panel.click("Hide Desktop Icon")
+        session.wait_for_pixels({FREE: GREEN, (20, 20): GREEN, (1680, 300): GREEN}, "the video in front")
+        panel.click("Hide Desktop Icon")
+        # What the doctor says helps.
+        self.end_desktop(desktop)
+        self.background = Lxqt.background
+        self.start_desktop()
+        wait_for(lambda: "icons are left out" in self.placement()[0], lambda: str(self.placement()))
+        session.wait_for_pixels({FREE: GREEN, (1680, 300): GREEN}, "the video under the icons")
 
 
 if __name__ == "__main__":

@@ -37,7 +37,9 @@ class Desktop {
   virtual void start(std::function<void()> lost) = 0;
   /// How the wallpaper stands on the desktop, in plain English, such as "bottom layer"; empty if not known yet.
   virtual std::string placement() const = 0;
-  /// Notifies when that may have changed.
+  /// What the person can do if the desktop hides it, in plain English; else empty.
+  virtual std::string placementAdvice() const { return {}; }
+  /// Notifies when one of them may have changed.
   [[nodiscard]] Disposable observePlacement(std::function<void()> handler) {
     return placementObservers_.add(std::move(handler));
   }

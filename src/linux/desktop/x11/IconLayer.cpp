@@ -2,18 +2,23 @@
 
 namespace quilex {
 
-std::string describe(IconLayer::Kind kind) {
-  switch (kind) {
-    case IconLayer::Kind::none:
-      return "below all windows; no program shows icons";
-    case IconLayer::Kind::transparent:
-      return "below the desktop's icons, which are transparent around them";
-    case IconLayer::Kind::separable:
-      return "above the desktop, with its icons left out";
-    case IconLayer::Kind::opaque:
-      break;
+Placement placementFor(IconLayer::Kind kind, bool hidesIcons) {
+  if (kind == IconLayer::Kind::none) {
+    return {"below all windows; no program shows icons on the desktop", {}};
   }
-  return "below the desktop, which hides it";
+  if (hidesIcons) {
+    return {"in front of the desktop's icons, which are hidden", {}};
+  }
+  switch (kind) {
+    case IconLayer::Kind::transparent:
+      return {"below the desktop's icons", {}};
+    case IconLayer::Kind::separable:
+      return {"above the desktop, whose icons are left out of it", {}};
+    default:
+      return {"below the desktop, which hides it",
+              "in the desktop's own settings, choose a background of a single colour; or choose \"Hide Desktop Icon\" "
+              "in the menu"};
+  }
 }
 
 }  // namespace quilex

@@ -30,7 +30,15 @@ struct IconLayer {
   bool operator==(const IconLayer&) const = default;
 };
 
-/// What the wallpaper does about the icons, as people read it: a phrase without a subject.
-std::string describe(IconLayer::Kind kind);
+/// Where the wallpaper lies on the desktop.
+struct Placement {
+  /// A phrase such as "below all windows".
+  std::string description;
+  /// What a person can do so that it is seen, if it is not.
+  std::string advice;
+  bool operator==(const Placement&) const = default;
+};
+/// `hidesIcons` if the wallpaper is in front of them by the person's wish.
+Placement placementFor(IconLayer::Kind kind, bool hidesIcons);
 
 }  // namespace quilex

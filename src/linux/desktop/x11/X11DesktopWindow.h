@@ -43,6 +43,8 @@ class X11DesktopWindow {
   void remap();
   /// To be called when the desktop's icons change.
   void setIcons(const IconLayer& icons);
+  /// Whether it was ordered to the front, so that it hides icons.
+  bool hidesIcons() const { return wanted_ && wantedOrder_ == WindowOrder::front; }
   /// Whether it belongs above windows with icons; else below.
   bool belongsAboveIcons() const {
     return wantedOrder_ == WindowOrder::front || icons_.kind == IconLayer::Kind::separable;

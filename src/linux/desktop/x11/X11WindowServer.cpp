@@ -20,13 +20,15 @@ constexpr int kMostAttempts = 6;
 
 }  // namespace
 
-X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop)
+X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop,
+                                 std::function<void(const Placement&)> placed)
     : x11_(x11),
       output_(output),
       makeTarget_(std::move(makeTarget)),
       runLoop_(loop),
       monitors_(x11),
       windows_(loop, [this] { ordered(); }),
+      placed_(std::move(placed)),
       events_(x11.observeEvents([this](const auto& event) { handle(event); })),
       watcher_([this] { iconsChanged(); }, [this](const DesktopPress& press) { pressed(press); }) {
   if (monitors_.firstEvent()) {
@@ -57,14 +59,22 @@ std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Scre
 
 void X11WindowServer::iconsChanged() {
   const IconLayer& icons = watcher_.icons();
-  qCInfo(desktopLog, "icons on the desktop: %s, %zu rectangles; above a wallpaper: %s, below: %s",
-         describe(icons.kind).c_str(), icons.icons.size(), icons.hasWindowAbove ? "yes" : "no",
-         icons.hasWindowBelow ? "yes" : "no");
   for (X11DesktopWindow* window : windows_.all()) {
     window->setIcons(icons);
   }
+  reportPlacement();
   if (!arrangement_) {
     arrange();
+  }
+}
+
+void X11WindowServer::reportPlacement() {
+  const auto isInFront = [](const X11DesktopWindow* window) { return window->hidesIcons(); };
+  const Placement now = placementFor(watcher_.icons().kind, std::ranges::any_of(windows_.all(), isInFront));
+  if (placement_ != now) {
+    placement_ = now;
+    qCInfo(desktopLog, "the wallpaper lies %s", now.description.c_str());
+    placed_(now);
   }
 }
 
@@ -105,6 +115,7 @@ void X11WindowServer::arrange() {
 }
 
 void X11WindowServer::ordered() {
+  reportPlacement();
   ownOrdering_ = runLoop_.after(kOwnOrdering, [this] {
     ownOrdering_.reset();
     covered_ = isCovered();

@@ -18,8 +18,9 @@ namespace quilex {
 /// root window is the one screen.
 class X11WindowServer : public WindowServer {
  public:
-  /// Everything given must outlive the server.
-  X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop);
+  /// Everything given must outlive the server. `placed` is called when the windows' placement on the desktop changes.
+  X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop,
+                  std::function<void(const Placement&)> placed);
   ~X11WindowServer() override;
 
   std::vector<Screen> screens() const override;
@@ -36,6 +37,7 @@ class X11WindowServer : public WindowServer {
   bool isCovered() const;
   void checkOcclusion();
   void iconsChanged();
+  void reportPlacement();
   void pressed(const DesktopPress& press);
   /// Puts the windows above or below those with icons, again if a window manager has not done so.
   void arrange();
@@ -55,6 +57,8 @@ class X11WindowServer : public WindowServer {
   std::optional<Disposable> occlusionCheck_;
   /// Set while changes of visibility may be due to the agent's own ordering.
   std::optional<Disposable> ownOrdering_;
+  std::function<void(const Placement&)> placed_;
+  Placement placement_;
   int attempts_ = 0;
   std::optional<Disposable> arrangement_;
   Disposable events_;
