@@ -47,6 +47,8 @@ struct AgentStatus {
 
   // The desktop
 
+  /// How the wallpaper stands on the desktop, in plain English, such as "bottom layer".
+  std::string placement;
   std::vector<DisplayStatus> displays;
   /// The kind of panel that the status item was made for: "notifier", "embedded", or "none" so far.
   std::string statusItem = "none";

@@ -22,6 +22,7 @@ class WaylandDesktop : public Desktop {
   const char* toolkitPlugin() const override { return "wayland"; }
   const char* serverName() const override { return "the Wayland compositor"; }
   int connection() const override { return wl_display_get_fd(wayland_->display()); }
+  std::string placement() const override { return "background layer"; }
   std::vector<DisplayStatus> displays() const override {
     std::vector<DisplayStatus> found;
     for (const auto& output : wayland_->outputs()) {

@@ -31,6 +31,7 @@ class X11Desktop : public Desktop {
   const char* toolkitPlugin() const override { return "xcb"; }
   const char* serverName() const override { return "the X server"; }
   int connection() const override { return xcb_get_file_descriptor(x11_->xcb()); }
+  std::string placement() const override { return "desktop window"; }
   std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11_).describe(); }
   void start(std::function<void()> lost) override { x11_->start(std::move(lost)); }
   Result<std::unique_ptr<Renderer>> makeGpuRenderer(Rasteriser allowed) override {
