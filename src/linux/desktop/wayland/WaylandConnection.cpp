@@ -84,6 +84,7 @@ void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uin
       output->locate(globals_.outputManager.get());
     }
   }
+  hasPlasmaShell_ = hasPlasmaShell_ || std::string_view(interface) == "org_kde_plasma_shell";
   if (std::string_view(interface) == wl_seat_interface.name && version >= kSeatVersion && seatName_ == 0) {
     seatName_ = name;
   }

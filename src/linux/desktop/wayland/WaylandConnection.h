@@ -35,6 +35,8 @@ class WaylandConnection {
   wl_shm* sharedMemory() const { return globals_.sharedMemory.get(); }
   wp_viewporter* viewporter() const { return globals_.viewporter.get(); }
   zwlr_layer_shell_v1* layerShell() const { return globals_.layerShell.get(); }
+  /// Whether it is KWin, with the extension for Plasma's own windows.
+  bool isPlasma() const { return hasPlasmaShell_; }
   /// The first seat, which then announces what it has; empty when there is none.
   WaylandObject<wl_seat> bindSeat();
 
@@ -69,6 +71,7 @@ class WaylandConnection {
   WaylandObject<wl_registry> registry_;
   Globals globals_;
   std::uint32_t seatName_ = 0;
+  bool hasPlasmaShell_ = false;
   std::vector<std::unique_ptr<WaylandOutput>> knownOutputs_;
   ObserverList<> observers_;
   std::function<void()> compositorLost_;
