@@ -16,10 +16,10 @@ BACKGROUND = "output * bg #{:02x}{:02x}{:02x} solid_color\n"
 # Debian's own, which is translucent and 30 units high. Its layer is the bottom one.
 BAR = "bar {\n  swaybar_command waybar\n}\n"
 BAR_HEIGHT = 30
-# The white square of the video is in the middle of what the bar leaves.
+# The same with and without a bar.
 PICTURES = (
-    {(300, 375): RED, (640, 375): WHITE, (1000, 375): BLUE, (640, 375 - 150): WHITE, (600, 375 - 170): RED, (300, 715): RED},
-    {(200, 315): RED, (400, 315): WHITE, (600, 315): BLUE, (400, 315 + 120): WHITE, (200, 595): RED},
+    {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (600, 204): WHITE, (600, 196): RED, (600, 516): WHITE, (600, 524): RED},
+    {(100, 300): RED, (400, 300): WHITE, (700, 300): BLUE, (380, 170): WHITE, (380, 163): RED},
 )
 
 
@@ -67,7 +67,7 @@ class Sway(Journey):
         session = self.begin(("halves", self.halves), MonitorArrange=1, CurrentVideoSign="halves")
         desktop = session.desktop
         session.start_agent()
-        whole = {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (1270, 5): BLUE}
+        whole = {**PICTURES[0], (1270, 5): BLUE}
         session.wait_for_pixels(whole, "the video on the whole output", 0)
         for _ in range(2):  # both start after the wallpaper
             before = self.programs("swaybg"), self.programs("waybar")
@@ -78,10 +78,8 @@ class Sway(Journey):
 
         for scale in ("2", "1.5", "1"):
             desktop.configure(0, f"scale {scale}")
-            height = round(BAR_HEIGHT * float(scale))
-            middle = (640, 360 + height // 2)
-            session.wait_for_pixels({(300, middle[1]): RED, middle: WHITE, (1000, middle[1]): BLUE}, f"scale {scale}", 0)
-            wait_for(lambda: not alike(self.bar(0, height), RED), f"the bar at scale {scale}")
+            session.wait_for_pixels(PICTURES[0], f"scale {scale}", 0)
+            wait_for(lambda: not alike(self.bar(0, round(BAR_HEIGHT * float(scale))), RED), f"the bar at scale {scale}")
         self.look("after changes of the scale")
         for lit in (False, True):
             desktop.set_lit(0, lit)
@@ -93,7 +91,7 @@ class Sway(Journey):
 
         # Both start before the wallpaper, and the background again after it.
         self.assertEqual(session.end_agent(), 0)
-        session.wait_for_pixels({(640, 375): PURPLE}, "the other background", 0)
+        session.wait_for_pixels({(640, 360): PURPLE}, "the other background", 0)
         session.start_agent()
         self.look("after the wallpaper's start")
         before = self.programs("swaybg")
@@ -103,7 +101,7 @@ class Sway(Journey):
         self.run_personally(BACKGROUND.format(*TEAL))
         session.wait_for_pixels(whole, "the video on the whole output, once the bar is gone", 0)
         session.write_settings(IsOpenPlayer=False)
-        session.wait_for_pixels({(640, 375): TEAL, (1270, 5): TEAL}, "the other background without a wallpaper", 0)
+        session.wait_for_pixels({(640, 360): TEAL, (1270, 5): TEAL}, "the other background without a wallpaper", 0)
 
 
     def test_clicks_on_the_status_item(self):

@@ -34,11 +34,14 @@ void WaylandDesktopWindow::settle() {
   }
   const bool inFront = choice_.standsInFront(wantedOrder_);
   const bool wantsBottom = wanted_ && inFront;
-  const bool wantsBackground = wanted_ && (!inFront || bottom_.leavesRoom());
   const bool isHandedOver = wanted_ && !(inFront ? bottom_ : background_).hasAppeared();
   const WaylandOutput* const place = output();
-  const WaylandLayerSurface::Subject subject{view_->frame, screen_.frame, choice_.takesPresses()};
+  const Rect whole{0, 0, screen_.frame.width, screen_.frame.height};
+  WaylandLayerSurface::Subject subject{view_->frame, screen_.frame, whole, choice_.takesPresses()};
   bottom_.update(wantsBottom || (isHandedOver && bottom_.isShown()), place, subject);
+  const std::optional<Rect> room = bottom_.leftRoom();
+  const bool wantsBackground = wanted_ && (!inFront || room);
+  subject.part = inFront ? room.value_or(whole) : whole;
   background_.update(wantsBackground || (isHandedOver && background_.isShown()), place, subject);
 }
 

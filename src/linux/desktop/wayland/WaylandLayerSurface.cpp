@@ -7,8 +7,6 @@ namespace quilex {
 
 namespace {
 
-constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
-                                    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
 // Neither makes room for itself nor gives way to panels; or gives way.
 constexpr std::int32_t kWholeOutput = -1;
 constexpr std::int32_t kBesidePanels = 0;
@@ -56,8 +54,19 @@ void WaylandLayerSurface::fit(const Fit& now) {
     hide();
     reopening_.reset();
   }
+  if (shell_ && before && before->subject.part != now.subject.part) {
+    setExtent();
+    wl_surface_commit(shell_->surface.get());
+    shell_->appearing.reset();
+    shell_->appeared = false;
+  }
+  findPlace();
   makeContent();
-  // Otherwise it is shown with the next configure event or frame callback.
+  showContent();
+}
+
+// While the surface waits, its content is shown with the next configure event or frame callback.
+void WaylandLayerSurface::showContent() {
   if (isShown() && !waitsForCallback()) {
     setInputRegion();
     content_->setTarget(shell_->target.get());
@@ -78,21 +87,81 @@ void WaylandLayerSurface::makeContent() {
                    });
 }
 
-// A client does not learn where on the output its surface is, so the picture's middle is kept in the middle of what
-// panels leave.
+// Until it is known where panels are, as much of the picture is hidden on either side.
 Rect WaylandLayerSurface::covered() const {
   const Rect& screen = fitted_->subject.screen;
   if (layer_ == Layer::background || !isShown()) {
-    return {0, 0, screen.width, screen.height};
+    return fitted_->subject.part;
+  }
+  if (shell_->place) {
+    return *shell_->place;
   }
   const double width = std::min<double>(shell_->size->width, screen.width);
   const double height = std::min<double>(shell_->size->height, screen.height);
   return {(screen.width - width) / 2, (screen.height - height) / 2, width, height};
 }
 
+void WaylandLayerSurface::findPlace() {
+  if (!isShown()) {
+    return;
+  }
+  shell_->place.reset();
+  shell_->question.reset();
+  if (layer_ == Layer::background || !leavesRoom()) {
+    return;
+  }
+  shell_->question = std::make_unique<LayerSurfacePosition>(
+      services_.connection, shell_->layerSurface.get(), [this](double x, double y) {
+        shell_->question.reset();
+        const Rect& screen = fitted_->subject.screen;
+        const Rect place{x, y, double(shell_->size->width), double(shell_->size->height)};
+        if (x >= 0 && y >= 0 && x + place.width <= screen.width && y + place.height <= screen.height) {
+          shell_->place = place;
+          makeContent();
+          showContent();
+          changed_();
+        }
+      });
+}
+
 bool WaylandLayerSurface::leavesRoom() const {
   return isShown() &&
          (shell_->size->width < fitted_->subject.screen.width || shell_->size->height < fitted_->subject.screen.height);
+}
+
+std::optional<Rect> WaylandLayerSurface::leftRoom() const {
+  if (!leavesRoom()) {
+    return std::nullopt;
+  }
+  const Rect whole{0, 0, fitted_->subject.screen.width, fitted_->subject.screen.height};
+  const Rect& place = shell_->place.value_or(Rect{});
+  const double right = place.x + place.width;
+  const double bottom = place.y + place.height;
+  if (place.width == whole.width && (place.y == 0 || bottom == whole.height)) {
+    return place.y == 0 ? Rect{0, bottom, whole.width, whole.height - bottom} : Rect{0, 0, whole.width, place.y};
+  }
+  if (place.height == whole.height && (place.x == 0 || right == whole.width)) {
+    return place.x == 0 ? Rect{right, 0, whole.width - right, whole.height} : Rect{0, 0, place.x, whole.height};
+  }
+  return whole;
+}
+
+// A length between two anchored edges is the compositor's to choose.
+void WaylandLayerSurface::setExtent() {
+  const Rect& screen = fitted_->subject.screen;
+  const Rect& part = fitted_->subject.part;
+  std::uint32_t edges = 0;
+  const auto anchor = [&](bool touches, std::uint32_t edge) { edges |= touches ? edge : 0; };
+  anchor(part.x == 0, ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
+  anchor(part.y == 0, ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP);
+  anchor(part.x + part.width == screen.width, ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT);
+  anchor(part.y + part.height == screen.height, ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM);
+  const auto length = [](double wanted, double whole) {
+    return wanted == whole ? 0 : static_cast<std::uint32_t>(wanted);
+  };
+  zwlr_layer_surface_v1_set_anchor(shell_->layerSurface.get(), edges);
+  zwlr_layer_surface_v1_set_size(shell_->layerSurface.get(), length(part.width, screen.width),
+                                 length(part.height, screen.height));
 }
 
 void WaylandLayerSurface::show(const WaylandOutput& place) {
@@ -106,9 +175,8 @@ void WaylandLayerSurface::show(const WaylandOutput& place) {
       inFront ? ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM : ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND, "quilexhelper"));
   zwlr_layer_surface_v1* const layer = shell_->layerSurface.get();
   zwlr_layer_surface_v1_add_listener(layer, &shellListener, this);
-  zwlr_layer_surface_v1_set_anchor(layer, kAllEdges);
   zwlr_layer_surface_v1_set_exclusive_zone(layer, inFront ? kBesidePanels : kWholeOutput);
-  zwlr_layer_surface_v1_set_size(layer, 0, 0);
+  setExtent();
   wl_surface_commit(shell_->surface.get());
   shell_->target = services_.makeTarget(shell_->surface.get(), [this] { requestCallback(); });
   connection.flush();
@@ -142,6 +210,7 @@ void WaylandLayerSurface::configure(std::uint32_t serial, std::uint32_t width, s
   setInputRegion();
   const bool resized = std::exchange(shell_->size, now) != now;
   if (resized) {
+    findPlace();
     makeContent();
   }
   content_->setTarget(shell_->target.get());

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "linux/desktop/wayland/LayerSurfacePosition.h"
 #include "linux/desktop/wayland/WaylandConnection.h"
 #include "linux/render/VideoOutput.h"
 
@@ -29,16 +30,18 @@ class WaylandLayerSurface {
     std::function<void()> waitBegan;
     std::function<void()> waitEnded;
   };
-  /// What is shown, and who gets the presses on it. The view is in the coordinates of the screen.
+  /// What is shown, and who gets the presses on it. View and part are in the coordinates of the screen.
   struct Subject {
     Rect view;
     Rect screen;
+    /// What is to be covered: the whole screen, or a strip along one of its edges.
+    Rect part;
     bool takesPresses = true;
     bool operator==(const Subject&) const = default;
   };
 
   /// The services must outlive the surface. `changed` is called when `update` has something to do again, or may be
-  /// called otherwise: `hasAppeared` or `leavesRoom` has changed, or the surface can be shown (again).
+  /// called otherwise: `hasAppeared` or `leftRoom` has changed, or the surface can be shown (again).
   WaylandLayerSurface(const Services& services, Layer layer, std::function<void()> changed)
       : services_(services), layer_(layer), changed_(std::move(changed)) {}
   ~WaylandLayerSurface();
@@ -53,8 +56,9 @@ class WaylandLayerSurface {
   bool isShown() const { return shell_ && shell_->size; }
   /// Whether its first picture must have reached the screen.
   bool hasAppeared() const { return shell_ && shell_->appeared; }
-  /// Whether panels take a part of the output.
-  bool leavesRoom() const;
+  /// What panels take of the screen: a strip along an edge, or the whole screen if it is more than that or not known
+  /// yet. None without panels.
+  std::optional<Rect> leftRoom() const;
   bool waitsForCallback() const { return shell_ && shell_->frameCallback; }
   /// Whether the callback that the surface waits for was already pending when `noteWait` was last called.
   bool isLeftWaiting() const { return waitsForCallback() && waitNoted_; }
@@ -71,6 +75,9 @@ class WaylandLayerSurface {
     std::unique_ptr<RenderTarget> target;
     /// In units of the global space; none until the compositor has given it.
     std::optional<PixelSize> size;
+    /// What it covers of the screen, once that is known; and the question for it.
+    std::optional<Rect> place;
+    std::unique_ptr<LayerSurfacePosition> question;
     std::optional<Disposable> appearing;
     bool appeared = false;
   };
@@ -86,8 +93,12 @@ class WaylandLayerSurface {
 
   void fit(const Fit& now);
   void makeContent();
+  void showContent();
   Rect covered() const;
+  void findPlace();
+  bool leavesRoom() const;
   void show(const WaylandOutput& place);
+  void setExtent();
   void hide();
   void setInputRegion();
   void configure(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
