@@ -118,7 +118,12 @@ class Sway(Journey):
         wait_for(lambda: 20 < sum(pixel < 100 for pixel in icon()) < 400, "the item in the bar")
         mouse = Mouse(session.desktop.name)
         self.addCleanup(mouse.connection.close)
+        calls = session.folder / "calls"
+        with open(calls, "wb") as file:
+            session.start("dbus-monitor", "--session", "member=Activate", stdout=file)
+        wait_for(lambda: "NameAcquired" in calls.read_text(), "the monitor of the bus")
         mouse.click(12, 15, 2080, 720, "left")
+        wait_for(lambda: "member=Activate" in calls.read_text(), "the left click")
         mouse.click(12, 15, 2080, 720, "right")
         session.wait_for_pixels({(20, 40): TEAL}, "the panel's own menu after a right click", 0)
         self.assertEqual(session.desktop.ordinary_windows(), [])
