@@ -71,16 +71,18 @@ bool IconReader::hasExtensions() {
 
 bool IconReader::advance() {
   xcb_connection_t* const xcb = connection_.get();
-  do {
+  bool isDone = false;
+  while (!isDone) {
     while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(xcb)}) {
       handle(*event);
     }
-    if (nextLook_ && *nextLook_ <= Clock::now()) {
+    // Waiting for answers reads events too, which nothing else would announce.
+    isDone = !nextLook_ || *nextLook_ > Clock::now();
+    if (!isDone) {
       look();
     }
-    xcb_flush(xcb);
-    // Waiting for a reply may have read events.
-  } while (nextLook_ && *nextLook_ <= Clock::now());
+  }
+  xcb_flush(xcb);
   return xcb_connection_has_error(xcb) == 0;
 }
 
