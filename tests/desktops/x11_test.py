@@ -97,7 +97,7 @@ class DesktopJourney(Journey):
     def placement(self):
         """Where the wallpaper lies, and what the person can do about it, as the doctor says it."""
         report = json.loads(self.session.run(self.session.programs_folder / "quilex", "doctor", "--json"))
-        return report["desktop"]["placement"], str(report["odd"])
+        return report["desktop"].get("placement", "no agent yet"), str(report["odd"])
 
     def click(self, place, button=1):
         self.session.run("xdotool", "mousemove", *map(str, place), "click", str(button))
