@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,7 @@
 #include "base/FatalError.h"
 #include "library/LibraryFile.h"
 #include "linux/player/MpvPlayer.h"
+#include "linux/session/dbus/SessionLock.h"
 #include "linux/toolkit/http/QtHTTPSession.h"
 #include "linux/toolkit/http/QtImage.h"
 #include "linux/toolkit/http/ServiceURL.h"
@@ -135,6 +137,7 @@ Composition::Composition(Foundation&& foundation)
       videoPlayerManager({preferences, *standardDefaults_, library, fileFinder_, *windowServer_, notifications_,
                           *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },
                           systemRandom(), report_}),
+      standstill(*runLoop_, report_, [this](bool isHeld) { videoPlayerManager.setHeld(isHeld); }),
       statusBarManager({preferences, videoPlayerManager, *windowServer_, workspace_,
                         [this] { return makeStatusItem(); }, localize, appInfo.displayVersion(),
                         [this] { delegate.checkUpdates(AppDelegate::Check::manual); }}),
@@ -154,6 +157,15 @@ Composition::Composition(Foundation&& foundation)
   }));
   observations_.push_back(windowServer_->observeOcclusion([this] { delegate.applicationDidChangeOcclusionState(); }));
   observations_.push_back(workspace_.observeResignActive([this] { delegate.applicationDidResignActive(); }));
+  respectReasons();
+}
+
+void Composition::respectReasons() {
+  const auto respect = [this](const StandstillReason& reason) { observations_.push_back(standstill.respect(reason)); };
+  std::ranges::for_each(sessionStandstillReasons(), respect);
+  std::ranges::for_each(desktop_.standstillReasons(), respect);
+  respect({"no part of the wallpaper can be seen",
+           [this](StandstillReason::Handler handler) { return windowServer_->observeUnseen(std::move(handler)); }});
 }
 
 std::unique_ptr<StatusItem> Composition::makeStatusItem() {

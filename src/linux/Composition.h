@@ -23,6 +23,7 @@
 #include "platform/AppInfo.h"
 #include "platform/NotificationCenter.h"
 #include "platform/StatusReport.h"
+#include "playback/Standstill.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
 #include "settings/Preferences.h"
@@ -55,6 +56,7 @@ class Composition {
   explicit Composition(Foundation&& foundation);
   void reportStart(const Foundation& foundation);
   void reportDisplays();
+  void respectReasons();
   std::unique_ptr<StatusItem> makeStatusItem();
 
   // The adapters
@@ -82,6 +84,7 @@ class Composition {
   Preferences preferences{*suite_, *runLoop_};
   LocalVideoDBManager library;
   VideoPlayerManager videoPlayerManager;
+  Standstill standstill;
   StatusBarManager statusBarManager;
   WebModel webModel;
   AppDelegate delegate;

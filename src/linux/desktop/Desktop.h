@@ -10,6 +10,7 @@
 #include "linux/render/VideoOutput.h"
 #include "platform/AgentStatus.h"
 #include "platform/RunLoop.h"
+#include "platform/StandstillReason.h"
 #include "platform/WindowServer.h"
 
 namespace quilex {
@@ -42,6 +43,8 @@ class Desktop {
   /// everything given must outlive the window server.
   virtual std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) = 0;
   virtual EmbeddingTray embeddingTray() = 0;
+  /// What the server knows of besides windows. The desktop must outlive the tokens of the watches.
+  virtual std::vector<StandstillReason> standstillReasons() = 0;
 };
 
 }  // namespace quilex

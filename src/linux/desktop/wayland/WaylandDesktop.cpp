@@ -54,6 +54,8 @@ class WaylandDesktop : public Desktop {
   }
   // Wayland has no trays of that kind.
   EmbeddingTray embeddingTray() override { return {}; }
+  // A screen that is off shows no frame; the window server notices that.
+  std::vector<StandstillReason> standstillReasons() override { return {}; }
 
  private:
   std::unique_ptr<WaylandConnection> wayland_;

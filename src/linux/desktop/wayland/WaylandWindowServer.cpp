@@ -27,11 +27,7 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOut
                     checkOcclusionIn(kNextTurn);
                   }
                 }},
-      windows_(loop,
-               [this] {
-                 const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
-                 covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
-               }),
+      windows_(loop, [this] { settled(); }),
       pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
                  for (WaylandDesktopWindow* window : windows_.all()) {
@@ -68,6 +64,20 @@ void WaylandWindowServer::screensChangedSoon() {
   }
 }
 
+void WaylandWindowServer::settled() {
+  const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
+  covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
+  updateUnseen();
+}
+
+// The core makes no window while there is no output.
+void WaylandWindowServer::updateUnseen() {
+  const bool unseen = covered_ || windows_.all().empty();
+  if (std::exchange(unseen_, unseen) != unseen) {
+    unseenObservers_.notify(unseen);
+  }
+}
+
 void WaylandWindowServer::checkOcclusionIn(std::chrono::milliseconds delay) {
   if (!occlusionCheck_) {
     occlusionCheck_ = services_.runLoop.after(delay, [this] { checkOcclusion(); });
@@ -91,6 +101,7 @@ void WaylandWindowServer::checkOcclusion() {
     return;
   }
   if (std::exchange(covered_, !anySeen) == anySeen) {
+    updateUnseen();
     occlusionObservers_.notify();
   }
   if (!covered_ && anyWaits) {
@@ -100,6 +111,10 @@ void WaylandWindowServer::checkOcclusion() {
 
 Disposable WaylandWindowServer::observeOcclusion(std::function<void()> handler) {
   return occlusionObservers_.add(std::move(handler));
+}
+
+Disposable WaylandWindowServer::observeUnseen(std::function<void(bool)> handler) {
+  return unseenObservers_.add(std::move(handler));
 }
 
 Disposable WaylandWindowServer::observeScreens(std::function<void()> handler) {

@@ -25,6 +25,7 @@ class WaylandWindowServer : public WindowServer {
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
+  [[nodiscard]] Disposable observeUnseen(std::function<void(bool)> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override {
     return Disposable([] {});
   }
@@ -33,6 +34,8 @@ class WaylandWindowServer : public WindowServer {
   void screensChangedSoon();
   void checkOcclusionIn(std::chrono::milliseconds delay);
   void checkOcclusion();
+  void settled();
+  void updateUnseen();
 
   WaylandConnection& connection_;
   WaylandDesktopWindow::Services services_;
@@ -42,6 +45,8 @@ class WaylandWindowServer : public WindowServer {
   std::optional<Disposable> screensChanged_;
   ObserverList<> occlusionObservers_;
   bool covered_ = false;
+  ObserverList<bool> unseenObservers_;
+  bool unseen_ = false;
   std::optional<Disposable> occlusionCheck_;
   Disposable outputs_;
 };

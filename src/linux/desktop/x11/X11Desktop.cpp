@@ -6,6 +6,7 @@
 
 #include "linux/desktop/x11/X11Connection.h"
 #include "linux/desktop/x11/X11Monitors.h"
+#include "linux/desktop/x11/X11ScreenSaver.h"
 #include "linux/desktop/x11/X11ShmRenderer.h"
 #include "linux/desktop/x11/X11SystemTray.h"
 #include "linux/desktop/x11/X11WindowServer.h"
@@ -56,6 +57,10 @@ class X11Desktop : public Desktop {
   EmbeddingTray embeddingTray() override {
     return {[this] { return systemTray_.isPresent(); },
             [this](std::function<void()> handler) { return systemTray_.observe(std::move(handler)); }};
+  }
+  std::vector<StandstillReason> standstillReasons() override {
+    return {{"the screen is off",
+             [this](StandstillReason::Handler handler) { return watchScreenOff(*x11_, std::move(handler)); }}};
   }
 
  private:

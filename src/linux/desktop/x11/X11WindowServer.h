@@ -5,6 +5,7 @@
 
 #include "linux/desktop/DesktopWindows.h"
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11Coverage.h"
 #include "linux/desktop/x11/X11DesktopWindow.h"
 #include "linux/desktop/x11/X11Monitors.h"
 #include "linux/render/VideoOutput.h"
@@ -24,8 +25,10 @@ class X11WindowServer : public WindowServer {
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
-  /// By the visibility events of the server. There are none under a compositing manager, which redirects windows.
+  /// By the visibility events of the server. There are none under a compositing manager, which redirects windows; there
+  /// full-screen windows cover, as the window manager knows them.
   [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
+  [[nodiscard]] Disposable observeUnseen(std::function<void(bool)> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> handler) override;
 
  private:
@@ -33,17 +36,22 @@ class X11WindowServer : public WindowServer {
   void rootPropertyChanged(xcb_atom_t name);
   void ordered();
   bool isCovered() const;
+  void coverMayHaveChanged();
   void checkOcclusion();
+  void updateUnseen();
 
   X11Connection& x11_;
   VideoOutput& output_;
   MakeX11Target makeTarget_;
   RunLoop& runLoop_;
   X11Monitors monitors_;
+  X11Coverage coverage_;
   DesktopWindows<X11DesktopWindow> windows_;
   ObserverList<> screenObservers_;
   ObserverList<> spaceObservers_;
   ObserverList<> occlusionObservers_;
+  ObserverList<bool> unseenObservers_;
+  bool unseen_ = false;
   bool covered_ = false;
   std::optional<Disposable> screensChanged_;
   std::optional<Disposable> occlusionCheck_;

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/StandstillReason.h"
+
+namespace quilex {
+
+/// "The session is locked", by the LockedHint of the agent's session at the login manager org.freedesktop.login1. Its
+/// signals Lock and Unlock do not count: they ask for a lock, which may never come, and not every locker sends the
+/// second. And "the screen saver is on", by the GetActive and ActiveChanged of the desktops' screen savers.
+std::vector<StandstillReason> sessionStandstillReasons();
+
+}  // namespace quilex
