@@ -17,7 +17,9 @@
 #include "base/FatalError.h"
 #include "library/LibraryFile.h"
 #include "linux/player/MpvPlayer.h"
-#include "linux/session/dbus/SessionLock.h"
+#include "linux/session/dbus/PowerWatches.h"
+#include "linux/session/dbus/SessionState.h"
+#include "linux/session/programs/RunningPrograms.h"
 #include "linux/toolkit/http/QtHTTPSession.h"
 #include "linux/toolkit/http/QtImage.h"
 #include "linux/toolkit/http/ServiceURL.h"
@@ -138,6 +140,7 @@ Composition::Composition(Foundation&& foundation)
                           *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },
                           systemRandom(), report_}),
       standstill(*runLoop_, report_, [this](bool isHeld) { videoPlayerManager.setHeld(isHeld); }),
+      pauseRules(preferences, standstill, pauseWatches()),
       statusBarManager({preferences, videoPlayerManager, *windowServer_, workspace_,
                         [this] { return makeStatusItem(); }, localize, appInfo.displayVersion(),
                         [this] { delegate.checkUpdates(AppDelegate::Check::manual); }}),
@@ -166,6 +169,24 @@ void Composition::respectReasons() {
   std::ranges::for_each(desktop_.standstillReasons(), respect);
   respect({"no part of the wallpaper can be seen",
            [this](StandstillReason::Handler handler) { return windowServer_->observeUnseen(std::move(handler)); }});
+}
+
+PauseWatches Composition::pauseWatches() {
+  const auto windows = [this](WindowExtent extent) {
+    return [this, extent](StandstillReason::Handler handler) {
+      return desktop_.watchWindows(extent, *runLoop_, std::move(handler));
+    };
+  };
+  return {watchOnBattery,
+          watchBelowCharge,
+          watchPowerSaver,
+          watchIdleSession,
+          windows(WindowExtent::fullScreen),
+          windows(WindowExtent::maximized),
+          watchGames,
+          [this](const std::vector<std::string>& names, StandstillReason::Handler handler) {
+            return watchPrograms(names, backgroundWork_, *runLoop_, std::move(handler));
+          }};
 }
 
 std::unique_ptr<StatusItem> Composition::makeStatusItem() {

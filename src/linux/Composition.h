@@ -23,6 +23,7 @@
 #include "platform/AppInfo.h"
 #include "platform/NotificationCenter.h"
 #include "platform/StatusReport.h"
+#include "playback/PauseRules.h"
 #include "playback/Standstill.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
@@ -57,6 +58,7 @@ class Composition {
   void reportStart(const Foundation& foundation);
   void reportDisplays();
   void respectReasons();
+  PauseWatches pauseWatches();
   std::unique_ptr<StatusItem> makeStatusItem();
 
   // The adapters
@@ -85,6 +87,7 @@ class Composition {
   LocalVideoDBManager library;
   VideoPlayerManager videoPlayerManager;
   Standstill standstill;
+  PauseRules pauseRules;
   StatusBarManager statusBarManager;
   WebModel webModel;
   AppDelegate delegate;

@@ -1,4 +1,4 @@
-#include "playback/Standstill.h"
+#include "playback/PauseRules.h"
 #include "support/AgentTest.h"
 
 namespace quilex::test {
@@ -98,6 +98,52 @@ TEST_F(StandstillTest, AHeldAgentFollowsItsSettingsAndLooksForNothing) {
     EXPECT_NE(commands().find('A'), std::string::npos) << closes;
     std::filesystem::remove(folder / "A");
   }
+}
+
+TEST_F(StandstillTest, OnlyTheRulesThatAreOnAreWatched) {
+  std::map<std::string, StandstillReason::Handler> watched;
+  const auto watch = [&](std::string name) -> PauseWatches::Watch {
+    return [&, name](StandstillReason::Handler handler) {
+      watched[name] = std::move(handler);
+      return Disposable([&, name] { watched.erase(name); });
+    };
+  };
+  launch({});
+  const PauseRules rules(
+      *preferences, standstill,
+      {watch("battery"), [&](auto percent, auto handler) { return watch(std::to_string(percent))(handler); },
+       watch("saver"), watch("idle"), watch("full"), watch("large"), watch("game"),
+       [&](const auto& names, auto handler) { return watch(testing::PrintToString(names))(handler); }});
+  EXPECT_TRUE(watched.empty());
+  const std::tuple<const char*, decltype(suite.values)::mapped_type, const char*, const char*> table[] = {
+      {"PauseOnBattery", true, "battery", "the computer runs on battery"},
+      {"PauseBelowCharge", std::int64_t{20}, "20", "the battery has less than 20 %"},
+      {"PauseInPowerSaver", true, "saver", "power is to be saved"},
+      {"PauseWhenIdle", true, "idle", "nobody uses the computer"},
+      {"PauseForFullScreen", true, "full", "a window is full-screen"},
+      {"PauseForMaximized", true, "large", "a window is maximised or full-screen"},
+      {"PauseForGames", true, "game", "a game runs"},
+      {"PauseForPrograms", " vlc,, my game ,", "{ \"vlc\", \"my game\" }", "vlc or my game runs"}};
+  for (const auto& [key, value, name, clause] : table) {
+    suite.values[key] = value;
+    runLoop.advance(1s);
+    ASSERT_TRUE(watched.size() == 1 && watched.contains(name)) << key;
+    watched[name](true);
+    runLoop.advance(1s);
+    EXPECT_EQ(told(), Clauses{clause});
+    suite.values.erase(key);
+    runLoop.advance(1s);
+    EXPECT_TRUE(watched.empty() && told().empty()) << key;
+  }
+  // A rule stays as it is while another one changes.
+  suite.values["PauseBelowCharge"] = std::int64_t{20};
+  suite.values["PauseOnBattery"] = true;
+  runLoop.advance(1s);
+  watched["battery"](true);
+  suite.values["PauseBelowCharge"] = std::int64_t{30};
+  runLoop.advance(1s);
+  EXPECT_TRUE(watched.size() == 2 && watched.contains("30"));
+  EXPECT_EQ(told(), Clauses{"the computer runs on battery"});
 }
 
 TEST_F(StandstillTest, APlayerThatIsMadeLaterIsHeldToo) {

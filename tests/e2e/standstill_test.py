@@ -121,6 +121,80 @@ class Standstill(StandstillJourney):
         session.desktop.set_monitors(self.monitors)
         self.wait_to_move((0, 0, 1280, 720), (1280, 0, 800, 600))
 
+    def test_rules(self):
+        session = self.begin(manager="openbox")
+        power, path = "org.freedesktop.UPower", "/org/freedesktop/UPower"
+        upower = session.start_mock("system", power, path, "--template", "upower")
+        on_battery = lambda on: upower().UpdateProperties(power, {"OnBattery": on})
+        charge = lambda percent: upower(path + "/devices/DisplayDevice").UpdateProperties(power + ".Device", {"Percentage": percent})
+        daemon, place = "net.hadess.PowerProfiles", "/net/hadess/PowerProfiles"
+        profiles = session.start_mock("system", daemon, place, "--template", "power_profiles_daemon")
+        saver = lambda on: profiles().UpdateProperties(daemon, {"ActiveProfile": "power-saver" if on else "balanced"})
+        mode, place = "com.feralinteractive.GameMode", "/com/feralinteractive/GameMode"
+        games = session.start_mock("session", mode, place, mode, place, mode)
+        games().AddProperty(mode, "ClientCount", dbus.Int32(0))
+        play = lambda plays: games().UpdateProperties(mode, {"ClientCount": dbus.Int32(plays)})
+        window = self.make_window("200x100+100+100")
+        extend = lambda state: lambda on: session.run("wmctrl", "-i", "-r", window, "-b", ("add," if on else "remove,") + state)
+        programs = []
+
+        def run(runs):
+            if runs:
+                programs.append(session.start("xmessage", "-geometry", "+900+500", "a chosen program"))
+            else:
+                programs.pop().terminate()
+
+        charge(50.0)
+        session.start_agent()
+        wait_for(session.moves, "a moving picture")
+        # Nothing is a rule before the person says so.
+        idle = lambda is_idle: self.login(self.place).UpdateProperties(LOGIN + ".Session", {"IdleHint": is_idle})
+        circumstances = [idle, on_battery, saver, play, extend("fullscreen"), run]
+        for each in circumstances:
+            each(True)
+        wait_for(session.moves, "a moving picture")
+        for each in circumstances:
+            each(False)
+        rules = {
+            ("PauseOnBattery", "true", "false"): (on_battery, "the computer runs on battery"),
+            ("PauseBelowCharge", "51", "0"): (on_battery, "the battery has less than 51 %"),
+            ("PauseInPowerSaver", "true", "false"): (saver, "power is to be saved"),
+            ("PauseWhenIdle", "true", "false"): (idle, "nobody uses the computer"),
+            ("PauseForGames", "true", "false"): (play, "a game runs"),
+            ("PauseForPrograms", "nothing, xmessage", ""): (run, "nothing or xmessage runs"),
+            ("PauseForFullScreen", "true", "false"): (extend("fullscreen"), "a window is full-screen"),
+            ("PauseForMaximized", "true", "false"): (extend("maximized_vert,maximized_horz"), "a window is maximised or full-screen"),
+        }
+        for (key, on, off), (change, reason) in rules.items():
+            session.set_value(key, on)
+            change(True)
+            wait_for(lambda: self.reasons() == [reason], lambda: f"{reason}, not {self.reasons()}")
+            if "window" not in reason:
+                self.wait_to_stand(reason)
+            if key == "PauseBelowCharge":
+                charge(52.0)
+                self.goes_on()
+                charge(50.0)
+                self.wait_to_stand(reason)
+            change(False)
+            self.goes_on()
+            change(True)
+            wait_for(self.reasons, reason)
+            session.set_value(key, off)
+            self.goes_on()
+            change(False)
+        # A window on another workspace is not in the way.
+        session.set_value("PauseForMaximized", "true")
+        extend("maximized_vert,maximized_horz")(True)
+        wait_for(self.reasons, "the window")
+        session.run("wmctrl", "-s", "1")
+        self.goes_on()
+        session.run("wmctrl", "-s", "0")
+        wait_for(self.reasons, "the window again")
+        session.run("xkill", "-id", window)
+        self.goes_on()
+        self.assertTrue(session.settings()["isPlaying"])
+
     def test_it_goes_on_where_it_stopped(self):
         session = self.begin(CurrentVideoSign="dawn")
         session.start_agent()

@@ -6,6 +6,7 @@
 
 #include "base/Result.h"
 #include "linux/desktop/EmbeddingTray.h"
+#include "linux/desktop/WindowExtent.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/render/VideoOutput.h"
 #include "platform/AgentStatus.h"
@@ -45,6 +46,10 @@ class Desktop {
   virtual EmbeddingTray embeddingTray() = 0;
   /// What the server knows of besides windows. The desktop must outlive the tokens of the watches.
   virtual std::vector<StandstillReason> standstillReasons() = 0;
+  /// Notifies, as StandstillReason::watch does, whether another program's window of that extent is on any monitor;
+  /// never on desktops that do not say so. Desktop and loop must outlive the token.
+  [[nodiscard]] virtual Disposable watchWindows(WindowExtent extent, RunLoop& loop,
+                                                StandstillReason::Handler handler) = 0;
 };
 
 }  // namespace quilex

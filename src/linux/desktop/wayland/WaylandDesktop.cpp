@@ -8,6 +8,7 @@
 #include "linux/desktop/wayland/WaylandConnection.h"
 #include "linux/desktop/wayland/WaylandEglWindow.h"
 #include "linux/desktop/wayland/WaylandShmRenderer.h"
+#include "linux/desktop/wayland/WaylandToplevels.h"
 #include "linux/desktop/wayland/WaylandWindowServer.h"
 
 namespace quilex {
@@ -56,6 +57,9 @@ class WaylandDesktop : public Desktop {
   EmbeddingTray embeddingTray() override { return {}; }
   // A screen that is off shows no frame; the window server notices that.
   std::vector<StandstillReason> standstillReasons() override { return {}; }
+  Disposable watchWindows(WindowExtent extent, RunLoop& /*loop*/, StandstillReason::Handler handler) override {
+    return watchToplevels(*wayland_, extent, std::move(handler));
+  }
 
  private:
   std::unique_ptr<WaylandConnection> wayland_;

@@ -26,6 +26,8 @@ constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> kAtomNa
     "_NET_WM_STATE_BELOW",
     "_NET_WM_STATE_FULLSCREEN",
     "_NET_WM_STATE_HIDDEN",
+    "_NET_WM_STATE_MAXIMIZED_HORZ",
+    "_NET_WM_STATE_MAXIMIZED_VERT",
     "_NET_WM_STATE_SKIP_PAGER",
     "_NET_WM_STATE_SKIP_TASKBAR",
     "_NET_WM_STATE_STICKY",

@@ -36,6 +36,8 @@ enum class Atom {
   netWmStateBelow,
   netWmStateFullscreen,
   netWmStateHidden,
+  netWmStateMaximizedHorizontally,
+  netWmStateMaximizedVertically,
   netWmStateSkipPager,
   netWmStateSkipTaskbar,
   netWmStateSticky,

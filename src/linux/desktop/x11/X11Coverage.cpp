@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <utility>
 
 namespace quilex {
@@ -31,7 +32,11 @@ X11Coverage::X11Coverage(X11Connection& x11, RunLoop& loop, std::function<void()
 }
 
 bool X11Coverage::covers(const Rect& place) const {
-  return std::ranges::any_of(hidden_, [&](const Rect& each) { return contains(each, place); });
+  return std::ranges::any_of(seen_.hidden, [&](const Rect& each) { return contains(each, place); });
+}
+
+bool X11Coverage::has(WindowExtent extent) const {
+  return seen_.isAnyFullScreen || (extent == WindowExtent::maximized && seen_.isAnyMaximized);
 }
 
 void X11Coverage::handle(const xcb_generic_event_t& event) {
@@ -42,17 +47,17 @@ void X11Coverage::handle(const xcb_generic_event_t& event) {
       }
       break;
     case XCB_CONFIGURE_NOTIFY:
-      if (fullScreen_.contains(reinterpret_cast<const xcb_configure_notify_event_t&>(event).window)) {
+      if (large_.contains(reinterpret_cast<const xcb_configure_notify_event_t&>(event).window)) {
         readSoon();
       }
       break;
     case XCB_MAP_NOTIFY:
-      if (fullScreen_.contains(reinterpret_cast<const xcb_map_notify_event_t&>(event).window)) {
+      if (large_.contains(reinterpret_cast<const xcb_map_notify_event_t&>(event).window)) {
         readSoon();
       }
       break;
     case XCB_UNMAP_NOTIFY:
-      if (fullScreen_.contains(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window)) {
+      if (large_.contains(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window)) {
         readSoon();
       }
       break;
@@ -69,7 +74,7 @@ bool X11Coverage::concerns(const xcb_property_notify_event_t& change) const {
   if (is(Atom::netWmState)) {
     return followed_.contains(change.window);
   }
-  return fullScreen_.contains(change.window) &&
+  return large_.contains(change.window) &&
          (is(Atom::netWmDesktop) || is(Atom::netWmOpaqueRegion) || is(Atom::netWmWindowOpacity));
 }
 
@@ -85,16 +90,24 @@ void X11Coverage::read() {
                            ? x11_.property(x11_.root(), x11_.atom(Atom::netClientListStacking), XCB_ATOM_WINDOW)
                            : std::vector<xcb_window_t>();
   follow(clients);
-  const auto fullScreen = fullScreenAmong(clients);
-  fullScreen_ = {fullScreen.begin(), fullScreen.end()};
-  const auto before = std::exchange(hidden_, {});
-  for (const xcb_window_t window : fullScreen) {
-    const auto part = isOnActiveWorkspace(window) ? opaquePart(window) : std::nullopt;
-    if (part) {
-      hidden_.push_back(*part);
+  const auto large = largeAmong(clients);
+  large_.clear();
+  Seen seen;
+  for (const auto& [window, extent] : large) {
+    large_.insert(window);
+    if (!isSeen(window)) {
+      continue;
+    }
+    seen.isAnyMaximized = seen.isAnyMaximized || extent == WindowExtent::maximized;
+    if (extent == WindowExtent::fullScreen) {
+      seen.isAnyFullScreen = true;
+      const auto part = opaquePart(window);
+      if (part) {
+        seen.hidden.push_back(*part);
+      }
     }
   }
-  if (hidden_ != before) {
+  if (std::exchange(seen_, seen) != seen) {
     changed_();
   }
 }
@@ -117,48 +130,59 @@ void X11Coverage::follow(const std::vector<xcb_window_t>& clients) {
 }
 
 // Asks for all states at once.
-std::vector<xcb_window_t> X11Coverage::fullScreenAmong(const std::vector<xcb_window_t>& clients) const {
+std::vector<X11Coverage::Large> X11Coverage::largeAmong(const std::vector<xcb_window_t>& clients) const {
   xcb_connection_t* const xcb = x11_.xcb();
   std::vector<xcb_get_property_cookie_t> cookies;
+  cookies.reserve(clients.size());
   for (const xcb_window_t window : clients) {
     cookies.push_back(xcb_get_property(xcb, 0, window, x11_.atom(Atom::netWmState), XCB_ATOM_ATOM, 0, kMostStates));
   }
-  std::vector<xcb_window_t> found;
+  std::vector<Large> found;
   for (std::size_t index = 0; index < clients.size(); ++index) {
     const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookies[index], nullptr));
     if (!reply || reply->format != 32) {
       continue;
     }
     const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-    const std::vector<xcb_atom_t> states(first, first + reply->value_len);
-    if (std::ranges::count(states, x11_.atom(Atom::netWmStateFullscreen)) > 0 &&
-        std::ranges::count(states, x11_.atom(Atom::netWmStateHidden)) == 0) {
-      found.push_back(clients[index]);
+    if (const auto extent = extentOf({first, first + reply->value_len})) {
+      found.push_back({clients[index], *extent});
     }
   }
   return found;
 }
 
-bool X11Coverage::isOnActiveWorkspace(xcb_window_t window) const {
+std::optional<WindowExtent> X11Coverage::extentOf(const std::vector<xcb_atom_t>& states) const {
+  const auto has = [&](Atom name) { return std::ranges::count(states, x11_.atom(name)) > 0; };
+  if (has(Atom::netWmStateHidden)) {
+    return std::nullopt;
+  }
+  if (has(Atom::netWmStateFullscreen)) {
+    return WindowExtent::fullScreen;
+  }
+  const bool isMaximized = has(Atom::netWmStateMaximizedHorizontally) && has(Atom::netWmStateMaximizedVertically);
+  return isMaximized ? std::optional(WindowExtent::maximized) : std::nullopt;
+}
+
+// Not so on another workspace, where some window managers leave windows mapped.
+bool X11Coverage::isSeen(xcb_window_t window) const {
   const auto active = x11_.property(x11_.root(), x11_.atom(Atom::netCurrentDesktop), XCB_ATOM_CARDINAL);
   const auto own = x11_.property(window, x11_.atom(Atom::netWmDesktop), XCB_ATOM_CARDINAL);
-  return active.empty() || own.empty() || own.front() == kAllDesktops || own.front() == active.front();
+  const XcbPointer<xcb_get_window_attributes_reply_t> attributes(
+      xcb_get_window_attributes_reply(x11_.xcb(), xcb_get_window_attributes(x11_.xcb(), window), nullptr));
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+         (active.empty() || own.empty() || own.front() == kAllDesktops || own.front() == active.front());
 }
 
 // The part of the root window behind which nothing is seen: of a window with transparency, what its program says is
 // opaque. Extended Window Manager Hints 1.5.
 std::optional<Rect> X11Coverage::opaquePart(xcb_window_t window) const {
   xcb_connection_t* const xcb = x11_.xcb();
-  const auto attributesCookie = xcb_get_window_attributes(xcb, window);
   const auto geometryCookie = xcb_get_geometry(xcb, window);
   const auto placeCookie = xcb_translate_coordinates(xcb, window, x11_.root(), 0, 0);
-  const XcbPointer<xcb_get_window_attributes_reply_t> attributes(
-      xcb_get_window_attributes_reply(xcb, attributesCookie, nullptr));
   const XcbPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(xcb, geometryCookie, nullptr));
   const XcbPointer<xcb_translate_coordinates_reply_t> place(xcb_translate_coordinates_reply(xcb, placeCookie, nullptr));
   const auto opacity = x11_.property(window, x11_.atom(Atom::netWmWindowOpacity), XCB_ATOM_CARDINAL);
-  if (!attributes || !geometry || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-      (!opacity.empty() && opacity.front() != kFullyOpaque)) {
+  if (!geometry || !place || (!opacity.empty() && opacity.front() != kFullyOpaque)) {
     return std::nullopt;
   }
   const Rect all{double(place->dst_x), double(place->dst_y), double(geometry->width), double(geometry->height)};
@@ -171,6 +195,27 @@ std::optional<Rect> X11Coverage::opaquePart(xcb_window_t window) const {
   }
   // A full-screen window that is opaque says so in one rectangle.
   return Rect{all.x + region[0], all.y + region[1], double(region[2]), double(region[3])};
+}
+
+Disposable watchX11Windows(X11Connection& x11, WindowExtent extent, RunLoop& loop, StandstillReason::Handler handler) {
+  struct Watch {
+    Watch(X11Connection& connection, WindowExtent wanted, RunLoop& runLoop, StandstillReason::Handler notify)
+        : extent(wanted), handler(std::move(notify)), windows(connection, runLoop, [this] { update(); }) {}
+    void update() {
+      const bool now = windows.has(extent);
+      if (std::exchange(isAny, now) != now) {
+        // The handler may release the token and with it this object.
+        const auto running = handler;
+        running(now);
+      }
+    }
+    WindowExtent extent;
+    StandstillReason::Handler handler;
+    bool isAny = false;
+    X11Coverage windows;
+  };
+  auto watch = std::make_shared<Watch>(x11, extent, loop, std::move(handler));
+  return Disposable([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 
 }  // namespace quilex

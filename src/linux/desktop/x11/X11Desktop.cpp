@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11Coverage.h"
 #include "linux/desktop/x11/X11Monitors.h"
 #include "linux/desktop/x11/X11ScreenSaver.h"
 #include "linux/desktop/x11/X11ShmRenderer.h"
@@ -61,6 +62,9 @@ class X11Desktop : public Desktop {
   std::vector<StandstillReason> standstillReasons() override {
     return {{"the screen is off",
              [this](StandstillReason::Handler handler) { return watchScreenOff(*x11_, std::move(handler)); }}};
+  }
+  Disposable watchWindows(WindowExtent extent, RunLoop& loop, StandstillReason::Handler handler) override {
+    return watchX11Windows(*x11_, extent, loop, std::move(handler));
   }
 
  private:

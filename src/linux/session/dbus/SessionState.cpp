@@ -1,4 +1,4 @@
-#include "linux/session/dbus/SessionLock.h"
+#include "linux/session/dbus/SessionState.h"
 
 #include <unistd.h>
 
@@ -10,11 +10,10 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <set>
-#include <string>
 #include <utility>
 
 #include "linux/session/dbus/BusState.h"
+#include "linux/session/dbus/WatchTogether.h"
 
 namespace quilex {
 
@@ -40,12 +39,15 @@ BusObject login(const QString& path, const char* interface) {
   return {BusKind::system, kLogin, path, kLogin + "." + interface};
 }
 
-/// Looks for the agent's session, one way after another, and watches its lock.
-class SessionLock {
+/// Looks for the agent's session, one way after another, and watches a flag of it.
+class SessionFlag {
  public:
-  explicit SessionLock(StandstillReason::Handler handler) : handler_(std::move(handler)) { askForSession(); }
-  SessionLock(const SessionLock&) = delete;
-  SessionLock& operator=(const SessionLock&) = delete;
+  SessionFlag(QString property, StandstillReason::Handler handler)
+      : property_(std::move(property)), handler_(std::move(handler)) {
+    askForSession();
+  }
+  SessionFlag(const SessionFlag&) = delete;
+  SessionFlag& operator=(const SessionFlag&) = delete;
 
  private:
   void askForSession() {
@@ -88,42 +90,45 @@ class SessionLock {
   }
 
   void watch(const QString& session) {
-    watch_ = watchBusProperty(login(session, "Session"), QStringLiteral("LockedHint"),
-                              [this](const QVariant& locked) { handler_(locked.toBool()); });
+    watch_ = watchBusProperty(login(session, "Session"), property_,
+                              [this](const QVariant& value) { handler_(value.toBool()); });
   }
 
+  QString property_;
   StandstillReason::Handler handler_;
   /// The step that is under way.
   std::optional<Disposable> watch_;
 };
 
+Disposable watchFlag(const QString& property, StandstillReason::Handler handler) {
+  auto flag = std::make_shared<SessionFlag>(property, std::move(handler));
+  return Disposable([flag = std::move(flag)]() mutable { flag.reset(); });
+}
+
 Disposable watchLock(StandstillReason::Handler handler) {
-  auto lock = std::make_shared<SessionLock>(std::move(handler));
-  return Disposable([lock = std::move(lock)]() mutable { lock.reset(); });
+  return watchFlag(QStringLiteral("LockedHint"), std::move(handler));
+}
+
+Disposable watchScreenSaver(const ScreenSaver& saver, StandstillReason::Handler handler) {
+  const QString service = QLatin1String(saver.service);
+  return watchBusFlag({BusKind::session, service, QLatin1String(saver.path), service}, QStringLiteral("GetActive"),
+                      QStringLiteral("ActiveChanged"),
+                      [running = std::move(handler)](const QVariant& active) { running(active.toBool()); });
 }
 
 Disposable watchScreenSavers(StandstillReason::Handler handler) {
-  struct Watches {
-    std::set<std::string> active;
-    std::vector<Disposable> tokens;
-  };
-  auto watches = std::make_shared<Watches>();
-  for (const auto& [service, path] : kScreenSavers) {
-    const BusObject saver{BusKind::session, QLatin1String(service), QLatin1String(path), QLatin1String(service)};
-    watches->tokens.push_back(watchBusFlag(
-        saver, QStringLiteral("GetActive"), QStringLiteral("ActiveChanged"),
-        [name = std::string(service), handler, raw = watches.get()](const QVariant& active) {
-          const bool was = !raw->active.empty();
-          active.toBool() ? static_cast<void>(raw->active.insert(name)) : static_cast<void>(raw->active.erase(name));
-          if (raw->active.empty() == was) {
-            handler(!was);
-          }
-        }));
+  std::vector<decltype(StandstillReason::watch)> watches;
+  for (const ScreenSaver& saver : kScreenSavers) {
+    watches.emplace_back([&saver](StandstillReason::Handler one) { return watchScreenSaver(saver, std::move(one)); });
   }
-  return Disposable([watches = std::move(watches)]() mutable { watches.reset(); });
+  return watchTogether(Together::any, watches, std::move(handler));
 }
 
 }  // namespace
+
+Disposable watchIdleSession(StandstillReason::Handler handler) {
+  return watchFlag(QStringLiteral("IdleHint"), std::move(handler));
+}
 
 std::vector<StandstillReason> sessionStandstillReasons() {
   return {{"the session is locked", watchLock}, {"the screen saver is on", watchScreenSavers}};
