@@ -282,6 +282,27 @@ class WaylandStandstill(StandstillJourney):
         session.desktop.set_lit(0, True)
         self.wait_to_move(*both)
 
+    def test_full_screen_windows_by_rule(self):
+        session = self.begin(PauseForFullScreen=True)
+        session.start_agent()
+        both = (0, 0, 1280, 720), (1280, 0, 800, 600)
+        self.wait_to_move(*both)
+        session.start("mpv", "--no-config", "--vo=wlshm", "--no-audio", "--loop", "--really-quiet", self.green)
+        is_green = lambda pixel: all(abs(have - want) <= 24 for have, want in zip(pixel, GREEN))
+        covered = lambda: [is_green(pixel) for pixel in session.pixels((640, 360), (1680, 300))]
+        wait_for(lambda: any(covered()), "the window")
+        free = both[0 if covered()[1] else 1]
+        self.wait_to_move(free)
+        self.assertEqual(self.reasons(), [], "a window that is as large, but not full-screen")
+        session.desktop.command("[app_id=mpv] fullscreen enable")
+        self.wait_to_stand("a window is full-screen")
+        session.desktop.command("[app_id=mpv] fullscreen disable")
+        self.wait_to_move(free)
+        session.desktop.command("[app_id=mpv] fullscreen enable")
+        self.wait_to_stand("a window is full-screen")
+        session.programs[-1].terminate()
+        self.wait_to_move(*both)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -163,14 +163,16 @@ std::optional<WindowExtent> X11Coverage::extentOf(const std::vector<xcb_atom_t>&
   return isMaximized ? std::optional(WindowExtent::maximized) : std::nullopt;
 }
 
-// Not so on another workspace, where some window managers leave windows mapped.
+// Window managers unmap what is on another workspace, but not all of them, nor at the moment at which they say so.
 bool X11Coverage::isSeen(xcb_window_t window) const {
   const auto active = x11_.property(x11_.root(), x11_.atom(Atom::netCurrentDesktop), XCB_ATOM_CARDINAL);
   const auto own = x11_.property(window, x11_.atom(Atom::netWmDesktop), XCB_ATOM_CARDINAL);
+  if (!active.empty() && !own.empty()) {
+    return own.front() == kAllDesktops || own.front() == active.front();
+  }
   const XcbPointer<xcb_get_window_attributes_reply_t> attributes(
       xcb_get_window_attributes_reply(x11_.xcb(), xcb_get_window_attributes(x11_.xcb(), window), nullptr));
-  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-         (active.empty() || own.empty() || own.front() == kAllDesktops || own.front() == active.front());
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 // The part of the root window behind which nothing is seen: of a window with transparency, what its program says is
