@@ -143,6 +143,10 @@ void IconReader::look() {
   if (std::exchange(isListStale_, false)) {
     findWindows();
   }
+  if (wallpapers_.empty() && layer_.kind != IconLayer::Kind::none) {
+    // All is looked at when the wallpaper is shown again.
+    return;
+  }
   const auto pixmap = xcbProperty(connection_.get(), root_, atoms_[Atom::xRootPixmap], XCB_ATOM_PIXMAP);
   IconLayer layer;
   for (const auto& window : windows_) {
@@ -157,11 +161,8 @@ void IconReader::look() {
     }
     const auto icons = window->icons();
     layer.icons.insert(layer.icons.end(), icons.begin(), icons.end());
-    // What can be separated on one monitor is shown there; an opaque window beside it is then seen as a whole.
-    const bool isFirst = layer.kind == IconLayer::Kind::none;
-    if (isFirst || (layer.kind == IconLayer::Kind::opaque && window->kind() != IconLayer::Kind::opaque)) {
-      layer.kind = window->kind();
-    }
+    // If the wallpaper has to lie above one of them, the others are left out of it too, an opaque one as a whole.
+    layer.kind = std::max(layer.kind, window->kind());
   }
   order(layer);
   if (layer != layer_) {
