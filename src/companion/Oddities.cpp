@@ -9,7 +9,7 @@ namespace {
 void addFiles(const Facts& facts, std::vector<Oddity>& found) {
   if (!facts.settings.problem.empty()) {
     found.push_back({"the settings file " + facts.settings.path + " " + facts.settings.problem,
-                     "mend it by hand, or move it away: the agent then starts with what holds for a new user"});
+                     "repair it by hand, or move it away: the agent then starts with the default settings"});
   }
   if (!facts.library.problem.empty()) {
     found.push_back({"the library " + facts.library.path + " " + facts.library.problem,
@@ -56,6 +56,9 @@ void addDesktop(const Facts& facts, const AgentStatus& agent, std::vector<Oddity
   if (agent.backend == "x11" && agent.sessionType == "wayland") {
     found.push_back({"on this Wayland desktop the agent plays through XWayland: " + agent.backendReason,
                      "if the wallpaper is not seen, use a compositor with a layer shell, or a session on X11"});
+  }
+  if (!agent.placementAdvice.empty()) {
+    found.push_back({"the wallpaper lies " + agent.placement, agent.placementAdvice});
   }
   if (agent.statusItem == "none" || (agent.statusItem == "notifier" && facts.statusItemHosts.empty())) {
     found.push_back({"no panel shows the status item",

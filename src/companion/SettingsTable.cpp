@@ -28,7 +28,7 @@ std::optional<Number> parseNumber(const std::string& given, Number largest) {
   const char* end = given.data() + given.size();
   const auto [rest, error] = std::from_chars(given.data(), end, number);
   const bool inRange = error == std::errc() && rest == end && number >= Number{0} && number <= largest;
-  // The sum makes 0 of -0.
+  // Adding 0 turns -0 into 0.
   return inRange ? std::optional(number + Number{0}) : std::nullopt;
 }
 

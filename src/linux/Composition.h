@@ -57,6 +57,7 @@ class Composition {
   explicit Composition(Foundation&& foundation);
   void reportStart(const Foundation& foundation);
   void reportDisplays();
+  void reportPlacement();
   void respectReasons();
   PauseWatches pauseWatches();
   std::unique_ptr<StatusItem> makeStatusItem();

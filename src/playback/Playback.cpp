@@ -162,7 +162,7 @@ void Playback::playerItemDidReachEnd() {
   if (playlist_.current() != nullptr) {
     search();
   } else {
-    // The library is empty, and what plays goes on.
+    // The library is empty: the player starts its item again.
     syncWhenSearched_ = Sync::no;
     if (std::exchange(playsWhenSearched_, false)) {
       player().play();
@@ -203,7 +203,8 @@ void Playback::updateMark() {
   }
 }
 
-// A repeating player loads nothing again and reports no end. With an empty library the end is needed.
+// A repeating player loads nothing again and reports no end. While the library is empty each end is needed, to look for
+// new videos then.
 void Playback::updateRepeating() {
   const VideoDetail* const current = playlist_.current();
   const bool isAlone = playlist_.list().size() == 1 && localPath(current->url) == itemFile_;

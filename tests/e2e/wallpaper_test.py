@@ -70,13 +70,14 @@ class Journey(unittest.TestCase):
 
     def check_order(self, steps, check=lambda: None):
         """Orders another program's wallpaper. Each step is a command, and the colour that is seen afterwards."""
-        icons = self.session.start_probe(self.short)
+        # Not of one colour: its icons could be told from that, and the wallpaper would lie over the rest.
+        icons = self.session.start_probe(self.halves)
         icons.order("back")
-        self.session.wait_for_pixels({(640, 500): RED}, "a desktop with icons")
+        self.session.wait_for_pixels({(300, 360): RED}, "a desktop with icons")
         wallpaper = self.session.start_probe(self.green)
         for word, colour in steps:
             wallpaper.order(word)
-            self.session.wait_for_pixels({(640, 500): colour, (1680, 300): colour}, word)
+            self.session.wait_for_pixels({(300, 360): colour, (1535, 300): colour}, word)
             check()
         self.assertEqual([probe.end() for probe in (wallpaper, icons)], [0, 0])
 

@@ -2,8 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "base/ObserverList.h"
 #include "base/Result.h"
 #include "linux/desktop/EmbeddingTray.h"
 #include "linux/desktop/WindowExtent.h"
@@ -34,6 +37,14 @@ class Desktop {
   virtual int connection() const = 0;
   /// Starts reading events from the server; `lost` is called once when it goes away.
   virtual void start(std::function<void()> lost) = 0;
+  /// How the wallpaper stands on the desktop, in plain English, such as "bottom layer"; empty if not known yet.
+  virtual std::string placement() const = 0;
+  /// What the person can do if the desktop hides it, in plain English; else empty.
+  virtual std::string placementAdvice() const { return {}; }
+  /// Notifies when one of them may have changed.
+  [[nodiscard]] Disposable observePlacement(std::function<void()> handler) {
+    return placementObservers_.add(std::move(handler));
+  }
   /// The monitors that are on. On X11 this blocks until the server has answered.
   virtual std::vector<DisplayStatus> displays() const = 0;
   /// Fails when the display has no EGL with OpenGL ES 3, or only a rasteriser that is not allowed. The desktop must
@@ -50,6 +61,12 @@ class Desktop {
   /// never on desktops that do not say so. Desktop and loop must outlive the token.
   [[nodiscard]] virtual Disposable watchWindows(WindowExtent extent, RunLoop& loop,
                                                 StandstillReason::Handler handler) = 0;
+
+ protected:
+  void placementChanged() const { placementObservers_.notify(); }
+
+ private:
+  ObserverList<> placementObservers_;
 };
 
 }  // namespace quilex

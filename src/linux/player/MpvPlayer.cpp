@@ -314,8 +314,8 @@ void MpvPlayer::refuse(const char* reason) {
   setStatus(PlayerItemStatus::failed);
 }
 
-// Has the core report whether the end is reached now, as it does with a new observation. It does not report a change
-// that is undone before this thread reads it.
+// Observes the end again, because the core then reports whether it is reached now. A change that is undone before this
+// thread reads it would otherwise be missed.
 void MpvPlayer::watchEnd() {
   mpv_unobserve_property(core_.get(), kEndOfFile);
   mpv_observe_property(core_.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);

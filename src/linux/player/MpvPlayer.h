@@ -78,7 +78,7 @@ class MpvPlayer : public VideoPlayer {
   /// Why the item could not be played, as printed last.
   std::string refusal_;
   std::shared_ptr<MediaStream> stream_;
-  /// What the item's stream has, and what it should have when the item is loaded again.
+  /// The form of the item's stream, and the form to ask for when the item is loaded again.
   MediaStream::Form form_ = MediaStream::Form::packets;
   MediaStream::Form suitable_ = MediaStream::Form::packets;
   bool repeating_ = false;

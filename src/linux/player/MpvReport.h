@@ -17,7 +17,7 @@ class MpvReport {
   /// Observes the core. All three must outlive the object.
   MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report);
 
-  /// Handles a change of the property that was observed with that number; ignores numbers of others.
+  /// Handles a change of the property that was observed with that number; ignores other numbers.
   void propertyChanged(std::uint64_t number, const mpv_event_property& change);
   /// Prints an error, if it is among the first about the item, and logs any other message. A damaged item that is
   /// repeated would fill the disk.
