@@ -8,23 +8,19 @@ import unittest
 E2E = pathlib.Path(__file__).resolve().parents[1] / "e2e"
 sys.path.insert(0, str(E2E))
 from session import WaylandSession, wait_for  # noqa: E402
-from wallpaper_test import BLUE, GREEN, RED, WHITE, Journey  # noqa: E402
+from wallpaper_test import BLUE, RED, WHITE, Journey  # noqa: E402
 from wayland_wire import Mouse  # noqa: E402
 
-PURPLE, TEAL = (128, 64, 192), (32, 160, 160)
+PURPLE, TEAL, DARK = (128, 64, 192), (32, 160, 160), (50, 50, 50)
 BACKGROUND = "output * bg #{:02x}{:02x}{:02x} solid_color\n"
-# Debian's own, which is translucent and 30 units high. Its layer is the bottom one.
-BAR = "bar {\n  swaybar_command waybar\n}\n"
-BAR_HEIGHT = 30
+# In the bottom layer, as waybar is by default.
+BAR = "bar {\n  position top\n  colors {\n    background #323232\n  }\n}\n"
+IN_BAR = (200, 8)
 # The same with and without a bar.
 PICTURES = (
     {(300, 360): RED, (640, 360): WHITE, (1000, 360): BLUE, (600, 204): WHITE, (600, 196): RED, (600, 516): WHITE, (600, 524): RED},
     {(100, 300): RED, (400, 300): WHITE, (700, 300): BLUE, (380, 170): WHITE, (380, 163): RED},
 )
-
-
-def alike(pixel, colour):
-    return all(abs(have - want) <= 24 for have, want in zip(pixel, colour))
 
 
 class Sway(Journey):
@@ -40,10 +36,6 @@ class Sway(Journey):
         self.session.desktop.personal = lines
         self.session.desktop.reload()
 
-    def bar(self, index, height=BAR_HEIGHT):
-        """The bar of that output, as far as nothing is written on it."""
-        return self.session.desktop.screenshot(index).getpixel((200, height // 2))
-
     def programs(self, name):
         """Processes of that name in this sway."""
         place = str(self.session.desktop.folder).encode()
@@ -58,10 +50,7 @@ class Sway(Journey):
 
     def look(self, what):
         for index, picture in enumerate(PICTURES):
-            self.session.wait_for_pixels(picture, f"{what}: the video on output {index}", index)
-            wait_for(lambda: not alike(self.bar(index), RED), f"{what}: the bar on output {index}")
-            # The picture is below the translucent bar, or another background is; nothing else.
-            self.assertFalse(alike(self.bar(index), self.session.desktop.background), what)
+            self.session.wait_for_pixels({**picture, IN_BAR: DARK}, f"{what}: the video and the bar", index)
 
     def test_the_video_is_seen_between_background_and_bar(self):
         session = self.begin(("halves", self.halves), MonitorArrange=1, CurrentVideoSign="halves")
@@ -70,16 +59,15 @@ class Sway(Journey):
         whole = {**PICTURES[0], (1270, 5): BLUE}
         session.wait_for_pixels(whole, "the video on the whole output", 0)
         for _ in range(2):  # both start after the wallpaper
-            before = self.programs("swaybg"), self.programs("waybar")
+            before = self.programs("swaybg"), self.programs("swaybar")
             self.run_personally(BACKGROUND.format(*PURPLE) + BAR)
-            now = lambda: (self.programs("swaybg"), self.programs("waybar"))
-            wait_for(lambda: all(new and not new & old for old, new in zip(before, now())), "another swaybg and waybar")
+            now = lambda: (self.programs("swaybg"), self.programs("swaybar"))
+            wait_for(lambda: all(new - old for old, new in zip(before, now())), "another swaybg and another bar")
             self.look("after a reload")
 
         for scale in ("2", "1.5", "1"):
             desktop.configure(0, f"scale {scale}")
-            session.wait_for_pixels(PICTURES[0], f"scale {scale}", 0)
-            wait_for(lambda: not alike(self.bar(0, round(BAR_HEIGHT * float(scale))), RED), f"the bar at scale {scale}")
+            session.wait_for_pixels({**PICTURES[0], IN_BAR: DARK}, f"the video and the bar at scale {scale}", 0)
         self.look("after changes of the scale")
         for lit in (False, True):
             desktop.set_lit(0, lit)
@@ -103,18 +91,19 @@ class Sway(Journey):
         session.write_settings(IsOpenPlayer=False)
         session.wait_for_pixels({(640, 360): TEAL, (1270, 5): TEAL}, "the other background without a wallpaper", 0)
 
-
-    def test_clicks_on_the_status_item(self):
-        session = self.begin(("green", self.green))
+    def test_a_translucent_panel_and_clicks_on_its_status_item(self):
+        session = self.begin(("halves", self.halves), MonitorArrange=1)
         configuration = session.folder / "waybar"
-        configuration.write_text(json.dumps({"modules-left": ["tray"], "tray": {"icon-size": 24}, "height": BAR_HEIGHT}))
+        configuration.write_text(json.dumps({"modules-left": ["tray"], "tray": {"icon-size": 24}, "height": 30}))
         style = session.folder / "style"
-        style.write_text("* { border: none } window { background: #ffffff } menu { background: #20a0a0 }")
+        style.write_text("* { border: none } window { background: rgba(255, 255, 255, 0.5) } menu { background: #20a0a0 }")
         session.start_agent()
-        session.wait_for_pixels({(640, 360): GREEN}, "the wallpaper", 0)
+        session.wait_for_pixels(PICTURES[0], "the wallpaper", 0)
         with open(session.folder / "waybar.log", "wb") as log:
             session.start("waybar", "-c", str(configuration), "-s", str(style), stdout=log, stderr=log)
-        icon = lambda: [*session.desktop.screenshot(0).crop((0, 0, 24, BAR_HEIGHT)).convert("L").getdata()]
+        below = {**PICTURES[0], (600, 15): (223, 143, 143), (700, 15): (143, 143, 223)}
+        session.wait_for_pixels(below, "the same wallpaper beside and below a translucent bar", 0)
+        icon = lambda: [*session.desktop.screenshot(0).crop((0, 0, 24, 30)).convert("L").getdata()]
         wait_for(lambda: 20 < sum(pixel < 100 for pixel in icon()) < 400, "the item in the bar")
         mouse = Mouse(session.desktop.name)
         self.addCleanup(mouse.connection.close)

@@ -257,7 +257,7 @@ class WindowManagers(Journey):
         for manager, steps in ((None, 5), ("openbox", 5), ("xfwm4 --compositor=off", 1)):
             session = self.begin(manager=manager)
             session.start(*ORDINARY_WINDOW)
-            ordinary = lambda: session.pixels((200, 150)) != session.pixels((640, 500))
+            ordinary = lambda: session.pixels((200, 150)) != session.pixels((300, 360))
             order = [("front", GREEN), ("back", RED), ("front", GREEN), ("out", RED), ("front", GREEN)]
             self.check_order(order[:steps], lambda: wait_for(ordinary, "the ordinary window in front"))
 

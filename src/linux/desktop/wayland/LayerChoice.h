@@ -28,10 +28,13 @@ class LayerChoice {
  public:
   explicit LayerChoice(DesktopIcons icons) : icons_(icons) {}
 
-  /// Whether the wallpaper is in the bottom layer. Otherwise it is in the background layer alone.
+  /// Whether the wallpaper is in the bottom layer.
   bool standsInFront(WindowOrder order) const {
     return icons_ != DesktopIcons::inBackground || order == WindowOrder::front;
   }
+  /// Whether the whole of it is in the background layer, also while it is in the bottom layer: what leaves the
+  /// background layer and comes back may not come back behind the icons.
+  bool staysInBackground() const { return icons_ == DesktopIcons::inBackground; }
   /// Whether the wallpaper gets the presses on it; otherwise the desktop below does, which has a menu of its own.
   bool takesPresses() const { return icons_ == DesktopIcons::none; }
   /// In plain English.

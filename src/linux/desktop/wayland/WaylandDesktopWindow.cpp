@@ -32,17 +32,14 @@ void WaylandDesktopWindow::settle() {
   if (!view_) {
     return;
   }
-  const bool inFront = choice_.standsInFront(wantedOrder_);
-  const bool wantsBottom = wanted_ && inFront;
-  const bool isHandedOver = wanted_ && !(inFront ? bottom_ : background_).hasAppeared();
   const WaylandOutput* const place = output();
   const Rect whole{0, 0, screen_.frame.width, screen_.frame.height};
   WaylandLayerSurface::Subject subject{view_->frame, screen_.frame, whole, choice_.takesPresses()};
-  bottom_.update(wantsBottom || (isHandedOver && bottom_.isShown()), place, subject);
-  const std::optional<Rect> room = bottom_.leftRoom();
-  const bool wantsBackground = wanted_ && (!inFront || room);
-  subject.part = inFront ? room.value_or(whole) : whole;
-  background_.update(wantsBackground || (isHandedOver && background_.isShown()), place, subject);
+  bottom_.update(wanted_ && choice_.standsInFront(wantedOrder_), place, subject);
+  const std::optional<Rect> beside = bottom_.leftRoom();
+  const bool staysBehind = choice_.staysInBackground();
+  subject.part = staysBehind ? whole : beside.value_or(whole);
+  background_.update(wanted_ && (staysBehind || beside), place, subject);
 }
 
 bool WaylandDesktopWindow::isLeftWaiting() const {

@@ -11,9 +11,9 @@
 
 namespace quilex {
 
-/// A window that covers one output, with a surface in each layer that the choice of layers asks for. The surfaces are
-/// never moved to another layer, which some compositors ignore: one is shown before the other is hidden. When another
-/// output takes the place of its own, the window moves there.
+/// A window that covers one output, with a surface in each layer that the choice of layers asks for. No surface is
+/// moved to another layer, which some compositors ignore. When another output takes the place of its own, the window
+/// moves there.
 class WaylandDesktopWindow {
  public:
   /// What it is given must outlive the window.

@@ -12,8 +12,6 @@ constexpr std::int32_t kWholeOutput = -1;
 constexpr std::int32_t kBesidePanels = 0;
 // A compositor may close what it just opened, again and again.
 constexpr std::chrono::milliseconds kReopening{1000};
-// A compositor shows a picture within a few of its frames.
-constexpr std::chrono::milliseconds kAppearing{100};
 
 }  // namespace
 
@@ -57,8 +55,6 @@ void WaylandLayerSurface::fit(const Fit& now) {
   if (shell_ && before && before->subject.part != now.subject.part) {
     setExtent();
     wl_surface_commit(shell_->surface.get());
-    shell_->appearing.reset();
-    shell_->appeared = false;
   }
   findPlace();
   makeContent();
@@ -233,12 +229,6 @@ void WaylandLayerSurface::requestCallback() {
   wl_callback_add_listener(shell_->frameCallback.get(), &frameListener, this);
   content_->setTarget(nullptr);
   waitNoted_ = false;
-  if (!shell_->appearing) {
-    shell_->appearing = services_.runLoop.after(kAppearing, [this] {
-      shell_->appeared = true;
-      changed_();
-    });
-  }
   services_.waitBegan();
 }
 

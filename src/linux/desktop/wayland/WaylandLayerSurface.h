@@ -40,8 +40,8 @@ class WaylandLayerSurface {
     bool operator==(const Subject&) const = default;
   };
 
-  /// The services must outlive the surface. `changed` is called when `update` has something to do again, or may be
-  /// called otherwise: `hasAppeared` or `leftRoom` has changed, or the surface can be shown (again).
+  /// The services must outlive the surface. `changed` is called when `leftRoom` may have changed, or the surface can be
+  /// shown (again); it is to call `update`.
   WaylandLayerSurface(const Services& services, Layer layer, std::function<void()> changed)
       : services_(services), layer_(layer), changed_(std::move(changed)) {}
   ~WaylandLayerSurface();
@@ -54,8 +54,6 @@ class WaylandLayerSurface {
 
   /// Whether the compositor has given it a place.
   bool isShown() const { return shell_ && shell_->size; }
-  /// Whether its first picture must have reached the screen.
-  bool hasAppeared() const { return shell_ && shell_->appeared; }
   /// What panels take of the screen: a strip along an edge, or the whole screen if it is more than that or not known
   /// yet. None without panels.
   std::optional<Rect> leftRoom() const;
@@ -78,8 +76,6 @@ class WaylandLayerSurface {
     /// What it covers of the screen, once that is known; and the question for it.
     std::optional<Rect> place;
     std::unique_ptr<LayerSurfacePosition> question;
-    std::optional<Disposable> appearing;
-    bool appeared = false;
   };
   /// What the content was made for. The output is its global's name.
   struct Fit {

@@ -29,13 +29,8 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, const La
                     checkOcclusionIn(kNextTurn);
                   }
                 }},
-      windows_(loop,
-               [this, ordered = std::move(ordered)] {
-                 settled();
-                 if (!windows_.all().empty()) {
-                   ordered(windows_.all().front()->ordered());
-                 }
-               }),
+      ordered_(std::move(ordered)),
+      windows_(loop, [this] { settled(); }),
       pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
                  for (WaylandDesktopWindow* window : windows_.all()) {
@@ -85,6 +80,9 @@ void WaylandWindowServer::settled() {
   const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
   covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
   updateUnseen();
+  if (!windows_.all().empty()) {
+    ordered_(windows_.all().front()->ordered());
+  }
 }
 
 // The core makes no window while there is no output.

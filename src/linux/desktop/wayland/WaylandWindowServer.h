@@ -43,6 +43,7 @@ class WaylandWindowServer : public WindowServer {
   WaylandConnection& connection_;
   const LayerChoice& choice_;
   WaylandLayerSurface::Services services_;
+  std::function<void(WindowOrder)> ordered_;
   DesktopWindows<WaylandDesktopWindow> windows_;
   WaylandPointer pointer_;
   ObserverList<> screenObservers_;

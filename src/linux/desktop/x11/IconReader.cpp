@@ -71,16 +71,18 @@ bool IconReader::hasExtensions() {
 
 bool IconReader::advance() {
   xcb_connection_t* const xcb = connection_.get();
-  do {
+  bool isDone = false;
+  while (!isDone) {
     while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(xcb)}) {
       handle(*event);
     }
-    if (nextLook_ && *nextLook_ <= Clock::now()) {
+    // Waiting for answers reads events too, which nothing else would announce.
+    isDone = !nextLook_ || *nextLook_ > Clock::now();
+    if (!isDone) {
       look();
     }
-    xcb_flush(xcb);
-    // Waiting for a reply may have read events.
-  } while (nextLook_ && *nextLook_ <= Clock::now());
+  }
+  xcb_flush(xcb);
   return xcb_connection_has_error(xcb) == 0;
 }
 
@@ -258,25 +260,21 @@ void IconReader::buttonEvent(const xcb_ge_generic_event_t& event) {
   }
 }
 
-// A window whose icons are left out does not count, since it is above the wallpaper for a moment now and then.
+// A window whose icons are left out counts as the wallpaper, since it is above it for a moment now and then.
 bool IconReader::isWallpaperAt(int x, int y) const {
+  std::vector<xcb_window_t> seen = wallpapers_;
+  if (layer_.kind == IconLayer::Kind::separable) {
+    std::ranges::transform(windows_, std::back_inserter(seen), [](const auto& window) { return window->id(); });
+  }
   const xcb_window_t topmost = topmostAt(x, y);
-  const bool isLeftOut =
-      layer_.kind == IconLayer::Kind::separable &&
-      std::ranges::any_of(windows_, [&](const auto& window) { return toplevelOf(window->id()) == topmost; });
-  return (isLeftOut || isOwn(topmost)) && !isIconAt(x, y);
+  return !isIconAt(x, y) &&
+         std::ranges::any_of(seen, [&](xcb_window_t window) { return toplevelOf(window) == topmost; });
 }
 
 bool IconReader::isIconAt(int x, int y) const {
   return layer_.kind == IconLayer::Kind::separable && std::ranges::any_of(layer_.icons, [&](const PixelRect& icon) {
            return x >= icon.x && x < icon.x + icon.width && y >= icon.y && y < icon.y + icon.height;
          });
-}
-
-bool IconReader::isOwn(xcb_window_t toplevel) const {
-  const auto inside = xcbChildren(connection_.get(), toplevel);
-  return isDesktop(toplevel, true) ||
-         std::ranges::any_of(inside, [this](xcb_window_t window) { return isDesktop(window, true); });
 }
 
 // Windows that take input without showing anything do not count.

@@ -106,8 +106,9 @@ void X11WindowServer::arrange() {
   if (attempts_ == kMostAttempts) {
     return;
   }
-  // Some window managers keep the order in which windows were mapped.
-  const bool remaps = attempts_ % 2 == 1;
+  // Some window managers keep the order in which windows were mapped. Others would remove the state of the window after
+  // it is set again.
+  const bool remaps = attempts_ % 2 == 1 && !x11_.supports(Atom::netRestackWindow);
   ++attempts_;
   for (X11DesktopWindow* window : windows_.all()) {
     remaps ? window->remap() : window->reassert();

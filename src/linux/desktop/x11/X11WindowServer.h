@@ -41,13 +41,13 @@ class X11WindowServer : public WindowServer {
   void coverageChanged();
   void coverMayHaveChanged();
   void checkOcclusion();
-  void updateUnseen();
   void iconsChanged();
   void reportPlacement();
   void pressed(const DesktopPress& press);
   /// Puts the windows above or below those with icons, again if a window manager has not done so.
   void arrange();
   bool isMisordered() const;
+  void updateUnseen();
 
   X11Connection& x11_;
   VideoOutput& output_;
