@@ -40,6 +40,9 @@ enum class Atom {
   count
 };
 
+/// The value of _NET_WM_DESKTOP for all of them at once.
+constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
+
 /// The atoms that the agent uses, as one connection knows them.
 class X11Atoms {
  public:

@@ -5,13 +5,9 @@
 #include <QDBusVariant>
 #include <utility>
 
+#include "linux/session/dbus/BusNames.h"
+
 namespace quilex {
-
-namespace {
-
-const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-
-}  // namespace
 
 BusWatch::BusWatch(BusObject object, Handler handler)
     : object_(std::move(object)),
