@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLineEdit>
+#include <QLocale>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -26,6 +27,7 @@ using Titles = std::vector<std::string>;
 struct LibraryWindowTest : AdapterTest {
   static void SetUpTestSuite() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
   LibraryWindowTest() {
+    QLocale::setDefault(QLocale(QLocale::English));
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
     setenv("XDG_CONFIG_HOME", (folder + "config").c_str(), 1);
     setenv("XDG_DATA_HOME", (folder + "data").c_str(), 1);
@@ -63,6 +65,7 @@ struct LibraryWindowTest : AdapterTest {
   }
   std::unique_ptr<VideoLibrary> openTestLibrary() const {
     if (!QFile::exists(QString::fromStdString(folder + "template.db"))) {
+      std::filesystem::create_directories(folder + "data/com.dravo.quilex.QuilexHelper");
       SQLite::Database(folder + "template.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(read(QUILEX_SCHEMA));
     }
     auto library = VideoLibrary::open(folder + "data/com.dravo.quilex.QuilexHelper", folder + "template.db");

@@ -64,7 +64,9 @@ QPixmap CoverStore::cover(const VideoDetail& video, QSize size) {
   const bool isFresh = entry != nullptr && entry->cover == video.imgurl;
   const auto failure = failures_.find(video.sign);
   const bool hasFailed = failure != failures_.end() && failure->second == video.imgurl;
-  if (!(isFresh && entry->asked == size) && !hasFailed && !size.isEmpty()) {
+  const auto loading = loading_.find(video.sign);
+  const bool isComing = loading != loading_.end() && loading->second == size;
+  if (!(isFresh && entry->asked == size) && !isComing && !hasFailed && !size.isEmpty()) {
     std::erase_if(waiting_, [&](const Request& each) { return each.sign == video.sign; });
     waiting_.push_back({video.sign, video.imgurl, video.url, size});
     if (waiting_.size() > kMostWaiting) {
@@ -84,7 +86,7 @@ void CoverStore::startWaiting() {
     }
     const Request request = std::move(*next);
     waiting_.erase(std::next(next).base());
-    loading_.insert(request.sign);
+    loading_.emplace(request.sign, request.size);
     const auto image = std::make_shared<QImage>();
     const int slot = ++lastSlot_;
     const auto work = [image, request](const std::stop_token& stop) {

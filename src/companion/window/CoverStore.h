@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -60,7 +59,8 @@ class CoverStore : public QObject {
   /// By sign; a cost is in KiB.
   QCache<QByteArray, Entry> pictures_;
   std::vector<Request> waiting_;
-  std::set<std::string> loading_;
+  /// Signs with the sizes that are being loaded.
+  std::map<std::string, QSize> loading_;
   /// Signs with the addresses of their covers.
   std::map<std::string, std::string> failures_;
   std::map<int, Disposable> running_;

@@ -131,6 +131,7 @@ DesktopPanel::DesktopPanel(const Parts& parts, QWidget* parent)
   connect(&parts_.settings, &DesktopSettings::changed, this, [this] { follow(); });
   connect(&parts_.agent, &AgentWatcher::changed, this, [this] { follow(); });
   connect(&parts_.model, &LibraryModel::layoutChanged, this, [this] { follow(); });
+  connect(&parts_.model, &LibraryModel::dataChanged, this, [this] { follow(); });
   connect(&picture_, &CoverStore::loaded, this, [this] { follow(); });
   for (const auto signal : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved}) {
     connect(qGuiApp, signal, this, [this] { follow(); });
@@ -167,7 +168,7 @@ void DesktopPanel::follow() {
   const auto arrangement = parts_.settings.value<std::int64_t>(settings::kMonitorArrange);
   shown.arrangement = arrangement == 0 ? Arrangement::across : arrangement == 1 ? Arrangement::each : Arrangement::one;
   shown.monitor = static_cast<int>(parts_.settings.value<std::int64_t>(settings::kScreenIndex));
-  if (card != nullptr && parts_.settings.value<bool>(settings::kIsOpenPlayer)) {
+  if (card != nullptr && parts_.model.shown().isOpen) {
     shown.picture = picture_.cover(card->video, kPictureSize);
   }
   monitors_->setMonitors(monitors());

@@ -37,6 +37,7 @@ QString told(const std::string& message) {
 
 WindowLogic::WindowLogic() {
   connect(&settings, &DesktopSettings::changed, this, [this] { followShown(); });
+  connect(&agent, &AgentWatcher::changed, this, [this] { followShown(); });
   connect(&settings, &DesktopSettings::noted, this,
           [this](const QString& message) { emit noted(told(message.toStdString())); });
   connect(&model, &LibraryModel::renameRequested, this, [this](const std::string& sign, const QString& title) {
@@ -67,8 +68,9 @@ void WindowLogic::followShown() {
     model.setShown({*chosen_, true, true});
     return;
   }
-  model.setShown({settings.value<std::string>(settings::kCurrentVideoSign),
-                  settings.value<bool>(settings::kIsOpenPlayer), settings.value<bool>(settings::kIsPlaying)});
+  const bool isOpen = settings.value<bool>(settings::kIsOpenPlayer) && agent.state() != AgentWatcher::State::absent;
+  model.setShown({settings.value<std::string>(settings::kCurrentVideoSign), isOpen,
+                  settings.value<bool>(settings::kIsPlaying)});
 }
 
 template <typename Value>
