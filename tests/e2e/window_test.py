@@ -8,6 +8,7 @@ import tempfile
 import unittest
 
 import dbus
+import dbus.bus
 from accessibility import AccessibleSession, find
 
 from session import Session, make_clip, wait_for
@@ -35,10 +36,10 @@ class WindowJourney(unittest.TestCase):
         self.session.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self.quilex = str(self.session.programs_folder / "quilex")
 
-    def open_window(self):
+    def open_window(self, list_name="Videos"):
         self.window = self.session.start(self.quilex)
         self.tree = AccessibleSession(self.session).application("quilex")
-        self.grid = find(self.tree, "list", "Videos")
+        self.grid = find(self.tree, "list", list_name)
         self.key("super_L")  # the window manager gives the focus in the order of events
 
     def close_window(self):
@@ -210,6 +211,43 @@ class Window(WindowJourney):
         self.photograph("added")
         card = self.wait_for_card("gone", "")
         wait_for(lambda: "missing" not in card.name, "the file that was found again")
+        self.close_window()
+
+    def test_files_are_dropped(self):
+        session = self.session
+        session.write_settings(alreadyImportVideo=True)
+        self.open_window()
+        self.wait_for_titles("Silk", "Dunes", "Aurora")
+        session.start(str(session.programs_folder / "drag_source"), str(self.clips))
+        wait_for(lambda: session.run("xdotool", "search", "--onlyvisible", "--name", "drag_source"), "the source")
+        x, y = self.grid.middle()
+        moves = [word for step in range(1, 9) for word in ("mousemove", str(50 + (x - 50) * step // 8), str(50 + (y - 50) * step // 8), "sleep", "0.05")]
+        session.run("xdotool", "mousemove", "50", "50", "mousedown", "1", *moves, "sleep", "0.3", "mouseup", "1")
+        self.wait_for_titles("red", "green", "Silk", "Dunes", "Aurora")
+        self.find("label", "Added: 2. Cannot be played: 1.")
+        self.find("push button", "Show why").press()
+        self.find("dialog", "Files that cannot be played")
+        self.photograph("refused")
+        self.assertTrue((self.clips / "red.mp4").exists())
+
+    def test_dark_and_japanese(self):
+        session = self.session
+        name, path, interface = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings"
+        mock = ["/usr/bin/python3", "-m", "dbusmock", "--session", name, path, interface]
+        session.start(*mock, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        wait_for(lambda: bus.name_has_owner(name), "the portal")
+        portal = dbus.Interface(bus.get_object(name, path), "org.freedesktop.DBus.Mock")
+        portal.AddMethod(interface, "Read", "ss", "v", "ret = dbus.UInt32(1, variant_level=1)")
+        session.environment |= {"LC_ALL": "C.UTF-8", "LANGUAGE": "ja"}
+        self.open_window("動画")
+        find(self.tree, "push button", "動画を追加…")
+        ground = lambda: session.pixels((self.grid.extents()[0] + 5, sum(self.grid.extents()[1::2]) - 20))[0]
+        wait_for(lambda: max(ground()) < 64, lambda: f"a dark ground instead of {ground()}")
+        self.photograph("dark-japanese")
+        scheme = ["org.freedesktop.appearance", "color-scheme", dbus.UInt32(2, variant_level=1)]
+        portal.EmitSignal(interface, "SettingChanged", "ssv", scheme)
+        wait_for(lambda: min(ground()) > 192, lambda: f"a light ground instead of {ground()}")
         self.close_window()
 
     def test_ten_thousand_videos(self):

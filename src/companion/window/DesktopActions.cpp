@@ -1,6 +1,8 @@
 #include "companion/window/DesktopActions.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <QPainter>
 #include <QStyle>
 #include <utility>
 
@@ -10,8 +12,24 @@ namespace quilex {
 
 namespace {
 
+// The style's own icons are black, whatever they lie on.
+QIcon tinted(const QIcon& icon) {
+  QIcon coloured;
+  for (const auto mode : {QIcon::Normal, QIcon::Disabled}) {
+    const auto group = mode == QIcon::Normal ? QPalette::Active : QPalette::Disabled;
+    QPixmap pixmap = icon.pixmap(QSize(32, 32));
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), QApplication::palette().color(group, QPalette::ButtonText));
+    painter.end();
+    coloured.addPixmap(pixmap, mode);
+  }
+  return coloured;
+}
+
 QIcon themeIcon(const char* name, QStyle::StandardPixmap fallback) {
-  return QIcon::fromTheme(QLatin1String(name), QApplication::style()->standardIcon(fallback));
+  const QLatin1String theme(name);
+  return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : tinted(QApplication::style()->standardIcon(fallback));
 }
 
 void choose(const QActionGroup& group, std::int64_t value) {
@@ -29,7 +47,6 @@ DesktopActions::DesktopActions(DesktopSettings& settings, std::function<void()> 
   playPause.setShortcut(QStringLiteral("Ctrl+P"));
   connect(&playPause, &QAction::triggered, this, [toggle] { toggle(settings::kIsPlaying); });
   next.setText(tr("Next video"));
-  next.setIcon(themeIcon("media-skip-forward", QStyle::SP_MediaSkipForward));
   next.setShortcut(QStringLiteral("Ctrl+N"));
   connect(&next, &QAction::triggered, this, std::move(nextVideo));
   openClose.setShortcut(QStringLiteral("Ctrl+D"));
@@ -48,7 +65,15 @@ DesktopActions::DesktopActions(DesktopSettings& settings, std::function<void()> 
   addChoice(modes, tr("Play the list"), settings::kPlayMode);
   addChoice(modes, tr("Shuffle"), settings::kPlayMode);
   connect(&settings_, &DesktopSettings::changed, this, [this] { follow(); });
+  qApp->installEventFilter(this);
   follow();
+}
+
+bool DesktopActions::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+    follow();
+  }
+  return false;
 }
 
 void DesktopActions::addChoice(QActionGroup& group, const QString& text, const char* key) {
@@ -72,8 +97,8 @@ void DesktopActions::follow() {
   playPause.setIcon(isPlaying ? themeIcon("media-playback-pause", QStyle::SP_MediaPause)
                               : themeIcon("media-playback-start", QStyle::SP_MediaPlay));
   playPause.setEnabled(isOpen);
+  next.setIcon(themeIcon("media-skip-forward", QStyle::SP_MediaSkipForward));
   openClose.setText(isOpen ? tr("Close wallpaper") : tr("Open wallpaper"));
-  openClose.setIcon(themeIcon("video-display", QStyle::SP_DesktopIcon));
   mute.setChecked(isMuted);
   mute.setIcon(isMuted ? themeIcon("audio-volume-muted", QStyle::SP_MediaVolumeMuted)
                        : themeIcon("audio-volume-high", QStyle::SP_MediaVolume));

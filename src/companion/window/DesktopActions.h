@@ -29,6 +29,9 @@ class DesktopActions : public QObject {
   /// Plays on that monitor only.
   void playOnMonitor(int index);
 
+  /// The icons follow the palette.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void addChoice(QActionGroup& group, const QString& text, const char* key);
   void follow();

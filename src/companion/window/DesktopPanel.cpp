@@ -30,6 +30,16 @@ QLabel* heading(const QString& text) {
   return label;
 }
 
+// Assistive technology switches a button without clicking it.
+void triggerWith(QAbstractButton* button, QAction& action) {
+  QObject::connect(button, &QAbstractButton::toggled, &action, [button, &action](bool isChecked) {
+    const bool isLeft = button->autoExclusive() && !isChecked;
+    if (!isLeft && isChecked != action.isChecked()) {
+      action.trigger();
+    }
+  });
+}
+
 // A button of the panel that is the same as the action of the menu.
 template <typename Button>
 Button* buttonFor(QAction& action) {
@@ -40,7 +50,7 @@ Button* buttonFor(QAction& action) {
   };
   follow();
   QObject::connect(&action, &QAction::changed, button, follow);
-  QObject::connect(button, &QAbstractButton::clicked, &action, [&action] { action.trigger(); });
+  triggerWith(button, action);
   return button;
 }
 
@@ -52,6 +62,7 @@ QToolButton* toolFor(QAction& action, Qt::ToolButtonStyle style) {
   const auto name = [button, &action] { button->setAccessibleName(action.text()); };
   name();
   QObject::connect(&action, &QAction::changed, button, name);
+  triggerWith(button, action);
   return button;
 }
 

@@ -69,8 +69,8 @@ void WindowLogic::followShown() {
     return;
   }
   const bool isOpen = settings.value<bool>(settings::kIsOpenPlayer) && agent.state() != AgentWatcher::State::absent;
-  model.setShown({settings.value<std::string>(settings::kCurrentVideoSign), isOpen,
-                  settings.value<bool>(settings::kIsPlaying)});
+  model.setShown(
+      {settings.value<std::string>(settings::kCurrentVideoSign), isOpen, settings.value<bool>(settings::kIsPlaying)});
 }
 
 template <typename Value>

@@ -128,7 +128,7 @@ void LibraryWindow::showSummary(const ImportSummary& summary) {
     const auto& [file, reason] = summary.refused.front();
     parts = {QFileInfo(file).fileName() + QStringLiteral(": ") + reason};
   }
-  const bool hasList = summary.refused.size() > 1;
+  const bool hasList = all > 1 && !summary.refused.empty();
   note_->showMessage({parts.join(QLatin1Char(' ')), hasList ? tr("Show why") : QString(),
                       [this, summary] { showRefused(summary); }, summary.refused.empty() ? kSummarySeconds : 0});
   if (summary.added > 0) {

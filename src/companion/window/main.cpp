@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "companion/window/ColourScheme.h"
 #include "companion/window/LibraryWindow.h"
 #include "companion/window/SingleWindow.h"
 #include "companion/window/WindowLogic.h"
@@ -53,6 +54,7 @@ int run() {
   if (!single.claim()) {
     return EXIT_SUCCESS;
   }
+  const ColourScheme colours;
   WindowLogic logic;
   window.emplace(logic);
   window->show();
