@@ -21,7 +21,8 @@ def make_library(desktop):
     generator = random.Random(1)
     for number in range(PICTURES):
         colour = Image.new("RGB", (640, 360), tuple(generator.randrange(256) for _ in range(3)))
-        Image.blend(Image.effect_noise((640, 360), 60).convert("RGB"), colour, 0.6).save(covers / f"{number}.jpg", quality=85)
+        noise = Image.effect_noise((640, 360), 60).convert("RGB")
+        Image.blend(noise, colour, 0.6).save(covers / f"{number}.jpg", quality=85)
     rows = []
     for number in range(VIDEOS):
         sign = f"{number:032}"
@@ -84,5 +85,5 @@ def measure(context):
     return [
         row("window: start to the first cover, 10,000 videos", starts, "ms", START_TARGET),
         row("window: longest stall while scrolling", stalls, "ms", STALL_TARGET),
-        row("window: its own memory after scrolling", sizes, "MiB", MEMORY_TARGET),
+        row("window: its own memory after scrolling", [max(sizes)], "MiB", MEMORY_TARGET),
     ]

@@ -11,7 +11,10 @@ namespace quilex {
 
 namespace {
 
-constexpr std::size_t kMostLoads = 2;
+constexpr std::ptrdiff_t kMostLoads = 2;
+// A load that takes longer hangs in a file system that does not answer, and holds the others up no longer.
+constexpr auto kPatience = std::chrono::seconds(5);
+constexpr std::size_t kMostHanging = 8;
 // What was asked for before has usually been scrolled away.
 constexpr std::size_t kMostWaiting = 80;
 constexpr int kLeastBudget = 32 * 1024;
@@ -77,8 +80,14 @@ QPixmap CoverStore::cover(const VideoDetail& video, QSize size) {
   return isFresh ? entry->picture : QPixmap();
 }
 
+bool CoverStore::mayStart() const {
+  const auto now = std::chrono::steady_clock::now();
+  const auto answers = [now](const auto& load) { return now - load.second.begun < kPatience; };
+  return running_.size() < kMostHanging && std::ranges::count_if(running_, answers) < kMostLoads;
+}
+
 void CoverStore::startWaiting() {
-  while (running_.size() < kMostLoads) {
+  while (mayStart()) {
     const auto next = std::find_if(waiting_.rbegin(), waiting_.rend(),
                                    [&](const Request& each) { return !loading_.contains(each.sign); });
     if (next == waiting_.rend()) {
@@ -98,7 +107,8 @@ void CoverStore::startWaiting() {
         *image = pictureOf(file->string(), request.size, stop);
       }
     };
-    running_.emplace(slot, work_.run(work, [this, slot, request, image] { finish(slot, request, *image); }));
+    const auto done = [this, slot, request, image] { finish(slot, request, *image); };
+    running_.emplace(slot, Load{std::chrono::steady_clock::now(), work_.run(work, done)});
   }
 }
 

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QObject>
 #include <QPixmap>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -51,6 +52,7 @@ class CoverStore : public QObject {
     std::string cover;
   };
 
+  bool mayStart() const;
   void startWaiting();
   void finish(int slot, const Request& request, const QImage& image);
 
@@ -63,7 +65,11 @@ class CoverStore : public QObject {
   std::map<std::string, QSize> loading_;
   /// Signs with the addresses of their covers.
   std::map<std::string, std::string> failures_;
-  std::map<int, Disposable> running_;
+  struct Load {
+    std::chrono::steady_clock::time_point begun;
+    Disposable work;
+  };
+  std::map<int, Load> running_;
   int lastSlot_ = 0;
 };
 

@@ -41,6 +41,14 @@ void choose(const QActionGroup& group, std::int64_t value) {
 
 }  // namespace
 
+// An action is also switched to follow the settings.
+template <typename Type>
+void DesktopActions::want(const char* key, Type value) {
+  if (settings_.value<Type>(key) != value) {
+    settings_.set(key, value);
+  }
+}
+
 DesktopActions::DesktopActions(DesktopSettings& settings, std::function<void()> nextVideo)
     : arrangements(this), modes(this), settings_(settings) {
   const auto toggle = [this](const char* key) { settings_.set(key, !settings_.value<bool>(key)); };
@@ -54,10 +62,10 @@ DesktopActions::DesktopActions(DesktopSettings& settings, std::function<void()> 
   mute.setText(tr("Mute"));
   mute.setShortcut(QStringLiteral("Ctrl+M"));
   mute.setCheckable(true);
-  connect(&mute, &QAction::triggered, this, [toggle] { toggle(settings::kMute); });
+  connect(&mute, &QAction::toggled, this, [this](bool isOn) { want(settings::kMute, isOn); });
   startAtLogin.setText(tr("Start at login"));
   startAtLogin.setCheckable(true);
-  connect(&startAtLogin, &QAction::triggered, this, [toggle] { toggle(settings::kAutolaunch); });
+  connect(&startAtLogin, &QAction::toggled, this, [this](bool isOn) { want(settings::kAutolaunch, isOn); });
   addChoice(arrangements, tr("One picture across all monitors"), settings::kMonitorArrange);
   addChoice(arrangements, tr("The same picture on each"), settings::kMonitorArrange);
   addChoice(arrangements, tr("One monitor only"), settings::kMonitorArrange);
@@ -80,7 +88,11 @@ void DesktopActions::addChoice(QActionGroup& group, const QString& text, const c
   auto* const action = group.addAction(text);
   action->setCheckable(true);
   const std::int64_t value = group.actions().size() - 1;
-  connect(action, &QAction::triggered, this, [this, key, value] { settings_.set(key, value); });
+  connect(action, &QAction::toggled, this, [this, key, value](bool isOn) {
+    if (isOn) {
+      want(key, value);
+    }
+  });
 }
 
 void DesktopActions::playOnMonitor(int index) {

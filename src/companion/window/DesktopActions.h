@@ -34,6 +34,8 @@ class DesktopActions : public QObject {
 
  private:
   void addChoice(QActionGroup& group, const QString& text, const char* key);
+  template <typename Type>
+  void want(const char* key, Type value);
   void follow();
 
   DesktopSettings& settings_;

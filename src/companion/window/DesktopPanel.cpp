@@ -30,16 +30,6 @@ QLabel* heading(const QString& text) {
   return label;
 }
 
-// Assistive technology switches a button without clicking it.
-void triggerWith(QAbstractButton* button, QAction& action) {
-  QObject::connect(button, &QAbstractButton::toggled, &action, [button, &action](bool isChecked) {
-    const bool isLeft = button->autoExclusive() && !isChecked;
-    if (!isLeft && isChecked != action.isChecked()) {
-      action.trigger();
-    }
-  });
-}
-
 // A button of the panel that is the same as the action of the menu.
 template <typename Button>
 Button* buttonFor(QAction& action) {
@@ -50,7 +40,12 @@ Button* buttonFor(QAction& action) {
   };
   follow();
   QObject::connect(&action, &QAction::changed, button, follow);
-  triggerWith(button, action);
+  // Assistive technology switches a button without clicking it.
+  QObject::connect(button, &QAbstractButton::toggled, &action, [button, &action](bool isChecked) {
+    if (isChecked || !button->autoExclusive()) {
+      action.setChecked(isChecked);
+    }
+  });
   return button;
 }
 
@@ -62,7 +57,6 @@ QToolButton* toolFor(QAction& action, Qt::ToolButtonStyle style) {
   const auto name = [button, &action] { button->setAccessibleName(action.text()); };
   name();
   QObject::connect(&action, &QAction::changed, button, name);
-  triggerWith(button, action);
   return button;
 }
 

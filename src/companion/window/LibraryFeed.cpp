@@ -60,8 +60,8 @@ void LibraryFeed::look(bool always) {
           return std::nullopt;
         }
         auto cards = readLibrary().map(makeCards);
-        // A change between the two looks like one after them, and is read again.
-        *seen = now;
+        // A change between the two looks like one after them, and is read again, as is what could not be read.
+        *seen = cards ? now : Signature();
         return cards;
       },
       [this](Reading reading) {

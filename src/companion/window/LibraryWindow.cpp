@@ -186,9 +186,12 @@ std::vector<std::string> LibraryWindow::selectedSigns() const {
 void LibraryWindow::setCoverWidth(int width) {
   view_->setCoverWidth(width);
   size_->setValue(view_->coverWidth());
+}
+
+void LibraryWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
   // What is visible three times over, so that scrolling back is immediate.
-  const double scale = devicePixelRatioF();
-  const QSizeF visible = QSizeF(view_->viewport()->size()) * scale;
+  const QSizeF visible = QSizeF(size()) * devicePixelRatioF();
   constexpr double kBytesOfPixel = 4;
   logic_.covers.setBudget(static_cast<std::size_t>(visible.width() * visible.height() * kBytesOfPixel * 3));
 }

@@ -29,6 +29,7 @@ class LibraryWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -80,6 +81,7 @@ class LibraryWindow : public QMainWindow {
   QAction* findAgain_ = nullptr;
   QActionGroup* orders_ = nullptr;
   std::vector<QAction*> videoActions_;
+  QString shownProblem_;
   QTimer searching_;
   QTimer looking_;
   QTimer starting_;

@@ -40,18 +40,24 @@ void LibraryWindow::followAgent() {
 
 void LibraryWindow::followLibrary() {
   const LibraryModel& model = logic_.model;
+  const QString settingsProblem = QString::fromStdString(logic_.settings.problem());
+  const QString problem = logic_.libraryProblem().isEmpty() ? settingsProblem : logic_.libraryProblem();
+  if (problem != shownProblem_) {
+    shownProblem_ = problem;
+    if (problem.isEmpty()) {
+      note_->hide();
+    } else {
+      note_->showMessage({problem, {}, {}});
+    }
+  }
   if (!logic_.libraryProblem().isEmpty()) {
     view_->setEmptyText(tr("The library cannot be read"), logic_.libraryProblem());
-    note_->showMessage({logic_.libraryProblem(), {}, {}});
   } else if (!model.isLoaded()) {
     view_->setEmptyText({}, {});
   } else if (model.videos() == 0) {
     view_->setEmptyText(tr("The library is empty"), tr("Drop videos or folders here, or choose “Add videos…”."));
   } else {
     view_->setEmptyText(tr("Nothing found"), tr("No title contains “%1”.").arg(model.search()));
-  }
-  if (!logic_.settings.problem().empty()) {
-    note_->showMessage({QString::fromStdString(logic_.settings.problem()), {}, {}});
   }
   greet();
 }
