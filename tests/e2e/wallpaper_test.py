@@ -42,6 +42,7 @@ class Journey(unittest.TestCase):
         cls.halves = make_clip(folder / "halves of it.mp4", HALVES)
         cls.short = make_clip(folder / "short.mp4", "color=c=0xC02020", seconds=1)
         cls.green = make_clip(folder / "green.mp4", "color=c=0x20A020")
+        cls.green_and_blue = make_clip(folder / "green and blue.mp4", "color=c=0x20A020,drawbox=x=320:w=320:h=360:c=0x2020C0:t=fill")
         cls.moving = make_clip(folder / "moving.mp4", "testsrc2")
         cls.stripes = make_clip(folder / "stripes.mp4", STRIPES, seconds=1)
 
@@ -70,11 +71,11 @@ class Journey(unittest.TestCase):
 
     def check_order(self, steps, check=lambda: None):
         """Orders another program's wallpaper. Each step is a command, and the colour that is seen afterwards."""
-        # Not of one colour: its icons could be told from that, and the wallpaper would lie over the rest.
+        # Neither is mostly of one colour. Icons could be told from that, and the other would lie over the rest.
         icons = self.session.start_probe(self.halves)
         icons.order("back")
         self.session.wait_for_pixels({(300, 360): RED}, "a desktop with icons")
-        wallpaper = self.session.start_probe(self.green)
+        wallpaper = self.session.start_probe(self.green_and_blue)
         for word, colour in steps:
             wallpaper.order(word)
             self.session.wait_for_pixels({(300, 360): colour, (1535, 300): colour}, word)
@@ -248,7 +249,14 @@ class WindowManagers(Journey):
         for button in ("2", "3", "1"):
             session.run("xdotool", "mousemove", "700", "500", "click", button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
-        self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
+        pressed = ["mouse down", "tapVideoPlayerViewAction"]
+        self.assertEqual(session.output().splitlines()[1:], pressed)
+        # The primary button of a person who is left-handed.
+        session.run("xmodmap", "-e", "pointer = 3 2 1")
+        session.run("xdotool", "click", "1", "click", "3")
+        wait_for(lambda: session.output().splitlines()[1:] == 2 * pressed, "the click of the other hand")
+        session.run("xmodmap", "-e", "pointer = 1 2 3")
+        session.run("xdotool", "key", "Escape")
         session.run("xdotool", "click", "3")
         return session
 

@@ -40,7 +40,7 @@ enum class Atom {
   count
 };
 
-/// The value of _NET_WM_DESKTOP for all of them at once.
+/// The workspace of a window that is on all of them, in _NET_WM_DESKTOP.
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 
 /// The atoms that the agent uses, as one connection knows them.

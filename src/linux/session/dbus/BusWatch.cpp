@@ -9,6 +9,8 @@
 
 namespace quilex {
 
+namespace {}  // namespace
+
 BusWatch::BusWatch(BusObject object, Handler handler)
     : object_(std::move(object)),
       bus_(object_.bus == BusKind::session ? QDBusConnection::sessionBus() : QDBusConnection::systemBus()),
