@@ -11,9 +11,6 @@
 
 namespace quilex {
 
-/// The depth of windows with transparency.
-constexpr std::uint8_t kDepthWithAlpha = 32;
-
 struct FreeDeleter {
   void operator()(void* memory) const { std::free(memory); }
 };
