@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -19,6 +20,10 @@
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
 #include "linux/session/bundle/LinuxBundle.h"
+
+#ifdef QUILEX_SANITIZED
+#include <sanitizer/lsan_interface.h>
+#endif
 
 namespace {
 
@@ -157,6 +162,25 @@ int run(int argc, char** argv) {
   return outcome ? EXIT_SUCCESS : fail(outcome.error().message, kNotDone);
 }
 
+/// Ends the process, but destroys no static objects: the toolkit's thread for the bus may still read a late answer, and
+/// would complain that the types in it are gone.
+[[noreturn]] void end(int status) {
+  std::fflush(nullptr);
+#ifdef QUILEX_SANITIZED
+  __lsan_do_leak_check();
+#endif
+  std::_Exit(status);
+}
+
+int runWithToolkit(int argc, char** argv) {
+  try {
+    const QCoreApplication application(argc, argv);
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    return fail(error.what(), kNotDone);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -167,10 +191,5 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   // Nothing here depends on the locale, but Qt complains about one that is not UTF-8.
   setenv("LC_ALL", "C.UTF-8", 1);
-  try {
-    const QCoreApplication application(argc, argv);
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    return fail(error.what(), kNotDone);
-  }
+  end(runWithToolkit(argc, argv));
 }
