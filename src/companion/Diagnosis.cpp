@@ -53,6 +53,7 @@ void addAgent(const Facts& facts, const AgentStatus& agent, Json& report) {
                        {"session", agent.sessionType},
                        {"backend", agent.backend},
                        {"whyNotAnother", agent.backendReason.empty() ? "it comes first" : agent.backendReason},
+                       {"placement", agent.placement},
                        {"statusItemShownBy", statusItemWord(facts, agent)}};
   report["displays"] = Json::object();
   for (const DisplayStatus& each : agent.displays) {

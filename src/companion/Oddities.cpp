@@ -57,6 +57,9 @@ void addDesktop(const Facts& facts, const AgentStatus& agent, std::vector<Oddity
     found.push_back({"on this Wayland desktop the agent plays through XWayland: " + agent.backendReason,
                      "if the wallpaper is not seen, use a compositor with a layer shell, or a session on X11"});
   }
+  if (!agent.placementAdvice.empty()) {
+    found.push_back({"the wallpaper lies " + agent.placement, agent.placementAdvice});
+  }
   if (agent.statusItem == "none" || (agent.statusItem == "notifier" && facts.statusItemHosts.empty())) {
     found.push_back({"no panel shows the status item",
                      "turn on your panel's status area; on GNOME, install an extension for status notifier items"});

@@ -148,6 +148,7 @@ Composition::Composition(Foundation&& foundation)
   current = this;
   reportStart(foundation);
   observations_ = reportSettings(preferences, report_);
+  observations_.push_back(desktop_.observePlacement([this] { reportPlacement(); }));
   observations_.push_back(windowServer_->observeScreens([this] {
     reportDisplays();
     delegate.applicationDidChangeScreenParameters();
@@ -186,6 +187,14 @@ void Composition::reportStart(const Foundation& foundation) {
     status.framesDropped = output_.framesDropped();
   });
   reportDisplays();
+  reportPlacement();
+}
+
+void Composition::reportPlacement() {
+  report_.update([&](AgentStatus& status) {
+    status.placement = desktop_.placement();
+    status.placementAdvice = desktop_.placementAdvice();
+  });
 }
 
 void Composition::reportDisplays() {

@@ -55,6 +55,7 @@ class Composition {
   explicit Composition(Foundation&& foundation);
   void reportStart(const Foundation& foundation);
   void reportDisplays();
+  void reportPlacement();
   std::unique_ptr<StatusItem> makeStatusItem();
 
   // The adapters

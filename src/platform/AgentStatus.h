@@ -47,6 +47,10 @@ struct AgentStatus {
 
   // The desktop
 
+  /// How the wallpaper stands on the desktop, in plain English, such as "bottom layer".
+  std::string placement;
+  /// What the person can do so that the wallpaper is seen, in plain English; empty if it is.
+  std::string placementAdvice;
   std::vector<DisplayStatus> displays;
   /// The kind of panel that the status item was made for: "notifier", "embedded", or "none" so far.
   std::string statusItem = "none";

@@ -13,9 +13,11 @@ constexpr std::chrono::milliseconds kNextTurn{0};
 
 }  // namespace
 
-WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOutput& output,
-                                         MakeWaylandTarget makeTarget, RunLoop& loop)
+WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, const LayerChoice& choice, VideoOutput& output,
+                                         MakeWaylandTarget makeTarget, RunLoop& loop,
+                                         std::function<void(WindowOrder)> ordered)
     : connection_(connection),
+      choice_(choice),
       services_{connection,
                 output,
                 std::move(makeTarget),
@@ -28,9 +30,12 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOut
                   }
                 }},
       windows_(loop,
-               [this] {
+               [this, ordered = std::move(ordered)] {
                  const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
                  covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
+                 if (!windows_.all().empty()) {
+                   ordered(windows_.all().front()->ordered());
+                 }
                }),
       pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
@@ -54,8 +59,17 @@ std::vector<Screen> WaylandWindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> WaylandWindowServer::makeWallpaperWindow(const Screen& screen) {
-  return windows_.lend([&](const WaylandDesktopWindow& window) { return window.covers(screen); },
-                       [&] { return std::make_unique<WaylandDesktopWindow>(services_, screen); });
+  // With another scale or mode, a window keeps its output and so its surface, whose place among those of other programs
+  // depends on its age.
+  const auto suits = [&](WaylandDesktopWindow& window) {
+    const Screen& known = window.screen();
+    const bool isSame = known.name == screen.name && (known.frame == screen.frame || !screen.name.empty());
+    if (isSame) {
+      window.moveTo(screen);
+    }
+    return isSame;
+  };
+  return windows_.lend(suits, [&] { return std::make_unique<WaylandDesktopWindow>(services_, choice_, screen); });
 }
 
 void WaylandWindowServer::screensChangedSoon() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,8 +19,10 @@ namespace quilex {
 /// of the active workspace are never notified; the windows are on all workspaces.
 class WaylandWindowServer : public WindowServer {
  public:
-  /// Everything given must outlive the server.
-  WaylandWindowServer(WaylandConnection& connection, VideoOutput& output, MakeWaylandTarget makeTarget, RunLoop& loop);
+  /// Everything given must outlive the server. `ordered` is called with the windows' order after each turn in which
+  /// that may have changed.
+  WaylandWindowServer(WaylandConnection& connection, const LayerChoice& choice, VideoOutput& output,
+                      MakeWaylandTarget makeTarget, RunLoop& loop, std::function<void(WindowOrder)> ordered);
 
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
@@ -35,7 +38,8 @@ class WaylandWindowServer : public WindowServer {
   void checkOcclusion();
 
   WaylandConnection& connection_;
-  WaylandDesktopWindow::Services services_;
+  const LayerChoice& choice_;
+  WaylandLayerSurface::Services services_;
   DesktopWindows<WaylandDesktopWindow> windows_;
   WaylandPointer pointer_;
   ObserverList<> screenObservers_;

@@ -31,6 +31,8 @@ class X11Desktop : public Desktop {
   const char* toolkitPlugin() const override { return "xcb"; }
   const char* serverName() const override { return "the X server"; }
   int connection() const override { return xcb_get_file_descriptor(x11_->xcb()); }
+  std::string placement() const override { return placement_.description; }
+  std::string placementAdvice() const override { return placement_.advice; }
   std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11_).describe(); }
   void start(std::function<void()> lost) override { x11_->start(std::move(lost)); }
   Result<std::unique_ptr<Renderer>> makeGpuRenderer(Rasteriser allowed) override {
@@ -51,7 +53,10 @@ class X11Desktop : public Desktop {
     return std::make_unique<X11ShmRenderer>(*x11_);
   }
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) override {
-    return std::make_unique<X11WindowServer>(*x11_, output, makeTarget_, loop);
+    return std::make_unique<X11WindowServer>(*x11_, output, makeTarget_, loop, [this](const Placement& placement) {
+      placement_ = placement;
+      placementChanged();
+    });
   }
   EmbeddingTray embeddingTray() override {
     return {[this] { return systemTray_.isPresent(); },
@@ -61,6 +66,7 @@ class X11Desktop : public Desktop {
  private:
   std::unique_ptr<X11Connection> x11_;
   X11SystemTray systemTray_;
+  Placement placement_;
   /// Of the renderer that was made last.
   MakeX11Target makeTarget_;
 };

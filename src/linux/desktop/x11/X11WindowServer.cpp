@@ -6,6 +6,8 @@
 #include <chrono>
 #include <utility>
 
+#include "linux/toolkit/loop/Log.h"
+
 namespace quilex {
 
 namespace {
@@ -13,17 +15,22 @@ namespace {
 constexpr std::chrono::milliseconds kNextTurn{0};
 // By then the server and the window manager have carried out what the agent asked for.
 constexpr std::chrono::milliseconds kOwnOrdering{500};
+// After so many attempts a window manager that keeps another order has its way.
+constexpr int kMostAttempts = 6;
 
 }  // namespace
 
-X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop)
+X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop,
+                                 std::function<void(const Placement&)> placed)
     : x11_(x11),
       output_(output),
       makeTarget_(std::move(makeTarget)),
       runLoop_(loop),
       monitors_(x11),
       windows_(loop, [this] { ordered(); }),
-      events_(x11.observeEvents([this](const auto& event) { handle(event); })) {
+      placed_(std::move(placed)),
+      events_(x11.observeEvents([this](const auto& event) { handle(event); })),
+      watcher_([this] { iconsChanged(); }, [this](const DesktopPress& press) { pressed(press); }) {
   if (monitors_.firstEvent()) {
     xcb_randr_select_input(
         x11.xcb(), x11.root(),
@@ -43,10 +50,73 @@ std::vector<Screen> X11WindowServer::screens() const {
 
 std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Screen& screen) {
   return windows_.lend([&](const X11DesktopWindow& window) { return window.covers(screen); },
-                       [&] { return std::make_unique<X11DesktopWindow>(x11_, output_, makeTarget_, screen.frame); });
+                       [&] {
+                         auto made = std::make_unique<X11DesktopWindow>(x11_, output_, makeTarget_, screen.frame);
+                         made->setIcons(watcher_.icons());
+                         return made;
+                       });
+}
+
+void X11WindowServer::iconsChanged() {
+  const IconLayer& icons = watcher_.icons();
+  for (X11DesktopWindow* window : windows_.all()) {
+    window->setIcons(icons);
+  }
+  reportPlacement();
+  if (!arrangement_) {
+    arrange();
+  }
+}
+
+void X11WindowServer::reportPlacement() {
+  const auto isInFront = [](const X11DesktopWindow* window) { return window->hidesIcons(); };
+  const Placement now = placementFor(watcher_.icons().kind, std::ranges::any_of(windows_.all(), isInFront));
+  if (placement_ != now) {
+    placement_ = now;
+    qCInfo(desktopLog, "the wallpaper lies %s", now.description.c_str());
+    placed_(now);
+  }
+}
+
+void X11WindowServer::pressed(const DesktopPress& press) {
+  for (X11DesktopWindow* window : windows_.all()) {
+    if (!press.isDown) {
+      window->release();
+    } else if (window->contains(press.x, press.y)) {
+      window->press();
+    }
+  }
+}
+
+bool X11WindowServer::isMisordered() const {
+  const IconLayer& icons = watcher_.icons();
+  return std::ranges::any_of(windows_.all(), [&](const X11DesktopWindow* window) {
+    return window->isMapped() && (window->belongsAboveIcons() ? icons.hasWindowAbove : icons.hasWindowBelow);
+  });
+}
+
+void X11WindowServer::arrange() {
+  arrangement_.reset();
+  if (!isMisordered()) {
+    attempts_ = 0;
+    return;
+  }
+  if (attempts_ == kMostAttempts) {
+    return;
+  }
+  // Some window managers keep the order in which windows were mapped. Others would remove the state of the window after
+  // it is set again.
+  const bool remaps = attempts_ % 2 == 1 && !x11_.supports(Atom::netRestackWindow);
+  ++attempts_;
+  for (X11DesktopWindow* window : windows_.all()) {
+    remaps ? window->remap() : window->reassert();
+  }
+  windows_.settleSoon();
+  arrangement_ = runLoop_.after(kOwnOrdering, [this] { arrange(); });
 }
 
 void X11WindowServer::ordered() {
+  reportPlacement();
   ownOrdering_ = runLoop_.after(kOwnOrdering, [this] {
     ownOrdering_.reset();
     covered_ = isCovered();

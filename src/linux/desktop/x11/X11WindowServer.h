@@ -5,6 +5,7 @@
 
 #include "linux/desktop/DesktopWindows.h"
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11DesktopWatcher.h"
 #include "linux/desktop/x11/X11DesktopWindow.h"
 #include "linux/desktop/x11/X11Monitors.h"
 #include "linux/render/VideoOutput.h"
@@ -17,8 +18,9 @@ namespace quilex {
 /// root window is the one screen.
 class X11WindowServer : public WindowServer {
  public:
-  /// Everything given must outlive the server.
-  X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop);
+  /// Everything given must outlive the server. `placed` is called when the windows' placement on the desktop changes.
+  X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX11Target makeTarget, RunLoop& loop,
+                  std::function<void(const Placement&)> placed);
   ~X11WindowServer() override;
 
   std::vector<Screen> screens() const override;
@@ -34,6 +36,12 @@ class X11WindowServer : public WindowServer {
   void ordered();
   bool isCovered() const;
   void checkOcclusion();
+  void iconsChanged();
+  void reportPlacement();
+  void pressed(const DesktopPress& press);
+  /// Puts the windows above or below those with icons, again if a window manager has not done so.
+  void arrange();
+  bool isMisordered() const;
 
   X11Connection& x11_;
   VideoOutput& output_;
@@ -49,7 +57,12 @@ class X11WindowServer : public WindowServer {
   std::optional<Disposable> occlusionCheck_;
   /// Set while changes of visibility may be due to the agent's own ordering.
   std::optional<Disposable> ownOrdering_;
+  std::function<void(const Placement&)> placed_;
+  Placement placement_;
+  int attempts_ = 0;
+  std::optional<Disposable> arrangement_;
   Disposable events_;
+  X11DesktopWatcher watcher_;
 };
 
 }  // namespace quilex

@@ -141,6 +141,8 @@ const std::vector<AgentProperty>& agentProperties() {
       property<&Status::settingsFile>("SettingsFile", never),
       property<&Status::libraryFile>("LibraryFile", never),
       property<&Status::serviceAddress>("ServiceAddress", never),
+      property<&Status::placement>("Placement", signalled),
+      property<&Status::placementAdvice>("PlacementAdvice", signalled),
       property<&Status::displays>("Displays", signalled),
       property<&Status::statusItem>("StatusItem", signalled),
       property<&Status::isOpen>("IsOpen", signalled),
