@@ -80,7 +80,7 @@ void addVideo(const AgentStatus& agent, std::vector<Oddity>& found) {
                      "if that takes too much, install your GPU's VA-API driver (vainfo lists what it decodes), or "
                      "convert the video to H.264 with 8 bits"});
   }
-  const bool moves = agent.isOpen && agent.isPlaying && agent.videoState == "ready";
+  const bool moves = agent.isOpen && agent.isPlaying && agent.standsStillBecause.empty() && agent.videoState == "ready";
   if (moves && agent.framesShown == 0) {
     found.push_back({"no frame was shown in the last minute",
                      "nothing, if windows cover the wallpaper or the video is a single picture; otherwise report it "

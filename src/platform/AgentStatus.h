@@ -60,6 +60,8 @@ struct AgentStatus {
   /// The settings: whether the wallpaper is shown, and whether it plays.
   bool isOpen = false;
   bool isPlaying = false;
+  /// Why it stands still although the settings may have it play, as clauses; empty while it need not.
+  std::vector<std::string> standsStillBecause;
   /// Sign and title of the player's video, and its state: "none", "loading", "ready" or "failed".
   std::string videoSign;
   std::string videoTitle;

@@ -20,6 +20,9 @@ class VideoPlayer {
 
   virtual void play() = 0;
   virtual void pause() = 0;
+  /// While true, nothing is decoded or heard and the last frame stays, whether the player is playing or paused; an item
+  /// that comes meanwhile is loaded afterwards. After false a playing player goes on where it was. Off at first.
+  virtual void setHeld(bool isHeld) = 0;
 
   virtual bool hasCurrentItem() const = 0;
   /// Makes the video file at that absolute path the current item. The old item's last frame stays on screen until the

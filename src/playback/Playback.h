@@ -39,6 +39,8 @@ class Playback {
   void close();
   /// Plays or pauses; a closed player stays paused.
   void setPlaying(bool playing);
+  /// Holds the player or lets it go on, and stops looking for videos meanwhile.
+  void setHeld(bool isHeld);
   /// Plays the video that comes next by the play model.
   void playerItemDidReachEnd();
 
@@ -60,6 +62,7 @@ class Playback {
   void load(const std::filesystem::path& file);
   void itemStatusChanged(PlayerItemStatus status);
   void setVideoState(const char* state);
+  void updateMark();
 
   [[no_unique_address]] MainThread mainThread_;
   const PlaybackServices& services_;
@@ -69,10 +72,12 @@ class Playback {
   std::function<void()> syncSign_;
   std::unique_ptr<VideoPlayer> player_;
   std::optional<bool> repeats_;
+  bool isHeld_ = false;
 
-  /// The player's item: its file and sign, and whether its first frame has been decoded.
+  /// The player's item: its file and sign, whether it is being loaded, and whether its first frame has been decoded.
   std::filesystem::path itemFile_;
   std::string itemSign_;
+  bool isLoading_ = false;
   bool itemIsReady_ = false;
   /// The videos that have failed. Searches pass over them until a video plays to its end, none is left to try, or one
   /// is loaded on request.

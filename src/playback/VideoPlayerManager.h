@@ -68,6 +68,8 @@ class VideoPlayerManager {
   void close() { playback_.close(); }
   /// Plays or pauses; a closed player stays paused.
   void setPlaying(bool playing) { playback_.setPlaying(playing); }
+  /// While true, the player stands still whatever the settings say.
+  void setHeld(bool isHeld) { playback_.setHeld(isHeld); }
   /// Plays the video that comes next by the play model.
   void playerItemDidReachEnd() { playback_.playerItemDidReachEnd(); }
   void tapVideoPlayerViewAction() { windows_.tapVideoPlayerViewAction(); }

@@ -9,10 +9,12 @@
 #include "base/ObserverList.h"
 #include "base/Result.h"
 #include "linux/desktop/EmbeddingTray.h"
+#include "linux/desktop/WindowExtent.h"
 #include "linux/render/GpuRenderer.h"
 #include "linux/render/VideoOutput.h"
 #include "platform/AgentStatus.h"
 #include "platform/RunLoop.h"
+#include "platform/StandstillReason.h"
 #include "platform/WindowServer.h"
 
 namespace quilex {
@@ -53,6 +55,12 @@ class Desktop {
   /// everything given must outlive the window server.
   virtual std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) = 0;
   virtual EmbeddingTray embeddingTray() = 0;
+  /// What the server knows of besides windows. The desktop must outlive the tokens of the watches.
+  virtual std::vector<StandstillReason> standstillReasons() = 0;
+  /// Notifies, as StandstillReason::watch does, whether another program's window of that extent is on any monitor;
+  /// never on desktops that do not say so. Desktop and loop must outlive the token.
+  [[nodiscard]] virtual Disposable watchWindows(WindowExtent extent, RunLoop& loop,
+                                                StandstillReason::Handler handler) = 0;
 
  protected:
   void placementChanged() const { placementObservers_.notify(); }

@@ -9,6 +9,7 @@
 #include "linux/desktop/wayland/WaylandConnection.h"
 #include "linux/desktop/wayland/WaylandEglWindow.h"
 #include "linux/desktop/wayland/WaylandShmRenderer.h"
+#include "linux/desktop/wayland/WaylandToplevels.h"
 #include "linux/desktop/wayland/WaylandWindowServer.h"
 
 namespace quilex {
@@ -73,6 +74,11 @@ class WaylandDesktop : public Desktop {
   }
   // Wayland has no trays of that kind.
   EmbeddingTray embeddingTray() override { return {}; }
+  // A screen that is off shows no frame; the window server notices that.
+  std::vector<StandstillReason> standstillReasons() override { return {}; }
+  Disposable watchWindows(WindowExtent extent, RunLoop& /*loop*/, StandstillReason::Handler handler) override {
+    return watchToplevels(*wayland_, extent, std::move(handler));
+  }
 
  private:
   std::unique_ptr<WaylandConnection> wayland_;

@@ -29,14 +29,8 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, const La
                     checkOcclusionIn(kNextTurn);
                   }
                 }},
-      windows_(loop,
-               [this, ordered = std::move(ordered)] {
-                 const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
-                 covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
-                 if (!windows_.all().empty()) {
-                   ordered(windows_.all().front()->ordered());
-                 }
-               }),
+      ordered_(std::move(ordered)),
+      windows_(loop, [this] { settled(); }),
       pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
                  for (WaylandDesktopWindow* window : windows_.all()) {
@@ -82,6 +76,23 @@ void WaylandWindowServer::screensChangedSoon() {
   }
 }
 
+void WaylandWindowServer::settled() {
+  const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
+  covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
+  updateUnseen();
+  if (!windows_.all().empty()) {
+    ordered_(windows_.all().front()->ordered());
+  }
+}
+
+// The core makes no window while there is no output.
+void WaylandWindowServer::updateUnseen() {
+  const bool unseen = covered_ || windows_.all().empty();
+  if (std::exchange(unseen_, unseen) != unseen) {
+    unseenObservers_.notify(unseen);
+  }
+}
+
 void WaylandWindowServer::checkOcclusionIn(std::chrono::milliseconds delay) {
   if (!occlusionCheck_) {
     occlusionCheck_ = services_.runLoop.after(delay, [this] { checkOcclusion(); });
@@ -105,6 +116,7 @@ void WaylandWindowServer::checkOcclusion() {
     return;
   }
   if (std::exchange(covered_, !anySeen) == anySeen) {
+    updateUnseen();
     occlusionObservers_.notify();
   }
   if (!covered_ && anyWaits) {
@@ -114,6 +126,10 @@ void WaylandWindowServer::checkOcclusion() {
 
 Disposable WaylandWindowServer::observeOcclusion(std::function<void()> handler) {
   return occlusionObservers_.add(std::move(handler));
+}
+
+Disposable WaylandWindowServer::observeUnseen(std::function<void(bool)> handler) {
+  return unseenObservers_.add(std::move(handler));
 }
 
 Disposable WaylandWindowServer::observeScreens(std::function<void()> handler) {

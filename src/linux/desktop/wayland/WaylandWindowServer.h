@@ -28,6 +28,7 @@ class WaylandWindowServer : public WindowServer {
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
+  [[nodiscard]] Disposable observeUnseen(std::function<void(bool)> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override {
     return Disposable([] {});
   }
@@ -36,16 +37,21 @@ class WaylandWindowServer : public WindowServer {
   void screensChangedSoon();
   void checkOcclusionIn(std::chrono::milliseconds delay);
   void checkOcclusion();
+  void settled();
+  void updateUnseen();
 
   WaylandConnection& connection_;
   const LayerChoice& choice_;
   WaylandLayerSurface::Services services_;
+  std::function<void(WindowOrder)> ordered_;
   DesktopWindows<WaylandDesktopWindow> windows_;
   WaylandPointer pointer_;
   ObserverList<> screenObservers_;
   std::optional<Disposable> screensChanged_;
   ObserverList<> occlusionObservers_;
   bool covered_ = false;
+  ObserverList<bool> unseenObservers_;
+  bool unseen_ = false;
   std::optional<Disposable> occlusionCheck_;
   Disposable outputs_;
 };

@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11Coverage.h"
 #include "linux/desktop/x11/X11Monitors.h"
+#include "linux/desktop/x11/X11ScreenSaver.h"
 #include "linux/desktop/x11/X11ShmRenderer.h"
 #include "linux/desktop/x11/X11SystemTray.h"
 #include "linux/desktop/x11/X11WindowServer.h"
@@ -61,6 +63,13 @@ class X11Desktop : public Desktop {
   EmbeddingTray embeddingTray() override {
     return {[this] { return systemTray_.isPresent(); },
             [this](std::function<void()> handler) { return systemTray_.observe(std::move(handler)); }};
+  }
+  std::vector<StandstillReason> standstillReasons() override {
+    return {{"the screen is off",
+             [this](StandstillReason::Handler handler) { return watchScreenOff(*x11_, std::move(handler)); }}};
+  }
+  Disposable watchWindows(WindowExtent extent, RunLoop& loop, StandstillReason::Handler handler) override {
+    return watchX11Windows(*x11_, extent, loop, std::move(handler));
   }
 
  private:

@@ -27,6 +27,8 @@ class X11DesktopWindow {
   X11DesktopWindow& operator=(const X11DesktopWindow&) = delete;
 
   bool covers(const Screen& screen) const { return screen.frame == screen_; }
+  /// On the root window.
+  const Rect& place() const { return screen_; }
   void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
 
   /// The window is to be shown, as soon as there is a frame to show, behind or in front of all other desktop windows.

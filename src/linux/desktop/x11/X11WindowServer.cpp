@@ -27,6 +27,7 @@ X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX1
       makeTarget_(std::move(makeTarget)),
       runLoop_(loop),
       monitors_(x11),
+      coverage_(x11, loop, [this] { coverMayHaveChanged(); }),
       windows_(loop, [this] { ordered(); }),
       placed_(std::move(placed)),
       events_(x11.observeEvents([this](const auto& event) { handle(event); })),
@@ -121,21 +122,38 @@ void X11WindowServer::ordered() {
     ownOrdering_.reset();
     covered_ = isCovered();
   });
+  updateUnseen();
 }
 
 bool X11WindowServer::isCovered() const {
   bool anyMapped = false;
   for (const X11DesktopWindow* window : windows_.all()) {
     anyMapped = anyMapped || window->isMapped();
-    if (window->isMapped() && !window->isObscured()) {
+    if (window->isMapped() && !window->isObscured() && !coverage_.covers(window->place())) {
       return false;
     }
   }
   return anyMapped;
 }
 
+// Each window has an event of its own.
+void X11WindowServer::coverMayHaveChanged() {
+  if (!occlusionCheck_) {
+    occlusionCheck_ = runLoop_.after(kNextTurn, [this] { checkOcclusion(); });
+  }
+}
+
+// The core makes no window while there is no monitor.
+void X11WindowServer::updateUnseen() {
+  const bool unseen = windows_.all().empty() || isCovered();
+  if (std::exchange(unseen_, unseen) != unseen) {
+    unseenObservers_.notify(unseen);
+  }
+}
+
 void X11WindowServer::checkOcclusion() {
   occlusionCheck_.reset();
+  updateUnseen();
   if (ownOrdering_ || covered_ == isCovered()) {
     return;
   }
@@ -164,9 +182,8 @@ void X11WindowServer::handle(const xcb_generic_event_t& event) {
   for (X11DesktopWindow* window : windows_.all()) {
     window->handle(event);
   }
-  if (type == XCB_VISIBILITY_NOTIFY && !occlusionCheck_) {
-    // Each window has an event of its own.
-    occlusionCheck_ = runLoop_.after(kNextTurn, [this] { checkOcclusion(); });
+  if (type == XCB_VISIBILITY_NOTIFY) {
+    coverMayHaveChanged();
   }
 }
 
@@ -186,6 +203,10 @@ Disposable X11WindowServer::observeScreens(std::function<void()> handler) {
 
 Disposable X11WindowServer::observeOcclusion(std::function<void()> handler) {
   return occlusionObservers_.add(std::move(handler));
+}
+
+Disposable X11WindowServer::observeUnseen(std::function<void(bool)> handler) {
+  return unseenObservers_.add(std::move(handler));
 }
 
 Disposable X11WindowServer::observeActiveSpace(std::function<void()> handler) {
