@@ -1,5 +1,5 @@
 # quilex_wayland_protocols(NAME file...): a C library of what wayland-scanner makes of protocol descriptions. The files
-# are those of Debian's packages; which versions of them is the distribution's to say.
+# are those of Debian's packages; the distribution decides their versions.
 find_program(WAYLAND_SCANNER wayland-scanner REQUIRED)
 function(quilex_wayland_protocols name)
   set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")

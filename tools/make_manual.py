@@ -12,7 +12,7 @@ HEADINGS = ("positionals", "options", "subcommands")
 
 
 def ask(program, *arguments):
-    # Works without a display, and ignores what sanitizers report.
+    # Works without a display, and without the leak check of sanitizers.
     environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
     environment["ASAN_OPTIONS"] = "detect_leaks=0"
     done = subprocess.run([program, *arguments], env=environment, capture_output=True, text=True, timeout=60, check=False)

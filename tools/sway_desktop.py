@@ -26,6 +26,8 @@ INITIAL_NAME = "WL-1"
 
 class SwayDesktop:
     def __init__(self, monitors=("1920x1080",)):
+        # What a person has in the configuration besides the outputs; it holds after `reload`.
+        self.personal = ""
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="virtual-desktop-"))
         # The output of each monitor, or None, and its requested mode.
         self.names = [INITIAL_NAME]
@@ -92,15 +94,19 @@ class SwayDesktop:
     def command(self, text):
         self._order(self.socket, text)
 
+    def _nodes(self, socket):
+        nodes = [self._ask(socket, "-t", "get_tree")]
+        for node in nodes:
+            nodes += node["nodes"] + node["floating_nodes"]
+        return nodes
+
     def _is_shown(self, name):
         """Whether the outer sway has that output's window."""
-        nodes = [self._ask(self.outer_socket, "-t", "get_tree")]
-        while nodes:
-            node = nodes.pop()
-            if (node["name"] or "").endswith(" " + name):
-                return True
-            nodes += node["nodes"] + node["floating_nodes"]
-        return False
+        return any((node["name"] or "").endswith(" " + name) for node in self._nodes(self.outer_socket))
+
+    def ordinary_windows(self):
+        """The titles of the windows that are not in a layer."""
+        return [node["name"] for node in self._nodes(self.socket) if node["type"].endswith("con") and not node["nodes"]]
 
     def outputs(self):
         """Names and logical rectangles (left, top, width, height) of the outputs."""
@@ -161,7 +167,7 @@ class SwayDesktop:
 
     def reload(self):
         lines = [f"output {name} {settings}\n" for name, settings in self.settings.items()]
-        (self.folder / "inner.conf").write_text(INNER + "".join(lines))
+        (self.folder / "inner.conf").write_text(INNER + self.personal + "".join(lines))
         self.command("reload")
 
     def set_lit(self, index, lit):

@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """An X desktop without hardware: Xorg with the dummy driver, whose outputs are switched like real monitors.
 
-As a program: virtual_desktop.py --screenshot FILE.png [--seconds S] [--monitors WxH,WxH...] [--manager NAME] [--wayland]
-COMMAND... runs the command on such a desktop, or on a Wayland one, saves what it shows after some seconds, ends it, and exits with its status.
+As a program, virtual_desktop.py --screenshot FILE.png [--seconds S] [--monitors WxH,WxH...] [--manager NAME]
+[--wayland] COMMAND... runs the command on such a desktop, or on a Wayland one, saves what it shows after some seconds,
+ends it, and exits with its status.
 """
 
 import argparse

@@ -68,7 +68,7 @@ class AppDelegate {
   /// Requests the version on offer, and calls `updateCheckCompletion` with the answer.
   void checkUpdates(Check check);
   /// In the next turn of the run loop, offers that version if the application's own is less, compared as plain text.
-  /// Otherwise tells a user who asked that the application is up to date.
+  /// Otherwise, if the user asked, shows that the application is up to date, also when no answer came.
   void updateCheckCompletion(const std::optional<UpgradeInfo>& info, Check check);
 
  private:

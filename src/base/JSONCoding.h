@@ -20,7 +20,7 @@ struct DecodingError {
   Kind kind;
   /// The keys, and the indices into arrays, from the outermost value to the place of the error, joined by points.
   std::string codingPath;
-  /// A text of the type that was asked for; most have none.
+  /// A message from the type that was asked for; most types give none.
   std::string description{};
 
   bool operator==(const DecodingError&) const = default;

@@ -6,7 +6,7 @@
 
 namespace quilex {
 
-/// The mode of files about what a user does and watches.
+/// The mode of files that show what a user does and watches.
 inline constexpr auto kPrivateFile = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
 
 /// Makes a folder and the missing ones above it, with mode 0700. A folder that exists keeps its mode.

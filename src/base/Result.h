@@ -11,14 +11,15 @@ struct Failure {
   std::string message;
 };
 
-/// A value, or why there is none. It becomes `std::expected` once both releases have that.
+/// A value, or why there is none. It becomes `std::expected` once the compilers of both supported Debian releases have
+/// that.
 template <typename Value>
 using Result = tl::expected<Value, Failure>;
 
-/// For what yields nothing when it is done.
+/// For functions that return no value when they succeed.
 using Outcome = Result<void>;
 
-/// What a function returns that fails: `return failed("is empty")`, `return failed(opened.error())`.
+/// What a failing function returns: `return failed("is empty")`, `return failed(opened.error())`.
 inline tl::unexpected<Failure> failed(Failure failure) {
   return tl::unexpected(std::move(failure));
 }

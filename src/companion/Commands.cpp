@@ -127,7 +127,8 @@ Outcome listCommand(ListForm form) {
     for (const VideoDetail& video : *videos) {
       array.push_back(video.toJSON());
     }
-    // The library escapes control characters beyond ASCII only if it escapes all characters beyond it.
+    // Everything beyond ASCII is escaped, because otherwise the JSON library would not escape the control characters
+    // there.
     printLine(array.dump(2, ' ', true, nlohmann::ordered_json::error_handler_t::replace));
     return {};
   }

@@ -8,7 +8,7 @@
 
 namespace quilex {
 
-/// How much of a list is shown.
+/// How the library is printed: the main facts in a table, or whole records as JSON.
 enum class ListForm { table, json };
 
 /// The program's name and version.

@@ -21,14 +21,14 @@ void offer(const std::string& beginning, const std::string& word, const std::str
   }
 }
 
-// Other characters may mean something to a shell.
+// True for a sign that no shell would have to quote.
 bool isPlain(const std::string& sign) {
   constexpr std::string_view kPlain = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_.";
   return !sign.empty() && sign.find_first_not_of(kPlain) == std::string::npos;
 }
 
 void offerVideos(const std::string& beginning, const std::vector<std::string>& namedAlready) {
-  // Pressing a key to see the choices does not make a library.
+  // Completion must not create a library.
   const auto videos = readLibrary(MissingLibrary::left);
   for (const VideoDetail& video : videos ? *videos : std::vector<VideoDetail>()) {
     if (isPlain(video.sign) && std::ranges::find(namedAlready, video.sign) == namedAlready.end()) {

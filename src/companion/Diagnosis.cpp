@@ -15,14 +15,6 @@ using Json = nlohmann::ordered_json;
 
 const char* const kUnknown = "unknown";
 
-std::string joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const std::string& word : words) {
-    text += (text.empty() ? "" : ", ") + word;
-  }
-  return text;
-}
-
 std::string healthWord(const FileHealth& health) {
   return !health.exists ? "not there yet" : health.problem.empty() ? "good" : health.problem;
 }
@@ -53,6 +45,7 @@ void addAgent(const Facts& facts, const AgentStatus& agent, Json& report) {
                        {"session", agent.sessionType},
                        {"backend", agent.backend},
                        {"whyNotAnother", agent.backendReason.empty() ? "it comes first" : agent.backendReason},
+                       {"placement", agent.placement},
                        {"statusItemShownBy", statusItemWord(facts, agent)}};
   report["displays"] = Json::object();
   for (const DisplayStatus& each : agent.displays) {
@@ -69,6 +62,7 @@ void addAgent(const Facts& facts, const AgentStatus& agent, Json& report) {
                      {"state", agent.videoState},
                      {"wallpaper", agent.isOpen ? "open" : "closed"},
                      {"playing", agent.isPlaying},
+                     {"standsStillBecause", joined(agent.standsStillBecause)},
                      {"width", agent.videoWidth},
                      {"height", agent.videoHeight},
                      {"decoder", agent.decoder},
@@ -159,6 +153,14 @@ void addOddities(const Json& oddities, std::vector<std::string>& lines) {
 }
 
 }  // namespace
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : ", ") + word;
+  }
+  return text;
+}
 
 std::string agentWord(const AgentAnswer& answer) {
   const auto* const none = std::get_if<NoAgent>(&answer);

@@ -30,6 +30,8 @@ struct Facts {
   LibraryHealth library;
 };
 
+/// With commas in between.
+std::string joined(const std::vector<std::string>& words);
 /// The state of the agent, in a few words.
 std::string agentWord(const AgentAnswer& answer);
 

@@ -7,7 +7,7 @@
 
 namespace quilex {
 
-/// The state of one of the user's files. Finding it out changes nothing.
+/// The state of one of the user's files. Checking it changes nothing.
 struct FileHealth {
   std::string path;
   bool exists = false;
@@ -23,7 +23,7 @@ struct LibraryHealth : FileHealth {
   std::vector<std::string> lostVideos;
 };
 
-/// Each takes a few seconds at most: if the disk does not answer, that is the file's problem.
+/// Each takes a few seconds at most; if the disk does not answer by then, `problem` says so.
 FileHealth checkSettings(const std::filesystem::path& file);
 LibraryHealth checkLibrary(const std::filesystem::path& file);
 

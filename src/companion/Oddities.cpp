@@ -9,7 +9,7 @@ namespace {
 void addFiles(const Facts& facts, std::vector<Oddity>& found) {
   if (!facts.settings.problem.empty()) {
     found.push_back({"the settings file " + facts.settings.path + " " + facts.settings.problem,
-                     "mend it by hand, or move it away: the agent then starts with what holds for a new user"});
+                     "repair it by hand, or move it away: the agent then starts with the default settings"});
   }
   if (!facts.library.problem.empty()) {
     found.push_back({"the library " + facts.library.path + " " + facts.library.problem,
@@ -57,6 +57,9 @@ void addDesktop(const Facts& facts, const AgentStatus& agent, std::vector<Oddity
     found.push_back({"on this Wayland desktop the agent plays through XWayland: " + agent.backendReason,
                      "if the wallpaper is not seen, use a compositor with a layer shell, or a session on X11"});
   }
+  if (!agent.placementAdvice.empty()) {
+    found.push_back({"the wallpaper lies " + agent.placement, agent.placementAdvice});
+  }
   if (agent.statusItem == "none" || (agent.statusItem == "notifier" && facts.statusItemHosts.empty())) {
     found.push_back({"no panel shows the status item",
                      "turn on your panel's status area; on GNOME, install an extension for status notifier items"});
@@ -77,7 +80,7 @@ void addVideo(const AgentStatus& agent, std::vector<Oddity>& found) {
                      "if that takes too much, install your GPU's VA-API driver (vainfo lists what it decodes), or "
                      "convert the video to H.264 with 8 bits"});
   }
-  const bool moves = agent.isOpen && agent.isPlaying && agent.videoState == "ready";
+  const bool moves = agent.isOpen && agent.isPlaying && agent.standsStillBecause.empty() && agent.videoState == "ready";
   if (moves && agent.framesShown == 0) {
     found.push_back({"no frame was shown in the last minute",
                      "nothing, if windows cover the wallpaper or the video is a single picture; otherwise report it "

@@ -28,7 +28,7 @@ std::optional<Number> parseNumber(const std::string& given, Number largest) {
   const char* end = given.data() + given.size();
   const auto [rest, error] = std::from_chars(given.data(), end, number);
   const bool inRange = error == std::errc() && rest == end && number >= Number{0} && number <= largest;
-  // The sum makes 0 of -0.
+  // Adding 0 turns -0 into 0.
   return inRange ? std::optional(number + Number{0}) : std::nullopt;
 }
 
@@ -115,6 +115,26 @@ const std::vector<Setting>& allSettings() {
       {kMute, false, 0, kFlag, {"no sound"}},
       {kIsOpenPlayer, kDefaultIsOpenPlayer, 0, kFlag, {"the wallpaper is shown"}},
       {kIsPlaying, kDefaultIsPlaying, 0, kFlag, {"the picture moves; false holds it"}},
+      {kPauseOnBattery, false, 0, kFlag, {"the picture stands still on battery"}},
+      {kPauseBelowCharge,
+       kZero,
+       100,
+       "a whole number from 0 to 100",
+       {"the picture stands still on battery with less charge than that, in percent"}},
+      {kPauseInPowerSaver, false, 0, kFlag, {"the picture stands still in the power-saver profile"}},
+      {kPauseWhenIdle, false, 0, kFlag, {"the picture stands still while nobody uses the session"}},
+      {kPauseForFullScreen, false, 0, kFlag, {"the picture stands still while a window is full-screen on any monitor"}},
+      {kPauseForMaximized,
+       false,
+       0,
+       kFlag,
+       {"the picture stands still while a window is maximised or full-screen on any monitor"}},
+      {kPauseForGames, false, 0, kFlag, {"the picture stands still while a game runs that uses GameMode"}},
+      {kPauseForPrograms,
+       std::string(),
+       0,
+       "program names, with commas",
+       {"the picture stands still while one of these programs runs"}},
       {kAutolaunch, kDefaultAutolaunch, 0, kFlag, {"start at login"}},
       {kAlreadyImportVideo, false, 0, kFlag, {"videos have been imported"}},
   };

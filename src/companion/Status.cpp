@@ -57,6 +57,13 @@ std::string videoLine(const AgentStatus& status) {
   return status.videoTitle + " (" + status.videoSign + ")" + (state == "ready" ? "" : ", " + state);
 }
 
+std::string standstill(const AgentStatus& status) {
+  const bool isMeantToMove = status.isOpen && status.isPlaying;
+  return !isMeantToMove || status.standsStillBecause.empty()
+             ? ""
+             : "; stands still because " + cleanText(joined(status.standsStillBecause));
+}
+
 std::string meaningOf(const char* key, std::int32_t value) {
   const auto setting = findSetting(key);
   const auto index = static_cast<std::size_t>(value);
@@ -77,7 +84,7 @@ Outcome statusCommand() {
   printLine("agent:       " + agentWord(answer));
   printLine("video:       " + cleanText(videoLine(*status)));
   printLine(std::string("wallpaper:   ") + (status->isOpen ? "open" : "closed") + ", " +
-            (status->isPlaying ? "playing" : "paused"));
+            (status->isPlaying ? "playing" : "paused") + standstill(*status));
   printLine("arrangement: " + meaningOf(settings::kMonitorArrange, status->monitorArrange) + " (ScreenIndex " +
             std::to_string(status->screenIndex) + ")");
   printLine("mode:        " + meaningOf(settings::kPlayMode, status->playMode));

@@ -15,7 +15,7 @@ std::string cleanText(std::string_view text);
 void printLine(std::string_view line);
 /// Writes "quilex: " and the message to standard error, without control characters.
 void printError(std::string_view message);
-/// Fails if a line could not be written to standard output. That its reader has gone away (EPIPE) is no failure.
+/// Fails if a line could not be written to standard output. A reader that has gone away (EPIPE) is no failure.
 Outcome checkOutput();
 
 /// A line on standard error that shows the progress of long work and disappears with it. If standard error is not a

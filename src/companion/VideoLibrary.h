@@ -27,9 +27,9 @@ struct VideoRow {
   VideoDetail video;
 };
 
-/// The library of videos with the folder of their covers, for its only writer of rows. Each change is one transaction:
-/// it is made completely or not at all, even if the program ends in the middle. Waits for another process's lock for
-/// ten seconds at most.
+/// The library of videos with the folder of their covers, for this program, which alone adds and changes rows. Each
+/// change is one transaction: it is made completely or not at all, even if the program ends in the middle. Waits for
+/// another process's lock for ten seconds at most.
 class VideoLibrary {
  public:
   /// The library in `supportDirectory`. If there is none, a copy of the template is put there first.

@@ -134,7 +134,7 @@ int run(int argc, char** argv) {
   addRemove(app, line);
   addGet(app, line);
   addSet(app, line);
-  addCommand(app, line, "status", "Tells what the agent is doing", statusCommand);
+  addCommand(app, line, "status", "Shows what the agent is doing", statusCommand);
   addDoctor(app, line);
   // Not shown in the help, because only shells use it.
   if (argc > 1 && std::string_view(argv[1]) == "complete") {

@@ -8,8 +8,8 @@
 namespace quilex {
 
 /// The absolute path that a video's `url` names: the path of a `file:` URL of this machine (RFC 8089), or the text
-/// itself if it is an absolute path. Nothing for another scheme, a relative path, a malformed escape, characters that a
-/// URL cannot hold, or an embedded NUL.
+/// itself if it is an absolute path. Nothing for another scheme, a relative path, a malformed escape, a URL with blanks
+/// or control characters, or an embedded NUL.
 std::optional<std::filesystem::path> localPath(std::string_view url);
 
 /// The `file:` URL of an absolute path, which `localPath` reads back; the path need not be UTF-8.

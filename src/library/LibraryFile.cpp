@@ -14,7 +14,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The copies of programs that were killed. One that another program is still making is not needed either.
+// Removes the copies that killed programs have left behind. One that another program is still making is not needed
+// either.
 void removeUnfinished(const fs::path& library) {
   const std::string prefix = library.filename().string() + ".";
   std::error_code ignored;
@@ -27,7 +28,8 @@ void removeUnfinished(const fs::path& library) {
   }
 }
 
-// The template has the loops' paths of where it was installed first; it may have been moved since.
+// The template names the loops by the paths where they were installed first. The installation may have been moved
+// since.
 void nameLoopsBeside(const fs::path& templateFile, const fs::path& copy) {
   try {
     SQLite::Database database(copy, SQLite::OPEN_READWRITE);

@@ -82,8 +82,8 @@ bool LocalVideoDBManager::isUsable() {
 }
 
 Result<std::vector<VideoDetail>> LocalVideoDBManager::query(const char* statementText, const std::string* argument) {
-  // Preparing a statement does not show SQLite a table that was dropped and made again, and would use the old table's
-  // columns; running any statement does.
+  // SQLite notices that another process has dropped the table and created it again only when a statement runs. A query
+  // that is prepared before that would still use the old columns.
   if (!isUsable() || db_->tryExec("select 1 from sqlite_master limit 1") != SQLite::OK) {
     return failed("the library cannot be opened");
   }

@@ -16,7 +16,7 @@ namespace quilex {
 int runAgent(std::unique_ptr<Desktop> desktop, std::string backendReason) {
   EndDeadline& deadline = EndDeadline::shared();
   Composition* running = nullptr;
-  // The main application is notified once: by the delegate or, while the main thread hangs, beside it.
+  // The main application is notified once: by the delegate or, while the main thread hangs, from another thread.
   std::atomic<bool> isNotified = false;
   const auto endInOrder = [&] {
     if (Composition* const ended = std::exchange(running, nullptr)) {

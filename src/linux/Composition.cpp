@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,9 @@
 #include "base/FatalError.h"
 #include "library/LibraryFile.h"
 #include "linux/player/MpvPlayer.h"
+#include "linux/session/dbus/PowerWatches.h"
+#include "linux/session/dbus/SessionState.h"
+#include "linux/session/programs/RunningPrograms.h"
 #include "linux/toolkit/http/QtHTTPSession.h"
 #include "linux/toolkit/http/QtImage.h"
 #include "linux/toolkit/http/ServiceURL.h"
@@ -135,6 +139,8 @@ Composition::Composition(Foundation&& foundation)
       videoPlayerManager({preferences, *standardDefaults_, library, fileFinder_, *windowServer_, notifications_,
                           *runLoop_, console_, [this] { return std::make_unique<MpvPlayer>(output_, report_); },
                           systemRandom(), report_}),
+      standstill(*runLoop_, report_, [this](bool isHeld) { videoPlayerManager.setHeld(isHeld); }),
+      pauseRules(preferences, standstill, pauseWatches()),
       statusBarManager({preferences, videoPlayerManager, *windowServer_, workspace_,
                         [this] { return makeStatusItem(); }, localize, appInfo.displayVersion(),
                         [this] { delegate.checkUpdates(AppDelegate::Check::manual); }}),
@@ -148,12 +154,40 @@ Composition::Composition(Foundation&& foundation)
   current = this;
   reportStart(foundation);
   observations_ = reportSettings(preferences, report_);
+  observations_.push_back(desktop_.observePlacement([this] { reportPlacement(); }));
   observations_.push_back(windowServer_->observeScreens([this] {
     reportDisplays();
     delegate.applicationDidChangeScreenParameters();
   }));
   observations_.push_back(windowServer_->observeOcclusion([this] { delegate.applicationDidChangeOcclusionState(); }));
   observations_.push_back(workspace_.observeResignActive([this] { delegate.applicationDidResignActive(); }));
+  respectReasons();
+}
+
+void Composition::respectReasons() {
+  const auto respect = [this](const StandstillReason& reason) { observations_.push_back(standstill.respect(reason)); };
+  std::ranges::for_each(sessionStandstillReasons(), respect);
+  std::ranges::for_each(desktop_.standstillReasons(), respect);
+  respect({"no part of the wallpaper can be seen",
+           [this](StandstillReason::Handler handler) { return windowServer_->observeUnseen(std::move(handler)); }});
+}
+
+PauseWatches Composition::pauseWatches() {
+  const auto windows = [this](WindowExtent extent) {
+    return [this, extent](StandstillReason::Handler handler) {
+      return desktop_.watchWindows(extent, *runLoop_, std::move(handler));
+    };
+  };
+  return {watchOnBattery,
+          watchBelowCharge,
+          watchPowerSaver,
+          watchIdleSession,
+          windows(WindowExtent::fullScreen),
+          windows(WindowExtent::maximized),
+          watchGames,
+          [this](const std::vector<std::string>& names, StandstillReason::Handler handler) {
+            return watchPrograms(names, backgroundWork_, *runLoop_, std::move(handler));
+          }};
 }
 
 std::unique_ptr<StatusItem> Composition::makeStatusItem() {
@@ -186,6 +220,14 @@ void Composition::reportStart(const Foundation& foundation) {
     status.framesDropped = output_.framesDropped();
   });
   reportDisplays();
+  reportPlacement();
+}
+
+void Composition::reportPlacement() {
+  report_.update([&](AgentStatus& status) {
+    status.placement = desktop_.placement();
+    status.placementAdvice = desktop_.placementAdvice();
+  });
 }
 
 void Composition::reportDisplays() {

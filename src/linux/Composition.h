@@ -23,6 +23,8 @@
 #include "platform/AppInfo.h"
 #include "platform/NotificationCenter.h"
 #include "platform/StatusReport.h"
+#include "playback/PauseRules.h"
+#include "playback/Standstill.h"
 #include "playback/VideoPlayerManager.h"
 #include "service/WebModel.h"
 #include "settings/Preferences.h"
@@ -55,6 +57,9 @@ class Composition {
   explicit Composition(Foundation&& foundation);
   void reportStart(const Foundation& foundation);
   void reportDisplays();
+  void reportPlacement();
+  void respectReasons();
+  PauseWatches pauseWatches();
   std::unique_ptr<StatusItem> makeStatusItem();
 
   // The adapters
@@ -82,6 +87,8 @@ class Composition {
   Preferences preferences{*suite_, *runLoop_};
   LocalVideoDBManager library;
   VideoPlayerManager videoPlayerManager;
+  Standstill standstill;
+  PauseRules pauseRules;
   StatusBarManager statusBarManager;
   WebModel webModel;
   AppDelegate delegate;

@@ -13,8 +13,8 @@ namespace quilex {
 
 /// Ends the agent when its display server goes away. A thread waits for that and begins the end, whatever the main
 /// thread does. The main thread then calls `end`, if it does not hang. The toolkit and other libraries end the process
-/// by themselves when their own connections break; before that they log a warning or run the exit handlers, and there
-/// this class goes first.
+/// by themselves when their own connections break; before that they log a warning or run the exit handlers, so this
+/// class acts in both of these places.
 ///
 /// At most one exists at a time. Made and destroyed on the main thread.
 class DisplayLoss {

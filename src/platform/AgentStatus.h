@@ -47,6 +47,10 @@ struct AgentStatus {
 
   // The desktop
 
+  /// How the wallpaper stands on the desktop, in plain English, such as "bottom layer".
+  std::string placement;
+  /// What the person can do so that the wallpaper is seen, in plain English; empty if it is.
+  std::string placementAdvice;
   std::vector<DisplayStatus> displays;
   /// The kind of panel that the status item was made for: "notifier", "embedded", or "none" so far.
   std::string statusItem = "none";
@@ -56,6 +60,8 @@ struct AgentStatus {
   /// The settings: whether the wallpaper is shown, and whether it plays.
   bool isOpen = false;
   bool isPlaying = false;
+  /// Why it stands still although the settings may have it play, as clauses; empty while it need not.
+  std::vector<std::string> standsStillBecause;
   /// Sign and title of the player's video, and its state: "none", "loading", "ready" or "failed".
   std::string videoSign;
   std::string videoTitle;

@@ -23,7 +23,7 @@ struct AppEnvironment {
   std::function<std::vector<std::filesystem::path>(SearchPathDirectory)> userDirectories;
 };
 
-/// Facts about the running application, each computed once and kept.
+/// Facts about the running application.
 class AppInfo {
  public:
   static constexpr std::string_view groupIdentifier = "K4TQZM71RX.quilex";

@@ -14,9 +14,9 @@ class BackgroundWork {
   using Work = std::function<void(const std::stop_token& stop)>;
 
   virtual ~BackgroundWork() = default;
-  /// Starts the work at once, however much other work there is. After it has returned, `done` runs on the main thread,
-  /// never from inside this call, and sees all that the work wrote. Releasing the token requests a stop and drops
-  /// `done`, without waiting for the work, which must therefore own what it uses. Releasing it inside `done` is
+  /// Starts the work at once, however much other work there is. Once the work has returned, `done` runs on the main
+  /// thread, never from inside this call, and sees all that the work wrote. Releasing the token requests a stop and
+  /// drops `done`, without waiting for the work, which must therefore own what it uses. Releasing it inside `done` is
   /// allowed.
   [[nodiscard]] virtual Disposable run(Work work, std::function<void()> done) = 0;
 };

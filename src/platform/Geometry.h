@@ -2,7 +2,8 @@
 
 namespace quilex {
 
-/// A rectangle in device pixels, x rightwards and y downwards. Edges of screens may be negative.
+/// A rectangle in units of the desktop's global space, x rightwards and y downwards. A unit may be several device
+/// pixels, as on a scaled monitor of a Wayland desktop. Edges of screens may be negative.
 struct Rect {
   double x = 0;
   double y = 0;

@@ -12,9 +12,9 @@ namespace quilex {
 struct HTTPSessionConfiguration {
   /// The whole User-Agent header.
   std::string userAgent;
-  /// A request fails when no data has come for so long.
+  /// A request fails when no data has come for this long.
   std::chrono::milliseconds timeout;
-  /// A request fails when it has taken so long as a whole.
+  /// A request fails when it has taken this long as a whole.
   std::chrono::milliseconds longest;
 };
 

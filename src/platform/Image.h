@@ -24,9 +24,9 @@ struct DecodedImage {
   std::size_t pixels = 0;
 };
 
-/// Decodes an image file of the usual pixel formats. There is no image if the bytes are none, if the header gives more
-/// pixels than `maximumPixels` (then nothing is decoded), or if a stop is requested. The bytes come from the network;
-/// nothing is logged about them. Any thread.
+/// Decodes an image file of the usual pixel formats. The result has no image if the bytes are not an image, if the
+/// header gives more pixels than `maximumPixels` (then nothing is decoded), or if a stop is requested. The bytes come
+/// from the network; nothing is logged about them. Any thread.
 using DecodeImage =
     std::function<DecodedImage(std::string_view bytes, std::size_t maximumPixels, const std::stop_token& stop)>;
 

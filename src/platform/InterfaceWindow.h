@@ -14,8 +14,8 @@ class TextField {
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
 
-  /// Makes this UTF-8 text the whole content, as plain text. Control characters become replacement characters, and the
-  /// text is cut after some thousand characters.
+  /// Makes this UTF-8 text the whole content, as plain text. Control characters become replacement characters, and a
+  /// very long text is cut.
   virtual void setStringValue(const std::string& text) = 0;
   /// Appends the text of an HTML document to the content. Loads nothing that the document refers to, and reads only the
   /// beginning of a long one, which would take too long. Returns false and changes nothing if the document has no text

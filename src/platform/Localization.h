@@ -19,5 +19,5 @@ inline std::string filled(std::string format, std::string_view value) {
 
 }  // namespace quilex
 
-/// For the tool that collects the texts for the translators: the context of all texts in the class where this is.
+/// Names, for the tool that collects the texts for translators, the context of all texts of the class it stands in.
 #define QUILEX_TEXTS_FILED_UNDER(context) static_assert(true)

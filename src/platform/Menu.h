@@ -20,7 +20,7 @@ class MenuEntry {
   MenuEntry& operator=(const MenuEntry&) = delete;
 
   const std::string& title() const { return title_; }
-  /// A check mark that is on or off; nothing for an entry that never bears one.
+  /// A check mark that is on or off; nothing for an entry that never has one.
   std::optional<bool> mark() const { return mark_; }
   bool isEnabled() const { return enabled_; }
 
@@ -62,7 +62,7 @@ class MenuAction : public MenuEntry {
   /// The user chose the action; nothing happens while it is disabled.
   void choose() const {
     if (isEnabled() && run_) {
-      // What runs may give the action up.
+      // Running it may destroy this action.
       const auto running = run_;
       running();
     }
@@ -91,7 +91,7 @@ class Menu : public MenuEntry {
     itemsObservers_.notify();
   }
 
-  /// Notifies of each change of the list of items. What changes in an entry is that entry's own notification.
+  /// Notifies of each change of the list of items. Changes within an entry are notified by that entry.
   [[nodiscard]] Disposable observeItems(std::function<void()> handler) {
     return itemsObservers_.add(std::move(handler));
   }

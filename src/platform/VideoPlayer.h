@@ -20,6 +20,9 @@ class VideoPlayer {
 
   virtual void play() = 0;
   virtual void pause() = 0;
+  /// While true, nothing is decoded or heard and the last frame stays, whether the player is playing or paused; an item
+  /// that comes meanwhile is loaded afterwards. After false a playing player goes on where it was. Off at first.
+  virtual void setHeld(bool isHeld) = 0;
 
   virtual bool hasCurrentItem() const = 0;
   /// Makes the video file at that absolute path the current item. The old item's last frame stays on screen until the
@@ -28,7 +31,7 @@ class VideoPlayer {
   /// Seeks to the start of the current item; without an item nothing happens.
   virtual void seekToZero() = 0;
   /// True makes the current item and later ones start again at their end, without a gap and without a notification.
-  /// After false the item ends with its present run or the next. Off at first.
+  /// After false the item ends with its present pass or the next. Off at first.
   virtual void setRepeating(bool repeats) = 0;
 
   /// Linear amplitude; it is clamped to 0 to 1 when it is applied.
@@ -39,8 +42,7 @@ class VideoPlayer {
 
   /// Notifies of changes of the current item's status.
   [[nodiscard]] virtual Disposable observeStatus(std::function<void(PlayerItemStatus)> handler) = 0;
-  /// Notifies when the current item has been shown to its end. A player that expects the item to be played again may
-  /// show its start already.
+  /// Notifies when the current item has been shown to its end.
   [[nodiscard]] virtual Disposable observeItemEnd(std::function<void()> handler) = 0;
 };
 

@@ -24,7 +24,7 @@ class VideoView {
   VideoGravity videoGravity = VideoGravity::resizeAspect;
   ControlsStyle controlsStyle = ControlsStyle::none;
 
-  /// Called when the view is drawn, touched or pressed.
+  /// For window servers to call when the view is drawn, touched or pressed.
   virtual void drawRect(const Rect& /*dirty*/) {}
   virtual void touchesBegan() {}
   virtual void mouseDown() {}

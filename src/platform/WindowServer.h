@@ -53,6 +53,10 @@ class WindowServer {
   /// Notifies when the agent's windows as a whole were fully covered by other windows, or became visible again; not
   /// when the agent itself showed, hid or ordered them.
   [[nodiscard]] virtual Disposable observeOcclusion(std::function<void()> handler) = 0;
+  /// Notifies when the agent's windows as a whole become impossible to see (true) or possible again (false): other
+  /// windows cover them, or there is no monitor. At first they can be seen. Unlike `observeOcclusion` this also follows
+  /// what the agent's own ordering brings about.
+  [[nodiscard]] virtual Disposable observeUnseen(std::function<void(bool isUnseen)> handler) = 0;
   /// Notifies when another workspace became the active one; never on desktops that do not announce it.
   [[nodiscard]] virtual Disposable observeActiveSpace(std::function<void()> handler) = 0;
 };

@@ -21,7 +21,7 @@ class Workspace {
   /// Shows a panel, not a modal one, for choosing a file with one of these extensions. `done` is called once.
   virtual void showOpenPanel(const std::vector<std::string>& allowedFileTypes,
                              std::function<void(bool chosen)> done) = 0;
-  /// Makes the agent start whenever the user logs in, or not any more. The last call counts. Ignored where that is
+  /// Makes the agent start whenever the user logs in, or no longer. The last call counts. Ignored where that is
   /// impossible.
   virtual void setStartsAtLogin(bool startsAtLogin) = 0;
   /// Ends the agent from the run loop.

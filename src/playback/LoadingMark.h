@@ -11,13 +11,13 @@ namespace quilex {
 /// next start, until a person chooses it. Main thread.
 class LoadingMark {
  public:
-  /// Refuses the video that was being loaded when the agent last died, and warns on the console. Both must outlive the
-  /// instance.
+  /// Refuses the video that was being loaded when the agent last died, and warns on the console. `standardDefaults`
+  /// must outlive the instance.
   LoadingMark(SettingsSuite& standardDefaults, Console& console);
 
   /// To be called before a video is loaded.
   void set(const std::string& sign);
-  /// To be called when the video shows, has failed, or the agent ends regularly.
+  /// To be called when the video shows, has failed, or the agent ends in order.
   void clear();
 
   bool refuses(const std::string& sign) const;

@@ -25,6 +25,7 @@ VideoPlayer& Playback::player() {
     player_ = services_.makePlayer();
     player_->setVolume(services_.preferences.volume.get());
     player_->setMuted(services_.preferences.mute.get());
+    player_->setHeld(isHeld_);
     itemEndObservation_ = player_->observeItemEnd([this] {
       services_.console.log(LogLevel::debug, "video " + itemSign_ + " has ended");
       failedSigns_.clear();
@@ -70,6 +71,18 @@ void Playback::setPlaying(bool playing) {
   }
 }
 
+void Playback::setHeld(bool isHeld) {
+  isHeld_ = isHeld;
+  updateMark();
+  if (player_) {
+    player_->setHeld(isHeld);
+  }
+  nextSearch_.reset();
+  if (lastSearchFailed_ && !playlist_.isSearching()) {
+    searchLater();
+  }
+}
+
 // Loads the first video from the current one on that can be loaded.
 void Playback::search() {
   nextSearch_.reset();
@@ -78,7 +91,11 @@ void Playback::search() {
       [this](const auto& file) { searchDone(file); });
 }
 
+// While nothing is to move, nothing is looked for: releasing and opening do that.
 void Playback::searchLater() {
+  if (isHeld_ || !services_.preferences.isOpenPlayer.get()) {
+    return;
+  }
   nextSearch_ = services_.runLoop.after(kSearchInterval, [this] {
     failedSigns_.clear();
     syncWhenSearched_ = Sync::ifFound;
@@ -124,8 +141,9 @@ void Playback::load(const std::filesystem::path& file) {
   });
   // A file that was ready once is harmless, and the player need not report its status again.
   if (!itemIsReady_ || file != itemFile_) {
-    mark_.set(itemSign_);
+    isLoading_ = true;
     itemIsReady_ = false;
+    updateMark();
     setVideoState("loading");
   }
   itemFile_ = file;
@@ -144,7 +162,7 @@ void Playback::playerItemDidReachEnd() {
   if (playlist_.current() != nullptr) {
     search();
   } else {
-    // The library is empty, and what plays goes on.
+    // The library is empty: the player starts its item again.
     syncWhenSearched_ = Sync::no;
     if (std::exchange(playsWhenSearched_, false)) {
       player().play();
@@ -161,7 +179,8 @@ void Playback::itemStatusChanged(PlayerItemStatus status) {
   if (status == PlayerItemStatus::unknown) {
     return;
   }
-  mark_.clear();
+  isLoading_ = false;
+  updateMark();
   itemIsReady_ = status == PlayerItemStatus::readyToPlay;
   setVideoState(itemIsReady_ ? "ready" : "failed");
   if (!itemIsReady_) {
@@ -175,7 +194,17 @@ void Playback::setVideoState(const char* state) {
   services_.report.update([&](AgentStatus& status) { status.videoState = state; });
 }
 
-// A repeating player loads nothing again and reports no end. With an empty library the end is needed.
+// A held player loads nothing that could bring the agent down.
+void Playback::updateMark() {
+  if (isLoading_ && !isHeld_) {
+    mark_.set(itemSign_);
+  } else {
+    mark_.clear();
+  }
+}
+
+// A repeating player loads nothing again and reports no end. While the library is empty each end is needed, to look for
+// new videos then.
 void Playback::updateRepeating() {
   const VideoDetail* const current = playlist_.current();
   const bool isAlone = playlist_.list().size() == 1 && localPath(current->url) == itemFile_;

@@ -19,7 +19,7 @@ namespace quilex {
 /// Loads the playlist's current video into the player, and the next one when it has ended or cannot be played. Main
 /// thread.
 ///
-/// Which video can be loaded is found out beside the main thread. Until that is known, the player keeps its item.
+/// Whether a video's file exists is found out on other threads. Until that is known, the player keeps its item.
 class Playback {
  public:
   /// `syncSign` is called when another video may have become current.
@@ -39,13 +39,15 @@ class Playback {
   void close();
   /// Plays or pauses; a closed player stays paused.
   void setPlaying(bool playing);
-  /// Plays the video that the play model lets follow.
+  /// Holds the player or lets it go on, and stops looking for videos meanwhile.
+  void setHeld(bool isHeld);
+  /// Plays the video that comes next by the play model.
   void playerItemDidReachEnd();
 
   /// Makes a search that is under way call `syncSign` at its end.
   void syncWhenSearched() { syncWhenSearched_ = Sync::yes; }
-  /// To be called after a rebuild of the playlist that may have cancelled a search, which is started again; a search
-  /// that found nothing is repeated.
+  /// To be called after a rebuild of the playlist, which cancels a search. Starts that again if there was one, and
+  /// repeats a search that found nothing.
   void searchAgain(bool wasSearching);
   /// Has the player repeat the video if it is followed by itself. To be called when the playlist or its model changed.
   void updateRepeating();
@@ -60,6 +62,7 @@ class Playback {
   void load(const std::filesystem::path& file);
   void itemStatusChanged(PlayerItemStatus status);
   void setVideoState(const char* state);
+  void updateMark();
 
   [[no_unique_address]] MainThread mainThread_;
   const PlaybackServices& services_;
@@ -69,12 +72,15 @@ class Playback {
   std::function<void()> syncSign_;
   std::unique_ptr<VideoPlayer> player_;
   std::optional<bool> repeats_;
+  bool isHeld_ = false;
 
-  /// The player's item: its file and sign, and whether its first frame has been decoded.
+  /// The player's item: its file and sign, whether it is being loaded, and whether its first frame has been decoded.
   std::filesystem::path itemFile_;
   std::string itemSign_;
+  bool isLoading_ = false;
   bool itemIsReady_ = false;
-  /// The videos that have failed since one was last played to its end.
+  /// The videos that have failed. Searches pass over them until a video plays to its end, none is left to try, or one
+  /// is loaded on request.
   std::set<std::string> failedSigns_;
 
   Sync syncWhenSearched_ = Sync::no;

@@ -12,7 +12,7 @@
 
 namespace quilex {
 
-/// Keeps the sign in the settings and the playlist's current video together, in both directions. Main thread.
+/// Keeps the sign in the settings and the playlist's current video in step, in both directions. Main thread.
 class PlayingSign {
  public:
   PlayingSign(const PlaybackServices& services, LoadingMark& mark, Playlist& playlist, Playback& playback)
@@ -21,7 +21,7 @@ class PlayingSign {
   /// Plays the video that the settings name now, once its file is known to exist; a later sign replaces it until then.
   /// A video without a file is deleted from the library. A sign that is missing is a fault that stops the process.
   void follow(const std::optional<std::string>& sign);
-  /// Whether it is not known yet if the video can be played.
+  /// Whether a sign from the settings is still being followed: it is not known yet if its video can be played.
   bool isFollowing() const { return following_.has_value(); }
 
   /// Writes the current video's sign to the settings if they name another. During a search, or while a sign is

@@ -41,7 +41,7 @@ class Playlist {
   /// Whether the library answered the last rebuild.
   bool wasRead() const { return wasRead_; }
 
-  /// Makes the video current that the model lets follow; a shuffled list is shuffled again at its end.
+  /// Makes the video that comes next by the model current; a shuffled list is shuffled again at its end.
   void advance();
   /// Makes the first video with that sign current; false, and no move, if there is none.
   bool moveTo(const std::string& sign) { return list_.moveTo(sign); }

@@ -43,7 +43,7 @@ class VideoPlayerManager {
   /// To be called when monitors came, went or changed.
   void screensChanged();
   void activeSpaceDidChange() { setHideDesktopIcon(isHideDesktopIcon); }
-  /// The raw value of "screenType" or "screenIndex"; nothing for any other key. For readers by name.
+  /// The raw value of "screenType" or "screenIndex"; nothing for any other key. For callers that read by name.
   std::optional<std::int64_t> valueForKey(std::string_view key) const;
   const std::vector<Screen>& currentScreenList() const { return windows_.screens(); }
   const std::vector<std::unique_ptr<WallpaperWindow>>& windowList() const { return windows_.windows(); }
@@ -68,10 +68,12 @@ class VideoPlayerManager {
   void close() { playback_.close(); }
   /// Plays or pauses; a closed player stays paused.
   void setPlaying(bool playing) { playback_.setPlaying(playing); }
-  /// Plays the video that the play model lets follow.
+  /// While true, the player stands still whatever the settings say.
+  void setHeld(bool isHeld) { playback_.setHeld(isHeld); }
+  /// Plays the video that comes next by the play model.
   void playerItemDidReachEnd() { playback_.playerItemDidReachEnd(); }
   void tapVideoPlayerViewAction() { windows_.tapVideoPlayerViewAction(); }
-  /// To be called before a regular end of the agent.
+  /// To be called before the agent ends in order.
   void willTerminate() { mark_.clear(); }
   bool isMuted() { return player().isMuted(); }
   void setMuted(bool muted) { player().setMuted(muted); }

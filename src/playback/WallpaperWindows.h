@@ -32,7 +32,7 @@ class WallpaperWindows {
   /// Destroys the windows.
   void clear() { windows_.clear(); }
 
-  /// A click into a window.
+  /// Handles a click in a window.
   void tapVideoPlayerViewAction() { services_.console.print("tapVideoPlayerViewAction"); }
 
   /// Whether the windows are for the screens as they are now.

@@ -27,8 +27,8 @@ namespace quilex {
 
 /// The client of the product's web service. Requests the guide two seconds after it is made, and sends a heartbeat
 /// shortly after each local midnight; heartbeats that the machine slept through are sent one by one when it wakes. A
-/// request that fails is neither tried again nor reported. Main thread only; large replies are read on other threads,
-/// and their results arrive on the main thread.
+/// request that fails is not tried again. Main thread only; replies are read on other threads, and their results arrive
+/// on the main thread.
 class WebModel : public UpgradeInfoSource {
  public:
   /// The kinds of heartbeat, with the numbers that are sent.
@@ -42,7 +42,7 @@ class WebModel : public UpgradeInfoSource {
     static constexpr const char* heartbeatUpdated = "HeartbeatUpdated";
     /// The end of a guide request, whatever its result.
     static constexpr const char* newFeatureUpdated = "NewFeatureUpdated";
-    /// The same. If there is a guide, the user information is the left panel's `GuideDictionary`.
+    /// Posted right after it. If there is a guide, the user information is the left panel's `GuideDictionary`.
     static constexpr const char* leafletUpdated = "leafletUpdated";
   };
 

@@ -53,6 +53,13 @@ auto stringStore(SettingsSuite& suite, const char* key) {
   };
 }
 
+PauseSettings readPauseRules(const SettingsSuite& suite) {
+  return {suite.boolean(kPauseOnBattery),     suite.integer(kPauseBelowCharge),
+          suite.boolean(kPauseInPowerSaver),  suite.boolean(kPauseWhenIdle),
+          suite.boolean(kPauseForFullScreen), suite.boolean(kPauseForMaximized),
+          suite.boolean(kPauseForGames),      suite.string(kPauseForPrograms).value_or("")};
+}
+
 template <typename Value>
 void applyIfDifferent(ObservableProperty<Value>& property, const Value& stored) {
   // A NaN differs from every value.
@@ -96,6 +103,7 @@ Preferences::Preferences(SettingsSuite& suite, RunLoop& runLoop)
   isOpenPlayer.assign(suite_.boolean(kIsOpenPlayer));
   isPlaying.assign(suite_.boolean(kIsPlaying));
   autolaunch.assign(suite_.boolean(kAutolaunch));
+  pauseRules.assign(readPauseRules(suite_));
 }
 
 void Preferences::updateUserDefaultFromDisk() {
@@ -128,6 +136,7 @@ void Preferences::updateUserDefaultFromDisk() {
   }
   applyIfDifferent(isPlaying, suite_.boolean(kIsPlaying));
   applyIfDifferent(autolaunch, suite_.boolean(kAutolaunch));
+  applyIfDifferent(pauseRules, readPauseRules(suite_));
 }
 
 void Preferences::setLibraryWasEmptied() {

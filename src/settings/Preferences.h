@@ -9,6 +9,7 @@
 #include "base/ObservableProperty.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsSuite.h"
+#include "settings/PauseSettings.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {
@@ -53,6 +54,8 @@ class Preferences {
   ObservableProperty<bool> isOpenPlayer;
   ObservableProperty<bool> isPlaying;
   ObservableProperty<bool> autolaunch;
+  /// Only other programs change these.
+  ObservableProperty<PauseSettings> pauseRules;
 
   /// Applies to the properties what differs in the suite. Called by a timer.
   void updateUserDefaultFromDisk();

@@ -15,6 +15,15 @@ inline constexpr const char* kAlreadyImportVideo = "alreadyImportVideo";
 inline constexpr const char* kIsOpenPlayer = "IsOpenPlayer";
 inline constexpr const char* kIsPlaying = "isPlaying";
 inline constexpr const char* kAutolaunch = "autolaunch";
+/// When the picture is to stand still; see PauseSettings.
+inline constexpr const char* kPauseOnBattery = "PauseOnBattery";
+inline constexpr const char* kPauseBelowCharge = "PauseBelowCharge";
+inline constexpr const char* kPauseInPowerSaver = "PauseInPowerSaver";
+inline constexpr const char* kPauseWhenIdle = "PauseWhenIdle";
+inline constexpr const char* kPauseForFullScreen = "PauseForFullScreen";
+inline constexpr const char* kPauseForMaximized = "PauseForMaximized";
+inline constexpr const char* kPauseForGames = "PauseForGames";
+inline constexpr const char* kPauseForPrograms = "PauseForPrograms";
 /// Whether a person has emptied the library, after which the settings need not name a video.
 inline constexpr const char* kLibraryWasEmptied = "LibraryWasEmptied";
 /// The installation's user identifier for the web service.

@@ -8,9 +8,9 @@
 
 namespace quilex {
 
-/// What is drawn below image and title. Lengths are in logical pixels.
+/// What is drawn behind image and title. Lengths are in logical pixels.
 struct ButtonLayer {
-  /// Nothing is transparent.
+  /// No value stands for transparent.
   std::optional<Color> backgroundColor;
   double cornerRadius = 0;
   bool masksToBounds = false;

@@ -52,9 +52,10 @@ class StatusBarManager {
   void removeStatusMenu();
   /// Lists the screens again in the submenu of the single-screen arrangement. Needs a menu that was built.
   void screenDidChanged();
-  /// Puts the wallpaper windows back at their level and order. For callers beside the menu, which has no item for it.
+  /// Puts the wallpaper windows back at their level and order. For callers other than the menu, which has no item for
+  /// it.
   void uploadPlayerView();
-  /// Lets the user choose a video file, and goes on playing if one was chosen. For callers beside the menu, too.
+  /// Lets the user choose a video file, and goes on playing if one was chosen. For callers other than the menu, too.
   void showLocalFileWindow();
 
  private:

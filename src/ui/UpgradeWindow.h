@@ -18,7 +18,7 @@ class UpgradeWindow {
   UpgradeWindow(const UpgradeWindow&) = delete;
   UpgradeWindow& operator=(const UpgradeWindow&) = delete;
 
-  /// A window without a title bar has to claim this.
+  /// A window without a title bar gets the keyboard only if it claims this.
   static constexpr bool canBecomeKeyWindow() { return true; }
   static constexpr bool canBecomeMainWindow() { return true; }
 

@@ -99,6 +99,37 @@ TEST_F(MpvPlayerTest, EachRunRaisesTheEndOnceAndSeekingToZeroStartsAnother) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the player takes what it is given";
 }
 
+TEST_F(MpvPlayerTest, AHeldPlayerDecodesNothingAndGoesOnWhereItWas) {
+  player.setHeld(true);
+  play(red);
+  QTest::qWait(200);  // for a player that decodes nevertheless
+  EXPECT_EQ(std::pair(statuses, canvas.draws), std::pair(Statuses{}, 0));
+  player.setHeld(false);
+  EXPECT_TRUE(waitFor([&] { return ends == 1; }));
+  EXPECT_EQ(statuses, kReady);
+
+  canvas.colours.clear();
+  play(clip("long.mp4", "color=red:s=64x36:d=0.2[a];color=blue:s=64x36:d=60[b];[a][b]concat"));
+  EXPECT_TRUE(waitFor([&] { return canvas.colours == "rb"; })) << canvas.colours;
+  for (const bool isPaused : {false, true}) {
+    player.setHeld(true);
+    isPaused ? player.pause() : player.play();
+    QTest::qWait(200);  // for what was decoded already
+    const int before = canvas.draws;
+    QTest::qWait(200);
+    EXPECT_EQ(canvas.draws, before);
+    player.setHeld(false);
+    if (!isPaused) {
+      EXPECT_TRUE(waitFor([&] { return canvas.draws > before + 3; }));
+    }
+  }
+  QTest::qWait(200);
+  const int before = canvas.draws;
+  QTest::qWait(200);
+  EXPECT_EQ(canvas.draws, before) << "paused, it stays so";
+  EXPECT_EQ(canvas.colours, "rb") << "it does not start again";
+}
+
 TEST_F(MpvPlayerTest, APictureThatIsTurnedStandsUpright) {
   // The left half red, the right half blue; turned to the right, red is on top.
   const auto halves = clip("halves.mp4", "color=red:s=36x64:d=0.5[a];color=blue:s=36x64:d=0.5[b];[a][b]hstack");

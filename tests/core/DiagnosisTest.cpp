@@ -60,6 +60,9 @@ TEST_F(DiagnosisTest, EachOddityIsFoundByItself) {
   agent.framesShown = agent.framesDropped = 0;
   agent.serviceAnswerTime = agent.serviceAnswered = true;
   EXPECT_TRUE(report()["odd"].empty()) << "a wallpaper that is held shows no frames";
+  agent.isPlaying = true;
+  agent.standsStillBecause = {"the session is locked"};
+  EXPECT_TRUE(report()["odd"].empty()) << "nor one that nobody can see";
 }
 
 TEST_F(DiagnosisTest, ReadsWellAndNamesNoHomeFolder) {
@@ -69,7 +72,7 @@ TEST_F(DiagnosisTest, ReadsWellAndNamesNoHomeFolder) {
   EXPECT_TRUE(has("  DP-1  width 2560, height 1440.5, x 0, y 0, scale 1.5, refresh rate 59.94"));
   EXPECT_TRUE(has("  file    ~/.config/settings.json"));
   EXPECT_TRUE(has("  file                 ~"));
-  EXPECT_TRUE(has("  last failure      ~/a .mp4: like /home/anna/b.mp4, /home/ann-b and '~'"));
+  EXPECT_TRUE(has("  last failure          ~/a .mp4: like /home/anna/b.mp4, /home/ann-b and '~'"));
   EXPECT_EQ(std::vector(lines.end() - 3, lines.end()), (std::vector<std::string>{"", "what is odd", "  nothing"}));
 }
 

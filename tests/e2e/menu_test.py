@@ -118,6 +118,12 @@ class StatusMenu(Journey):
         session.wait_for_pixels(covered, "the icons in front of the wallpaper")
         self.assertEqual(icons.end(), 0)
 
+        # A left click on the item.
+        panel.item().Activate(700, 300, dbus_interface=ITEM)
+        wait_for(lambda: len(session.windows()) == 3, "the menu")
+        session.run("xdotool", "key", "Escape")
+        wait_for(lambda: len(session.windows()) == 2, "the closed menu")
+
         panel.click("Mute")
         panel.click("Pause")
         panel.wait_for_shape("Play, Hide Desktop Icon, Mute*")

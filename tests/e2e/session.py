@@ -98,15 +98,26 @@ class UserSession:
         bus = self.start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
 
+    def bus(self, kind="session"):
+        """The user's bus, or a system bus of its own, which is started at first use."""
+        variable = f"DBUS_{kind.upper()}_BUS_ADDRESS"
+        # Never the system's own bus.
+        if kind == "system" and f"unix:path={self.folder}/" not in self.environment.get(variable, ""):
+            self.environment[variable] = self.start_bus(kind)
+        return dbus.bus.BusConnection(self.environment[variable])
+
+    def start_mock(self, kind, name, path, *arguments):
+        """Starts a mocked service on that bus; returns its object with the methods that direct the mock."""
+        bus = self.bus(kind)
+        command = ["/usr/bin/python3", "-m", "dbusmock", "--" + kind, *arguments]
+        self.start(*command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for(lambda: bus.name_has_owner(name), name)
+        return lambda place=path: dbus.Interface(bus.get_object(name, place), "org.freedesktop.DBus.Mock")
+
     def start_login_manager(self):
-        """Starts a system bus with a mocked login manager; returns the function that lets it sleep and wake up."""
-        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address = self.start_bus("system")
+        """Starts a mocked login manager; returns the function that lets the machine sleep and wake up."""
         name, path = "org.freedesktop.login1", "/org/freedesktop/login1"
-        mock = ["/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name + ".Manager"]
-        self.start(*mock, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        bus = dbus.bus.BusConnection(address)
-        wait_for(lambda: bus.name_has_owner(name), "the login manager")
-        manager = dbus.Interface(bus.get_object(name, path), "org.freedesktop.DBus.Mock")
+        manager = self.start_mock("system", name, path, "--template", "logind")()
         return lambda asleep: manager.EmitSignal(name + ".Manager", "PrepareForSleep", "b", [asleep])
 
     def run(self, *command):

@@ -70,13 +70,14 @@ class Journey(unittest.TestCase):
 
     def check_order(self, steps, check=lambda: None):
         """Orders another program's wallpaper. Each step is a command, and the colour that is seen afterwards."""
-        icons = self.session.start_probe(self.short)
+        # Not of one colour: its icons could be told from that, and the wallpaper would lie over the rest.
+        icons = self.session.start_probe(self.halves)
         icons.order("back")
-        self.session.wait_for_pixels({(640, 500): RED}, "a desktop with icons")
+        self.session.wait_for_pixels({(300, 360): RED}, "a desktop with icons")
         wallpaper = self.session.start_probe(self.green)
         for word, colour in steps:
             wallpaper.order(word)
-            self.session.wait_for_pixels({(640, 500): colour, (1680, 300): colour}, word)
+            self.session.wait_for_pixels({(300, 360): colour, (1535, 300): colour}, word)
             check()
         self.assertEqual([probe.end() for probe in (wallpaper, icons)], [0, 0])
 
@@ -256,7 +257,7 @@ class WindowManagers(Journey):
         for manager, steps in ((None, 5), ("openbox", 5), ("xfwm4 --compositor=off", 1)):
             session = self.begin(manager=manager)
             session.start(*ORDINARY_WINDOW)
-            ordinary = lambda: session.pixels((200, 150)) != session.pixels((640, 500))
+            ordinary = lambda: session.pixels((200, 150)) != session.pixels((300, 360))
             order = [("front", GREEN), ("back", RED), ("front", GREEN), ("out", RED), ("front", GREEN)]
             self.check_order(order[:steps], lambda: wait_for(ordinary, "the ordinary window in front"))
 

@@ -1,5 +1,6 @@
 """Journeys of the wallpaper on a Wayland desktop: those of every desktop, and changes of outputs."""
 
+import json
 import os
 import pathlib
 import signal
@@ -156,7 +157,9 @@ class WaylandOutputs(Journey):
 
     def test_order_and_presses(self):
         session = self.begin(("green", self.green))
+        session.environment["XDG_CURRENT_DESKTOP"] = "LXQt:wlroots"  # whose icons are in the background layer
         self.check_order([("front", GREEN), ("out", RED), ("front", GREEN)])
+        session.environment["XDG_CURRENT_DESKTOP"] = "sway"
         mouse = Mouse(session.desktop.name)
         self.addCleanup(mouse.connection.close)
         session.start_agent()
@@ -165,7 +168,18 @@ class WaylandOutputs(Journey):
         for button in ("right", "left"):
             mouse.click(1600, 300, 2080, 720, button)
         wait_for(lambda: "tapVideoPlayerViewAction\n" in session.output(), "the click")
-        self.assertEqual(session.output().splitlines()[1:], ["mouse down", "tapVideoPlayerViewAction"])
+        lines = ["mouse down", "tapVideoPlayerViewAction"]
+        self.assertEqual(session.output().splitlines()[1:], lines)
+
+        # Where a program draws icons in another surface, the presses are for that one.
+        self.assertEqual(session.end_agent(), 0)
+        session.start_agent(XDG_CURRENT_DESKTOP="XFCE")
+        session.wait_for_pixels({(400, 300): GREEN}, "the wallpaper", 1)
+        mouse.click(1600, 300, 2080, 720, "left")
+        session.desktop.unplug(0)  # an event that comes after the press
+        displays = lambda: json.loads(session.run(session.programs_folder / "quilex", "doctor", "--json"))["displays"]
+        wait_for(lambda: len(displays()) == 1, "the agent to have heard of the unplugged output")
+        self.assertEqual([line for line in session.output().splitlines() if line in lines], lines)
 
 
 if __name__ == "__main__":

@@ -37,12 +37,17 @@ class Mouse:
         (name,) = struct.unpack_from("=I", offered, offered.index(self.NAME) - 8)
         bind = message(self.REGISTRY, 0, name, self.NAME, 1, self.MANAGER)
         self.connection.sendall(bind + message(self.MANAGER, 0, 0, self.POINTER))
+        self.last = self.POINTER
 
     def click(self, left, top, width, height, button):
-        """Clicks at that point of a desktop of that size."""
+        """Clicks at that point of a desktop of that size, and waits until the compositor has passed it on."""
         moving = message(self.POINTER, 1, 0, left, top, width, height) + message(self.POINTER, 4)
         press = [message(self.POINTER, 2, 0, self.BUTTONS[button], down) + message(self.POINTER, 4) for down in (1, 0)]
-        self.connection.sendall(moving + b"".join(press))
+        self.last += 1
+        self.connection.sendall(moving + b"".join(press) + message(1, 0, self.last))
+        answer = b""
+        while struct.pack("=II", self.last, 12 << 16) not in answer:
+            answer += self.connection.recv(65536)
 
 
 class Relay:

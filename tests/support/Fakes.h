@@ -156,9 +156,11 @@ struct FakeVideoPlayer : VideoPlayer {
   float amplitude = 1;
   bool muted = false;
   bool plays = false;
+  bool held = false;
   bool repeats = false;
   void play() override { (commands += " play", plays = true); }
   void pause() override { (commands += " pause", plays = false); }
+  void setHeld(bool isHeld) override { held = isHeld; }
   void setRepeating(bool repeating) override { repeats = repeating; }
   bool hasCurrentItem() const override { return !item.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override {
@@ -198,6 +200,7 @@ struct FakeWindowServer : WindowServer {
   ObserverList<> screenObservers;
   ObserverList<> spaceObservers;
   ObserverList<> occlusionObservers;
+  ObserverList<bool> unseenObservers;
   std::vector<Screen> screens() const override { return currentScreens; }
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override {
     auto window = std::make_unique<Window>(screen, orders.emplace_back());
@@ -206,6 +209,9 @@ struct FakeWindowServer : WindowServer {
   }
   Disposable observeScreens(Handler handler) override { return screenObservers.add(std::move(handler)); }
   Disposable observeOcclusion(Handler handler) override { return occlusionObservers.add(std::move(handler)); }
+  Disposable observeUnseen(std::function<void(bool)> handler) override {
+    return unseenObservers.add(std::move(handler));
+  }
   Disposable observeActiveSpace(Handler handler) override { return spaceObservers.add(std::move(handler)); }
 };
 

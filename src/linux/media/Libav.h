@@ -45,14 +45,14 @@ class Dictionary {
   Dictionary& operator=(const Dictionary&) = delete;
 
   void set(const char* key, const char* value) { av_dict_set(&entries_, key, value, 0); }
-  /// For a call that takes the entries it knows out of it.
+  /// For a call that removes the entries it knows.
   AVDictionary** get() { return &entries_; }
 
  private:
   AVDictionary* entries_ = nullptr;
 };
 
-/// `functions` read, write and seek, as avio_alloc_context takes them. Null without memory.
+/// `functions` read, write and seek, as avio_alloc_context takes them. Null when there is no memory left.
 template <typename... Functions>
 IoContext makeIoContext(int bufferBytes, bool writes, void* opaque, Functions... functions) {
   auto* buffer = static_cast<unsigned char*>(av_malloc(static_cast<std::size_t>(bufferBytes)));

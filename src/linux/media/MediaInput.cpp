@@ -169,7 +169,7 @@ Result<MediaInput> MediaInput::open(const std::filesystem::path& file, Interrupt
 Result<MediaInput> MediaInput::reopen() const {
   MediaInput again(path_, openFile_, interrupted_);
   const AVInputFormat* const mov = av_find_input_format("mov");
-  // The header of this format says all that the first packets would, which would have to be decoded.
+  // The header of this format describes the streams completely, so no packets have to be decoded for that.
   if (context()->iformat == mov && again.openContext() >= 0 && again.context()->iformat == mov &&
       again.context()->nb_streams == context()->nb_streams) {
     again.pictureIndex_ = pictureIndex_;
@@ -191,7 +191,7 @@ Result<MediaInput> MediaInput::read(MediaInput input) {
   if (const int error = avformat_find_stream_info(input.context(), limits.data()); error < 0) {
     return failed(openFailure(error));
   }
-  // The decoded pictures may be larger than the header says.
+  // Decoded frames may be larger than the header says.
   if (const Outcome sizes = input.checkSizes(); !sizes) {
     return failed(sizes.error());
   }

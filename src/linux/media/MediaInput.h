@@ -54,7 +54,7 @@ class MediaInput {
   AVStream* picture() const { return context()->streams[pictureIndex_]; }
   /// Null for a silent video.
   AVStream* sound() const { return soundIndex_ >= 0 ? context()->streams[soundIndex_] : nullptr; }
-  /// Quarter turns clockwise by which the pictures are turned for display, 0 to 3.
+  /// Quarter turns clockwise by which frames are turned for display, 0 to 3.
   int quarterTurns() const;
 
  private:

@@ -90,7 +90,7 @@ void MediaStream::State::finish(Result<Facts> opened) {
 }
 
 void MediaStream::State::sendPackets(Remuxer& remuxer) {
-  // Waits until the player has taken the last pass. Otherwise many short ones would be ahead when repeating ends.
+  // Waits until the player has taken the last pass. Otherwise many short passes would be queued when repeating ends.
   const auto startsAgain = [&] {
     std::unique_lock guard(lock);
     still = remuxer.isStill();

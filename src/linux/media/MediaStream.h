@@ -22,7 +22,7 @@ class MediaStream {
     Form form;
     /// libavformat's name for the format of the stream.
     std::string format;
-    /// Quarter turns clockwise, 0 to 3, by which the pictures are turned for display.
+    /// Quarter turns clockwise, 0 to 3, by which frames are turned for display.
     int quarterTurns;
   };
 

@@ -19,10 +19,11 @@ namespace {
 constexpr std::size_t kMostHeldPackets = 2000;
 constexpr std::size_t kMostHeldBytes = std::size_t{4} * 1024 * 1024;
 constexpr std::size_t kSkipSamplesBytes = 10;
-// Parts of a second. Containers round their timestamps by no more than the first, while the number of samples is exact;
-// nobody notices the second as an offset between sound and pictures; sound that is longer by the third is not cut.
+// Divisors of a second. Containers round their timestamps by at most 1/50 s, while the number of samples is exact.
 constexpr int kLargestRounding = 50;
+// Nobody notices an offset of 1/100 s between sound and pictures.
 constexpr int kLeastOffset = 100;
+// Sound that outlasts the pictures by more than 1/2 s is not cut.
 constexpr int kLongestCut = 2;
 
 // How many samples at its start and its end a packet asks the decoder to skip.
@@ -92,8 +93,8 @@ void RemuxedSound::add(Packet packet) {
   }
   nextSample_ = start + length;
   if (blocks_ && isFirst) {
-    // A decoder makes samples from this packet and the one before it: none in the first pass, and later ones that do
-    // not belong to the file.
+    // A Vorbis decoder needs a packet and the one before it to make samples. The first packet of the file yields none
+    // in the first pass, and in later passes a mixture with the end of the pass before, which must not be heard.
     nextSample_ = start;
     start -= length;
     if (isFirstPass_) {
@@ -130,7 +131,7 @@ bool RemuxedSound::release(std::int64_t until) {
   return true;
 }
 
-// Writes what lies between the start of the pass and `end`.
+// Writes a packet so that only its samples between the start of the pass and `end` are heard.
 bool RemuxedSound::write(Held& held, std::int64_t end) {
   const std::int64_t after = held.start + held.length;
   const auto [atStart, atEnd] = skippedSamples(*held.packet);

@@ -15,12 +15,12 @@ class RemuxedSound {
   explicit RemuxedSound(AVStream* in);
 
   RemuxedTrack& track() { return track_; }
-  /// The samples of a second.
+  /// Samples per second.
   int rate() const { return track_.in().codecpar->sample_rate; }
-  /// The next pass begins at `start`, where the time `firstPicture` of the file is.
+  /// Begins the next pass: the time `firstPicture` of the file becomes `start`.
   void beginPass(std::int64_t start, std::int64_t firstPicture);
   void add(Packet packet);
-  /// Writes the held sound that ends before `until`, or that is too much to be held. False when that fails.
+  /// Writes the held sound that ends by `until`, and more if too much is held. False when that fails.
   bool release(std::int64_t until);
   /// Whether the sound goes on for so long after `end` that it must not be cut there.
   bool outlasts(std::int64_t end) const;

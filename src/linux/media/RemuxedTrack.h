@@ -13,7 +13,7 @@ class RemuxedTrack {
 
   /// False when the output cannot have such a stream.
   bool addTo(AVFormatContext* output, AVFormatContext* input);
-  /// The same stream of the file, which was opened again.
+  /// Goes on with the same stream of the file after that was opened again.
   void setInput(AVStream* in) { in_ = in; }
   /// Writes a packet whose times are in units of the output. Moves them on where they would not increase.
   bool write(AVPacket& packet);

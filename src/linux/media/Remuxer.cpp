@@ -151,7 +151,7 @@ bool Remuxer::writePicture(AVPacket& packet) {
   if (packet.pts == AV_NOPTS_VALUE) {
     packet.pts = packet.dts;
   }
-  // Pictures before the first one need others that are not there.
+  // Pictures to be shown before the first key frame depend on others that are not in the file.
   if (packet.pts == AV_NOPTS_VALUE || packet.pts < firstPicture_ || !isShown(packet)) {
     return true;
   }
@@ -177,7 +177,8 @@ std::int64_t Remuxer::samples(std::int64_t pictureTime) const {
 }
 
 bool Remuxer::endPass() {
-  // The duration of the last picture is rounded, as all timestamps are. At a constant rate the whole is known better.
+  // The duration of the last picture is rounded, as all timestamps are. At a constant rate the number of pictures gives
+  // the length of the pass exactly.
   const AVRational rate = picture_.in().avg_frame_rate;
   if (rate.num > 0 && rate.den > 0) {
     const std::int64_t whole = av_rescale_q(picturesInPass_, av_inv_q(rate), picture_.in().time_base);

@@ -32,7 +32,8 @@ class Remuxer {
   Remuxer(const Remuxer&) = delete;
   Remuxer& operator=(const Remuxer&) = delete;
 
-  /// Writes all packets once more. False when the sink refused, or there is nothing that could be written.
+  /// Writes all packets once more. False when the sink refused, nothing could be written, or the file cannot be read
+  /// again.
   bool writePass();
   /// Whether the pass that was written last had a single picture and no sound.
   bool isStill() const { return picturesInPass_ == 1 && !sound_; }
@@ -47,7 +48,7 @@ class Remuxer {
   bool writePicture(AVPacket& packet);
   bool endPass();
   bool rewind();
-  /// A time of the pictures in samples of the sound, which there must be.
+  /// Converts a time of the pictures to samples of the sound; only for a file with sound.
   std::int64_t samples(std::int64_t pictureTime) const;
 
   MediaInput input_;

@@ -82,7 +82,7 @@ MpvHandle makeMpvCore() {
   }
   const auto allowed = std::string("format_whitelist=\"") + kMediaFormats + "\",protocol_whitelist=none";
   mpv_set_option_string(core.get(), "demuxer-lavf-o", allowed.c_str());
-  // The pictures of a stream may become larger on the way.
+  // Frames may become larger in the middle of a stream.
   mpv_set_option_string(core.get(), "vd-lavc-o", ("max_pixels=" + std::to_string(kMostPixels)).c_str());
   if (mpv_initialize(core.get()) < 0) {
     fatalError("the player library could not be started");

@@ -1,5 +1,7 @@
 #include "linux/player/MpvNode.h"
 
+#include <cstring>
+
 namespace quilex {
 
 namespace {
@@ -29,6 +31,15 @@ struct TextMap {
 };
 
 }  // namespace
+
+std::int64_t playlistEntryOf(const mpv_node& result) {
+  for (int index = 0; result.format == MPV_FORMAT_NODE_MAP && index < result.u.list->num; ++index) {
+    if (std::strcmp(result.u.list->keys[index], "playlist_entry_id") == 0) {
+      return result.u.list->values[index].u.int64;
+    }
+  }
+  return 0;
+}
 
 void commandAsync(mpv_handle* core, std::uint64_t id, const MpvTexts& arguments, const MpvTexts& options) {
   TextMap command(arguments);

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <utility>
 
 #include "linux/player/MpvCore.h"
@@ -24,16 +23,6 @@ constexpr std::uint64_t kFirstLoad = 1000;  // plus the load's number
 // Between two attempts to play a repeating item that cannot be played.
 constexpr std::chrono::seconds kFirstRetry{2};
 constexpr std::chrono::seconds kLastRetry{60};
-
-// The core's number for the item that a "loadfile" command has added; 0 if it has none.
-std::int64_t playlistEntryOf(const mpv_node& result) {
-  for (int index = 0; result.format == MPV_FORMAT_NODE_MAP && index < result.u.list->num; ++index) {
-    if (std::strcmp(result.u.list->keys[index], "playlist_entry_id") == 0) {
-      return result.u.list->values[index].u.int64;
-    }
-  }
-  return 0;
-}
 
 }  // namespace
 
@@ -79,11 +68,25 @@ void MpvPlayer::setFlag(const char* property, bool value) {
 }
 
 void MpvPlayer::play() {
-  setFlag("pause", false);
+  paused_ = false;
+  applyPause();
 }
 
 void MpvPlayer::pause() {
-  setFlag("pause", true);
+  paused_ = true;
+  applyPause();
+}
+
+void MpvPlayer::setHeld(bool isHeld) {
+  held_ = isHeld;
+  applyPause();
+  if (!held_ && std::exchange(isHeldBack_, false)) {
+    begin();
+  }
+}
+
+void MpvPlayer::applyPause() {
+  setFlag("pause", paused_ || held_);
 }
 
 void MpvPlayer::setVolume(float amplitude) {
@@ -120,7 +123,9 @@ void MpvPlayer::replaceCurrentItem(const std::filesystem::path& file) {
     seekToZero();
     return;
   }
-  complaints_ = file == item_ ? complaints_ : 0;
+  if (file != item_) {
+    coreReport_.forgetErrors();
+  }
   retryPause_ = kFirstRetry;
   refusal_.clear();
   item_ = file;
@@ -137,12 +142,13 @@ void MpvPlayer::load() {
   playlistEntry_ = 0;
   started_ = false;
   restarted_ = false;
+  isHeldBack_ = false;
   stream_ = std::make_shared<MediaStream>(item_, suitable_, repeating_, [this] { streamOpened_.signal(); });
   patience_.start(MediaStream::kPatience);
   qCDebug(mpvLog, "opens %s", item_.c_str());
 }
 
-// Gives the stream to the core once it is open.
+// Gives the stream to the core once it is open, unless the player is held.
 void MpvPlayer::handOver() {
   const Result<MediaStream::Facts>* opened = stream_ && playlistEntry_ == 0 ? stream_->opened() : nullptr;
   if (opened == nullptr || !patience_.isActive()) {
@@ -153,9 +159,19 @@ void MpvPlayer::handOver() {
     refuse(opened->error().message.c_str());
     return;
   }
-  form_ = (*opened)->form;
+  if (held_) {
+    isHeldBack_ = true;
+  } else {
+    begin();
+  }
+}
+
+// Even a paused core would decode the first frames.
+void MpvPlayer::begin() {
+  const MediaStream::Facts& facts = **stream_->opened();
+  form_ = facts.form;
   commandAsync(core_.get(), kFirstLoad + loads_,
-               {{"name", "loadfile"}, {"url", protocol_.offer(stream_)}, {"flags", "replace"}}, itemOptions(**opened));
+               {{"name", "loadfile"}, {"url", protocol_.offer(stream_)}, {"flags", "replace"}}, itemOptions(facts));
 }
 
 MpvTexts MpvPlayer::itemOptions(const MediaStream::Facts& facts) const {
@@ -224,7 +240,7 @@ void MpvPlayer::handle(const mpv_event& event) {
       coreReport_.propertyChanged(event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
       break;
     case MPV_EVENT_LOG_MESSAGE:
-      complain(*static_cast<const mpv_event_log_message*>(event.data));
+      coreReport_.log(*static_cast<const mpv_event_log_message*>(event.data), item_);
       break;
     case MPV_EVENT_END_FILE:
       handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
@@ -263,21 +279,6 @@ void MpvPlayer::handleChange(std::uint64_t property, const mpv_event_property& c
   }
 }
 
-// Prints only the first messages of an item: a damaged one that is repeated would fill the disk.
-void MpvPlayer::complain(const mpv_event_log_message& message) {
-  constexpr int kMostComplaints = 10;
-  if (message.log_level > MPV_LOG_LEVEL_ERROR) {
-    MpvReport::log(message);
-    return;
-  }
-  if (complaints_ < kMostComplaints) {
-    std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
-  } else if (complaints_ == kMostComplaints) {
-    std::fprintf(stderr, "player: further messages about %s are left out\n", item_.c_str());
-  }
-  ++complaints_;
-}
-
 void MpvPlayer::handleEnd(const mpv_event_end_file& end) {
   if (playlistEntry_ != 0 && end.playlist_entry_id == playlistEntry_ &&
       (end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF)) {
@@ -313,8 +314,8 @@ void MpvPlayer::refuse(const char* reason) {
   setStatus(PlayerItemStatus::failed);
 }
 
-// Has the core report whether the end is reached now, as it does with a new observation. It does not report a change
-// that is undone before this thread reads it.
+// Observes the end again, because the core then reports whether it is reached now. A change that is undone before this
+// thread reads it would otherwise be missed.
 void MpvPlayer::watchEnd() {
   mpv_unobserve_property(core_.get(), kEndOfFile);
   mpv_observe_property(core_.get(), kEndOfFile, "eof-reached", MPV_FORMAT_FLAG);

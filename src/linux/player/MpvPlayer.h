@@ -32,6 +32,7 @@ class MpvPlayer : public VideoPlayer {
 
   void play() override;
   void pause() override;
+  void setHeld(bool isHeld) override;
   bool hasCurrentItem() const override { return !item_.empty(); }
   void replaceCurrentItem(const std::filesystem::path& file) override;
   void seekToZero() override;
@@ -46,12 +47,13 @@ class MpvPlayer : public VideoPlayer {
  private:
   void load();
   void handOver();
+  void begin();
+  void applyPause();
   MpvTexts itemOptions(const MediaStream::Facts& facts) const;
   void drainEvents();
   void handle(const mpv_event& event);
   void restarted();
   void handleChange(std::uint64_t property, const mpv_event_property& change);
-  void complain(const mpv_event_log_message& message);
   void handleEnd(const mpv_event_end_file& end);
   void failed();
   void refuse(const char* reason);
@@ -76,15 +78,17 @@ class MpvPlayer : public VideoPlayer {
   /// Why the item could not be played, as printed last.
   std::string refusal_;
   std::shared_ptr<MediaStream> stream_;
-  /// What the item's stream has, and what it should have when the item is loaded again.
+  /// The form of the item's stream, and the form to ask for when the item is loaded again.
   MediaStream::Form form_ = MediaStream::Form::packets;
   MediaStream::Form suitable_ = MediaStream::Form::packets;
   bool repeating_ = false;
   float amplitude_ = 1;
   bool muted_ = false;
+  bool paused_ = true;
+  bool held_ = false;
+  /// Whether the stream is open and is handed over once the player is released.
+  bool isHeldBack_ = false;
   std::filesystem::path item_;
-  /// How many messages of the core about the item were printed.
-  int complaints_ = 0;
   /// How many loads there were; answers to an older one are stale.
   std::uint64_t loads_ = 0;
   /// The core's own number for the current item; 0 before its reply.

@@ -1,5 +1,6 @@
 #include "linux/player/MpvReport.h"
 
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -95,8 +96,16 @@ void MpvReport::framesDropped(std::int64_t& before, std::int64_t now) {
   }
 }
 
-void MpvReport::log(const mpv_event_log_message& message) {
-  if (message.log_level <= MPV_LOG_LEVEL_WARN) {
+void MpvReport::log(const mpv_event_log_message& message, const std::filesystem::path& item) {
+  constexpr int kMostErrors = 10;
+  if (message.log_level <= MPV_LOG_LEVEL_ERROR) {
+    if (errors_ < kMostErrors) {
+      std::fprintf(stderr, "player: %s: %s", message.prefix, message.text);
+    } else if (errors_ == kMostErrors) {
+      std::fprintf(stderr, "player: further messages about %s are left out\n", item.c_str());
+    }
+    ++errors_;
+  } else if (message.log_level <= MPV_LOG_LEVEL_WARN) {
     qCWarning(mpvLog, "%s: %s", message.prefix, message.text);
   } else if (message.log_level <= MPV_LOG_LEVEL_INFO) {
     qCInfo(mpvLog, "%s: %s", message.prefix, message.text);

@@ -3,6 +3,7 @@
 #include <mpv/client.h>
 
 #include <cstdint>
+#include <filesystem>
 
 #include "linux/render/VideoOutput.h"
 #include "platform/StatusReport.h"
@@ -16,10 +17,13 @@ class MpvReport {
   /// Observes the core. All three must outlive the object.
   MpvReport(mpv_handle* core, VideoOutput& output, StatusReport& report);
 
-  /// Handles a change of the property that was observed with that number; ignores numbers of others.
+  /// Handles a change of the property that was observed with that number; ignores other numbers.
   void propertyChanged(std::uint64_t number, const mpv_event_property& change);
-  /// Logs a message that is not an error.
-  static void log(const mpv_event_log_message& message);
+  /// Prints an error, if it is among the first about the item, and logs any other message. A damaged item that is
+  /// repeated would fill the disk.
+  void log(const mpv_event_log_message& message, const std::filesystem::path& item);
+  /// To be called when another item is loaded.
+  void forgetErrors() { errors_ = 0; }
 
  private:
   void reportVersions(mpv_handle* core);
@@ -30,6 +34,8 @@ class MpvReport {
   /// How many frames of its current file the core has dropped: before decoding, and before showing.
   std::int64_t droppedUndecoded_ = 0;
   std::int64_t droppedUnshown_ = 0;
+  /// How many errors about the item there were.
+  int errors_ = 0;
 };
 
 }  // namespace quilex

@@ -12,8 +12,8 @@
 
 namespace quilex {
 
-/// The protocol under which a core opens our streams: the one that was offered last, and nothing else. The core does so
-/// in threads of its own. Main thread otherwise.
+/// The protocol under which a core opens our streams: the one that was offered last, and nothing else. The core opens
+/// them in threads of its own; everything else belongs to the main thread.
 class StreamProtocol {
  public:
   /// Adds the protocol to the core, once. The object must outlive the core. A core that cannot have it stops the

@@ -83,7 +83,7 @@ class GpuRenderer : public Renderer {
   EGLConfig config_ = nullptr;
   EglContext context_;
   bool lost_ = false;
-  /// Of GL_KHR_robustness; null where the driver does not report resets.
+  /// From GL_KHR_robustness or GL_EXT_robustness; null where the driver does not report resets.
   GLenum (*resetStatus_)() = nullptr;
   std::vector<GpuTarget*> targets_;
   /// The target whose surface is current; null for none.

@@ -24,8 +24,8 @@ class RenderTarget {
 class Picture {
  public:
   virtual ~Picture() = default;
-  /// Draws the core's next frame if there is one, else its current frame again. False, with the picture as it was,
-  /// when the display still reads all memory there is for it.
+  /// Draws the core's next frame if there is one, else its current frame again. False, with the picture as it was, when
+  /// the display still reads all memory there is for it; false also when drawing fails.
   virtual bool draw(mpv_render_context* context) = 0;
   /// Shows a part at the top left corner of a window. The target must be of the same renderer.
   virtual void show(RenderTarget& target, const PixelRect& part) = 0;

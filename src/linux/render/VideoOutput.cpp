@@ -63,7 +63,7 @@ void VideoOutput::frameArrived() {
   checkLost();
 }
 
-// A redraw brings nothing that is not shown already; between two files there is nothing to redraw, which would be
+// Whether the core has a frame that was not shown yet. A redraw brings nothing new, and between two files it would be
 // black.
 bool VideoOutput::hasNewFrame() const {
   mpv_render_frame_info info = {};

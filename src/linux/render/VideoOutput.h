@@ -16,8 +16,9 @@ namespace quilex {
 
 class VideoSurface;
 
-/// Brings each decoded frame to the windows that show it. It is drawn once for each distinct size among the surfaces
-/// that have a target, however many they are. A frame that no surface can show is dropped undrawn. Main thread.
+/// Brings each decoded frame to the windows that show it. It is drawn once for each distinct size among the
+/// `VideoSurface`s that have a target, however many they are. A frame that none of them can show is dropped undrawn.
+/// Main thread.
 class VideoOutput {
  public:
   explicit VideoOutput(std::unique_ptr<Renderer> renderer);

@@ -29,6 +29,10 @@ const wl_registry_listener WaylandConnection::registryListener = {
                         std::uint32_t name) { static_cast<WaylandConnection*>(data)->removed(name); },
 };
 
+const xdg_wm_base_listener WaylandConnection::shellListener = {
+    .ping = [](void*, xdg_wm_base* shell, std::uint32_t serial) { xdg_wm_base_pong(shell, serial); },
+};
+
 Result<std::unique_ptr<WaylandConnection>> WaylandConnection::open() {
   WaylandObject<wl_display> display(wl_display_connect(nullptr));
   if (!display) {
@@ -79,11 +83,15 @@ void WaylandConnection::bind(std::uint32_t name, const char* interface, std::uin
   take(globals_.sharedMemory, wl_shm_interface, 1);
   take(globals_.viewporter, wp_viewporter_interface, 1);
   take(globals_.layerShell, zwlr_layer_shell_v1_interface, 4);
+  if (take(globals_.shell, xdg_wm_base_interface, 1)) {
+    xdg_wm_base_add_listener(globals_.shell.get(), &shellListener, this);
+  }
   if (take(globals_.outputManager, zxdg_output_manager_v1_interface, 3)) {
     for (const auto& output : knownOutputs_) {
       output->locate(globals_.outputManager.get());
     }
   }
+  hasPlasmaShell_ = hasPlasmaShell_ || std::string_view(interface) == "org_kde_plasma_shell";
   if (std::string_view(interface) == wl_seat_interface.name && version >= kSeatVersion && seatName_ == 0) {
     seatName_ = name;
   }

@@ -35,6 +35,10 @@ class WaylandConnection {
   wl_shm* sharedMemory() const { return globals_.sharedMemory.get(); }
   wp_viewporter* viewporter() const { return globals_.viewporter.get(); }
   zwlr_layer_shell_v1* layerShell() const { return globals_.layerShell.get(); }
+  /// For popups; null if the compositor has none.
+  xdg_wm_base* shell() const { return globals_.shell.get(); }
+  /// Whether it is KWin, with the extension for Plasma's own windows.
+  bool isPlasma() const { return hasPlasmaShell_; }
   /// The first seat, which then announces what it has; empty when there is none.
   WaylandObject<wl_seat> bindSeat();
 
@@ -54,8 +58,10 @@ class WaylandConnection {
     WaylandObject<wp_viewporter> viewporter;
     WaylandObject<zwlr_layer_shell_v1> layerShell;
     WaylandObject<zxdg_output_manager_v1> outputManager;
+    WaylandObject<xdg_wm_base> shell;
   };
   static const wl_registry_listener registryListener;
+  static const xdg_wm_base_listener shellListener;
 
   explicit WaylandConnection(WaylandObject<wl_display> display);
   /// Fails when the compositor lacks something.
@@ -69,6 +75,7 @@ class WaylandConnection {
   WaylandObject<wl_registry> registry_;
   Globals globals_;
   std::uint32_t seatName_ = 0;
+  bool hasPlasmaShell_ = false;
   std::vector<std::unique_ptr<WaylandOutput>> knownOutputs_;
   ObserverList<> observers_;
   std::function<void()> compositorLost_;

@@ -13,9 +13,11 @@ constexpr std::chrono::milliseconds kNextTurn{0};
 
 }  // namespace
 
-WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOutput& output,
-                                         MakeWaylandTarget makeTarget, RunLoop& loop)
+WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, const LayerChoice& choice, VideoOutput& output,
+                                         MakeWaylandTarget makeTarget, RunLoop& loop,
+                                         std::function<void(WindowOrder)> ordered)
     : connection_(connection),
+      choice_(choice),
       services_{connection,
                 output,
                 std::move(makeTarget),
@@ -27,11 +29,8 @@ WaylandWindowServer::WaylandWindowServer(WaylandConnection& connection, VideoOut
                     checkOcclusionIn(kNextTurn);
                   }
                 }},
-      windows_(loop,
-               [this] {
-                 const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
-                 covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
-               }),
+      ordered_(std::move(ordered)),
+      windows_(loop, [this] { settled(); }),
       pointer_(connection,
                [this](const wl_surface* surface, std::uint32_t button, bool down) {
                  for (WaylandDesktopWindow* window : windows_.all()) {
@@ -54,8 +53,17 @@ std::vector<Screen> WaylandWindowServer::screens() const {
 }
 
 std::unique_ptr<WallpaperWindow> WaylandWindowServer::makeWallpaperWindow(const Screen& screen) {
-  return windows_.lend([&](const WaylandDesktopWindow& window) { return window.covers(screen); },
-                       [&] { return std::make_unique<WaylandDesktopWindow>(services_, screen); });
+  // With another scale or mode, a window keeps its output and so its surface, whose place among those of other programs
+  // depends on its age.
+  const auto suits = [&](WaylandDesktopWindow& window) {
+    const Screen& known = window.screen();
+    const bool isSame = known.name == screen.name && (known.frame == screen.frame || !screen.name.empty());
+    if (isSame) {
+      window.moveTo(screen);
+    }
+    return isSame;
+  };
+  return windows_.lend(suits, [&] { return std::make_unique<WaylandDesktopWindow>(services_, choice_, screen); });
 }
 
 void WaylandWindowServer::screensChangedSoon() {
@@ -65,6 +73,23 @@ void WaylandWindowServer::screensChangedSoon() {
       screensChanged_.reset();
       screenObservers_.notify();
     });
+  }
+}
+
+void WaylandWindowServer::settled() {
+  const auto isShown = [](const WaylandDesktopWindow* window) { return window->isShown(); };
+  covered_ = covered_ && std::ranges::any_of(windows_.all(), isShown);
+  updateUnseen();
+  if (!windows_.all().empty()) {
+    ordered_(windows_.all().front()->ordered());
+  }
+}
+
+// The core makes no window while there is no output.
+void WaylandWindowServer::updateUnseen() {
+  const bool unseen = covered_ || windows_.all().empty();
+  if (std::exchange(unseen_, unseen) != unseen) {
+    unseenObservers_.notify(unseen);
   }
 }
 
@@ -91,6 +116,7 @@ void WaylandWindowServer::checkOcclusion() {
     return;
   }
   if (std::exchange(covered_, !anySeen) == anySeen) {
+    updateUnseen();
     occlusionObservers_.notify();
   }
   if (!covered_ && anyWaits) {
@@ -100,6 +126,10 @@ void WaylandWindowServer::checkOcclusion() {
 
 Disposable WaylandWindowServer::observeOcclusion(std::function<void()> handler) {
   return occlusionObservers_.add(std::move(handler));
+}
+
+Disposable WaylandWindowServer::observeUnseen(std::function<void(bool)> handler) {
+  return unseenObservers_.add(std::move(handler));
 }
 
 Disposable WaylandWindowServer::observeScreens(std::function<void()> handler) {

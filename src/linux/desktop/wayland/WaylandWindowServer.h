@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,13 +19,16 @@ namespace quilex {
 /// of the active workspace are never notified; the windows are on all workspaces.
 class WaylandWindowServer : public WindowServer {
  public:
-  /// Everything given must outlive the server.
-  WaylandWindowServer(WaylandConnection& connection, VideoOutput& output, MakeWaylandTarget makeTarget, RunLoop& loop);
+  /// Everything given must outlive the server. `ordered` is called with the windows' order after each turn in which
+  /// that may have changed.
+  WaylandWindowServer(WaylandConnection& connection, const LayerChoice& choice, VideoOutput& output,
+                      MakeWaylandTarget makeTarget, RunLoop& loop, std::function<void(WindowOrder)> ordered);
 
   std::vector<Screen> screens() const override;
   std::unique_ptr<WallpaperWindow> makeWallpaperWindow(const Screen& screen) override;
   [[nodiscard]] Disposable observeScreens(std::function<void()> handler) override;
   [[nodiscard]] Disposable observeOcclusion(std::function<void()> handler) override;
+  [[nodiscard]] Disposable observeUnseen(std::function<void(bool)> handler) override;
   [[nodiscard]] Disposable observeActiveSpace(std::function<void()> /*handler*/) override {
     return Disposable([] {});
   }
@@ -33,15 +37,21 @@ class WaylandWindowServer : public WindowServer {
   void screensChangedSoon();
   void checkOcclusionIn(std::chrono::milliseconds delay);
   void checkOcclusion();
+  void settled();
+  void updateUnseen();
 
   WaylandConnection& connection_;
-  WaylandDesktopWindow::Services services_;
+  const LayerChoice& choice_;
+  WaylandLayerSurface::Services services_;
+  std::function<void(WindowOrder)> ordered_;
   DesktopWindows<WaylandDesktopWindow> windows_;
   WaylandPointer pointer_;
   ObserverList<> screenObservers_;
   std::optional<Disposable> screensChanged_;
   ObserverList<> occlusionObservers_;
   bool covered_ = false;
+  ObserverList<bool> unseenObservers_;
+  bool unseen_ = false;
   std::optional<Disposable> occlusionCheck_;
   Disposable outputs_;
 };

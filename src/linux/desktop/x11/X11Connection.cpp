@@ -1,38 +1,13 @@
 #include "linux/desktop/x11/X11Connection.h"
 
 #include <QAbstractEventDispatcher>
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 // After all headers that its macros would break.
 #include <X11/Xlib-xcb.h>
 
 namespace quilex {
-
-namespace {
-
-constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> kAtomNames{
-    "MANAGER",
-    "_MOTIF_WM_HINTS",
-    "_NET_CURRENT_DESKTOP",
-    "_NET_SUPPORTING_WM_CHECK",
-    "_NET_SYSTEM_TRAY_S0",
-    "_NET_WM_DESKTOP",
-    "_NET_WM_NAME",
-    "_NET_WM_PID",
-    "_NET_WM_STATE",
-    "_NET_WM_STATE_BELOW",
-    "_NET_WM_STATE_SKIP_PAGER",
-    "_NET_WM_STATE_SKIP_TASKBAR",
-    "_NET_WM_STATE_STICKY",
-    "_NET_WM_WINDOW_TYPE",
-    "_NET_WM_WINDOW_TYPE_DESKTOP",
-    "UTF8_STRING",
-};
-
-constexpr std::uint32_t kMostItems = 1024;
-
-}  // namespace
 
 void XlibCloser::operator()(Display* display) const {
   XCloseDisplay(display);
@@ -47,7 +22,8 @@ Result<std::unique_ptr<X11Connection>> X11Connection::open() {
   if (!opened->findVisual()) {
     return failed("the X server has no 24-bit colour");
   }
-  opened->internAtoms();
+  opened->atoms_ = X11Atoms(opened->connection_);
+  opened->findRegions();
   opened->selectRootEvents();
   return opened;
 }
@@ -91,15 +67,12 @@ bool X11Connection::findVisual() {
   return true;
 }
 
-void X11Connection::internAtoms() {
-  std::array<xcb_intern_atom_cookie_t, kAtomNames.size()> cookies;
-  for (std::size_t index = 0; index < kAtomNames.size(); ++index) {
-    const char* name = kAtomNames[index];
-    cookies[index] = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  }
-  for (std::size_t index = 0; index < kAtomNames.size(); ++index) {
-    const XcbPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookies[index], nullptr));
-    atoms_[index] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+// The extension must be asked for its version before it is used.
+void X11Connection::findRegions() {
+  if (xcb_get_extension_data(connection_, &xcb_xfixes_id)->present != 0) {
+    const XcbPointer<xcb_xfixes_query_version_reply_t> version(
+        xcb_xfixes_query_version_reply(connection_, xcb_xfixes_query_version(connection_, 2, 0), nullptr));
+    hasRegions_ = version && version->major_version >= 2;
   }
 }
 
@@ -131,20 +104,15 @@ void X11Connection::drainEvents() {
   }
 }
 
-std::vector<std::uint32_t> X11Connection::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) const {
-  const auto cookie = xcb_get_property(connection_, 0, window, name, type, 0, kMostItems);
-  const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
-  if (!reply || reply->format != 32) {
-    return {};
-  }
-  const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-  return {items, items + reply->value_len};
-}
-
 bool X11Connection::hasWindowManager() const {
   const xcb_atom_t check = atom(Atom::netSupportingWmCheck);
   const auto claimed = property(root(), check, XCB_ATOM_WINDOW);
   return !claimed.empty() && property(claimed.front(), check, XCB_ATOM_WINDOW) == claimed;
+}
+
+bool X11Connection::supports(Atom hint) const {
+  const auto supported = property(root(), atom(Atom::netSupported), XCB_ATOM_ATOM);
+  return std::ranges::count(supported, atom(hint)) > 0;
 }
 
 Disposable X11Connection::observeEvents(std::function<void(const xcb_generic_event_t&)> handler) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QSocketNotifier>
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -9,6 +8,7 @@
 
 #include "base/ObserverList.h"
 #include "base/Result.h"
+#include "linux/desktop/x11/X11Atoms.h"
 #include "linux/desktop/x11/XcbHandles.h"
 
 // Xlib's own header defines macros that clash with ordinary names.
@@ -20,26 +20,6 @@ struct XlibCloser {
   void operator()(::_XDisplay* display) const;
 };
 using XlibDisplay = std::unique_ptr<::_XDisplay, XlibCloser>;
-
-enum class Atom {
-  manager,
-  motifWmHints,
-  netCurrentDesktop,
-  netSupportingWmCheck,
-  netSystemTray,
-  netWmDesktop,
-  netWmName,
-  netWmPid,
-  netWmState,
-  netWmStateBelow,
-  netWmStateSkipPager,
-  netWmStateSkipTaskbar,
-  netWmStateSticky,
-  netWmWindowType,
-  netWmWindowTypeDesktop,
-  utf8String,
-  count
-};
 
 /// The connection to the X server. Its events are read on the run loop and passed to all observers. Events of the root
 /// window are among them: changes of its properties and its structure, and announcements of managers. Main thread.
@@ -63,19 +43,26 @@ class X11Connection {
   /// A TrueColor visual of that depth with bytes blue, green, red, unused; and a colour map for it.
   xcb_visualid_t visual() const { return visual_; }
   xcb_colormap_t colormap() const { return ownColormap_ ? ownColormap_.id() : screen_->default_colormap; }
-  xcb_atom_t atom(Atom name) const { return atoms_[static_cast<std::size_t>(name)]; }
+  xcb_atom_t atom(Atom name) const { return atoms_[name]; }
 
   /// The first 32-bit items of a window's property; empty when it has none of that type.
-  std::vector<std::uint32_t> property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) const;
+  std::vector<std::uint32_t> property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) const {
+    return xcbProperty(connection_, window, name, type);
+  }
   /// Whether an EWMH window manager runs (its own child window confirms the root's claim).
   bool hasWindowManager() const;
+  /// Whether the window manager understands that hint.
+  bool supports(Atom hint) const;
+
+  /// Whether windows can have regions (XFixes 2.0).
+  bool hasRegions() const { return hasRegions_; }
 
   [[nodiscard]] Disposable observeEvents(std::function<void(const xcb_generic_event_t&)> handler);
 
  private:
   explicit X11Connection(XlibDisplay display);
   bool findVisual();
-  void internAtoms();
+  void findRegions();
   void selectRootEvents();
   void drainEvents();
 
@@ -86,7 +73,8 @@ class X11Connection {
   xcb_visualid_t visual_ = 0;
   /// None where the screen's default colour map serves.
   XcbColormap ownColormap_;
-  std::array<xcb_atom_t, static_cast<std::size_t>(Atom::count)> atoms_{};
+  X11Atoms atoms_;
+  bool hasRegions_ = false;
   ObserverList<const xcb_generic_event_t&> observers_;
   std::function<void()> serverLost_;
   std::unique_ptr<QSocketNotifier> notifier_;

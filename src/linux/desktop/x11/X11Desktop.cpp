@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "linux/desktop/x11/X11Connection.h"
+#include "linux/desktop/x11/X11Coverage.h"
 #include "linux/desktop/x11/X11Monitors.h"
+#include "linux/desktop/x11/X11ScreenSaver.h"
 #include "linux/desktop/x11/X11ShmRenderer.h"
 #include "linux/desktop/x11/X11SystemTray.h"
 #include "linux/desktop/x11/X11WindowServer.h"
@@ -31,6 +33,8 @@ class X11Desktop : public Desktop {
   const char* toolkitPlugin() const override { return "xcb"; }
   const char* serverName() const override { return "the X server"; }
   int connection() const override { return xcb_get_file_descriptor(x11_->xcb()); }
+  std::string placement() const override { return placement_.description; }
+  std::string placementAdvice() const override { return placement_.advice; }
   std::vector<DisplayStatus> displays() const override { return X11Monitors(*x11_).describe(); }
   void start(std::function<void()> lost) override { x11_->start(std::move(lost)); }
   Result<std::unique_ptr<Renderer>> makeGpuRenderer(Rasteriser allowed) override {
@@ -51,16 +55,27 @@ class X11Desktop : public Desktop {
     return std::make_unique<X11ShmRenderer>(*x11_);
   }
   std::unique_ptr<WindowServer> makeWindowServer(VideoOutput& output, RunLoop& loop) override {
-    return std::make_unique<X11WindowServer>(*x11_, output, makeTarget_, loop);
+    return std::make_unique<X11WindowServer>(*x11_, output, makeTarget_, loop, [this](const Placement& placement) {
+      placement_ = placement;
+      placementChanged();
+    });
   }
   EmbeddingTray embeddingTray() override {
     return {[this] { return systemTray_.isPresent(); },
             [this](std::function<void()> handler) { return systemTray_.observe(std::move(handler)); }};
   }
+  std::vector<StandstillReason> standstillReasons() override {
+    return {{"the screen is off",
+             [this](StandstillReason::Handler handler) { return watchScreenOff(*x11_, std::move(handler)); }}};
+  }
+  Disposable watchWindows(WindowExtent extent, RunLoop& loop, StandstillReason::Handler handler) override {
+    return watchX11Windows(*x11_, extent, loop, std::move(handler));
+  }
 
  private:
   std::unique_ptr<X11Connection> x11_;
   X11SystemTray systemTray_;
+  Placement placement_;
   /// Of the renderer that was made last.
   MakeX11Target makeTarget_;
 };

@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 #include <xcb/xcb_icccm.h>
+#include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace quilex {
 
@@ -24,17 +26,16 @@ X11DesktopWindow::X11DesktopWindow(X11Connection& x11, VideoOutput& output, cons
                                    const Rect& place)
     : x11_(x11), output_(output), screen_(place), place_(pixels(place)), window_(x11.xcb()) {
   create();
+  shape();
   describe();
   target_ = makeTarget(window_.id());
 }
 
 void X11DesktopWindow::create() {
   // No background: between mapping and the first frame the server leaves what was on the screen.
-  const std::array<std::uint32_t, 4> values{XCB_BACK_PIXMAP_NONE, 0,
-                                            XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE |
-                                                XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS |
-                                                XCB_EVENT_MASK_BUTTON_RELEASE,
-                                            x11_.colormap()};
+  const std::array<std::uint32_t, 4> values{
+      XCB_BACK_PIXMAP_NONE, 0,
+      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY, x11_.colormap()};
   xcb_create_window(x11_.xcb(), X11Connection::kDepth, window_.id(), x11_.root(), static_cast<std::int16_t>(place_.x),
                     static_cast<std::int16_t>(place_.y), static_cast<std::uint16_t>(place_.width),
                     static_cast<std::uint16_t>(place_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, x11_.visual(),
@@ -63,6 +64,9 @@ void X11DesktopWindow::describe() {
   setProperty(Atom::netWmPid, XCB_ATOM_CARDINAL, std::array{static_cast<std::uint32_t>(getpid())});
   // Flags: only the decorations field counts; decorations: none.
   setProperty(Atom::motifWmHints, atom(Atom::motifWmHints), std::array<std::uint32_t, 5>{2, 0, 0, 0, 0});
+  // Margins for a shadow of the window's own: none. Otherwise some compositors draw one, which is seen on the next
+  // monitor.
+  setProperty(Atom::gtkFrameExtents, XCB_ATOM_CARDINAL, std::array<std::uint32_t, 4>{});
 
   xcb_change_property(x11_.xcb(), XCB_PROP_MODE_REPLACE, window_.id(), atom(Atom::netWmName), atom(Atom::utf8String), 8,
                       kTitle.size(), kTitle.data());
@@ -148,19 +152,101 @@ void X11DesktopWindow::reassert() {
   }
 }
 
+void X11DesktopWindow::remap() {
+  if (mapped_) {
+    withdraw();
+    show();
+  }
+}
+
+void X11DesktopWindow::setIcons(const IconLayer& icons) {
+  const bool wasAbove = belongsAboveIcons();
+  const bool isMoved = icons.icons != icons_.icons || icons.kind != icons_.kind;
+  icons_ = icons;
+  if (isMoved) {
+    shape();
+  }
+  if (wasAbove != belongsAboveIcons()) {
+    reassert();
+  }
+}
+
+// Region and shape requests of XFixes 2.0.
+void X11DesktopWindow::shape() {
+  if (!x11_.hasRegions()) {
+    return;
+  }
+  std::vector<xcb_rectangle_t> icons;
+  for (const PixelRect& icon : icons_.icons) {
+    const int left = std::max(icon.x, place_.x);
+    const int top = std::max(icon.y, place_.y);
+    const int right = std::min(icon.x + icon.width, place_.x + place_.width);
+    const int bottom = std::min(icon.y + icon.height, place_.y + place_.height);
+    if (left < right && top < bottom) {
+      icons.push_back({static_cast<std::int16_t>(left - place_.x), static_cast<std::int16_t>(top - place_.y),
+                       static_cast<std::uint16_t>(right - left), static_cast<std::uint16_t>(bottom - top)});
+    }
+  }
+  xcb_connection_t* const xcb = x11_.xcb();
+  const XcbRegion region(xcb);
+  xcb_xfixes_create_region(xcb, region.id(), static_cast<std::uint32_t>(icons.size()), icons.data());
+  const bool showsIcons = wantedOrder_ == WindowOrder::back;
+  if (showsIcons && icons_.kind == IconLayer::Kind::separable) {
+    const XcbRegion seen(xcb);
+    xcb_xfixes_create_region(xcb, seen.id(), 0, nullptr);
+    const xcb_rectangle_t whole{0, 0, static_cast<std::uint16_t>(place_.width),
+                                static_cast<std::uint16_t>(place_.height)};
+    xcb_xfixes_invert_region(xcb, region.id(), whole, seen.id());
+    xcb_xfixes_set_window_shape_region(xcb, window_.id(), XCB_SHAPE_SK_BOUNDING, 0, 0, seen.id());
+  } else {
+    xcb_xfixes_set_window_shape_region(xcb, window_.id(), XCB_SHAPE_SK_BOUNDING, 0, 0, XCB_NONE);
+  }
+  // An icon that nobody sees must not be opened by a double click. Nothing else is kept from the desktop below.
+  if (showsIcons) {
+    xcb_xfixes_create_region(xcb, region.id(), 0, nullptr);
+  }
+  xcb_xfixes_set_window_shape_region(xcb, window_.id(), XCB_SHAPE_SK_INPUT, 0, 0, region.id());
+  // Not all window managers let the frame take after the window in this.
+  if (frame_ != XCB_NONE) {
+    xcb_xfixes_set_window_shape_region(xcb, frame_, XCB_SHAPE_SK_INPUT, 0, 0, region.id());
+  }
+}
+
+void X11DesktopWindow::reparented(const xcb_reparent_notify_event_t& event) {
+  if (event.window == window_.id()) {
+    frame_ = event.parent == x11_.root() ? xcb_window_t{XCB_NONE} : event.parent;
+    shape();
+  }
+}
+
 void X11DesktopWindow::restack() {
   misplaced_ = false;
+  shape();
   if (!x11_.hasWindowManager()) {
     restackUnmanaged();
     return;
   }
   // The window manager keeps desktop windows below all others and orders them among themselves.
-  const std::uint32_t mode = wantedOrder_ == WindowOrder::back ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
-  configure(XCB_CONFIG_WINDOW_STACK_MODE, std::array{mode});
+  const std::uint32_t mode = belongsAboveIcons() ? XCB_STACK_MODE_ABOVE : XCB_STACK_MODE_BELOW;
+  if (!x11_.supports(Atom::netRestackWindow)) {
+    configure(XCB_CONFIG_WINDOW_STACK_MODE, std::array{mode});
+    return;
+  }
+  // As a pager asks, because some raise a window for a program only after a person's own action, and else mark it as
+  // one that wants attention.
+  constexpr std::uint32_t kFromPager = 2;
+  xcb_client_message_event_t message = {};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window_.id();
+  message.type = x11_.atom(Atom::netRestackWindow);
+  std::ranges::copy(std::array<std::uint32_t, 3>{kFromPager, XCB_NONE, mode}, message.data.data32);
+  xcb_send_event(x11_.xcb(), 0, x11_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&message));
 }
 
 void X11DesktopWindow::restackUnmanaged() {
-  const xcb_window_t below = wantedOrder_ == WindowOrder::front ? topmostForeignDesktop() : xcb_window_t{XCB_NONE};
+  const xcb_window_t below = belongsAboveIcons() ? topmostForeignDesktop() : xcb_window_t{XCB_NONE};
   if (below != XCB_NONE) {
     configure(XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
               std::array<std::uint32_t, 2>{below, XCB_STACK_MODE_ABOVE});
@@ -171,19 +257,15 @@ void X11DesktopWindow::restackUnmanaged() {
 
 // The topmost desktop window that is not of this process.
 xcb_window_t X11DesktopWindow::topmostForeignDesktop() const {
-  const XcbPointer<xcb_query_tree_reply_t> tree(
-      xcb_query_tree_reply(x11_.xcb(), xcb_query_tree(x11_.xcb(), x11_.root()), nullptr));
   const auto own = static_cast<std::uint32_t>(getpid());
-  for (int index = tree ? xcb_query_tree_children_length(tree.get()) - 1 : -1; index >= 0; --index) {
-    const xcb_window_t child = xcb_query_tree_children(tree.get())[index];
+  const auto stack = xcbChildren(x11_.xcb(), x11_.root());
+  const auto found = std::find_if(stack.rbegin(), stack.rend(), [&](xcb_window_t child) {
     const auto types = x11_.property(child, x11_.atom(Atom::netWmWindowType), XCB_ATOM_ATOM);
     const auto owner = x11_.property(child, x11_.atom(Atom::netWmPid), XCB_ATOM_CARDINAL);
-    if (std::ranges::count(types, x11_.atom(Atom::netWmWindowTypeDesktop)) > 0 &&
-        (owner.empty() || owner.front() != own)) {
-      return child;
-    }
-  }
-  return XCB_NONE;
+    return std::ranges::count(types, x11_.atom(Atom::netWmWindowTypeDesktop)) > 0 &&
+           std::ranges::count(owner, own) == 0;
+  });
+  return found == stack.rend() ? xcb_window_t{XCB_NONE} : *found;
 }
 
 void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
@@ -197,11 +279,8 @@ void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
     case XCB_CONFIGURE_NOTIFY:
       keepPlace(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
       break;
-    case XCB_BUTTON_PRESS:
-      press(reinterpret_cast<const xcb_button_press_event_t&>(event));
-      break;
-    case XCB_BUTTON_RELEASE:
-      release(reinterpret_cast<const xcb_button_release_event_t&>(event));
+    case XCB_REPARENT_NOTIFY:
+      reparented(reinterpret_cast<const xcb_reparent_notify_event_t&>(event));
       break;
     default:
       break;
@@ -242,27 +321,19 @@ void X11DesktopWindow::keepPlace(const xcb_configure_notify_event_t& event) {
             std::array{value(place_.x), value(place_.y), value(place_.width), value(place_.height)});
 }
 
-// The view handles a press of the primary button. Each press is then sent to the root window, where a window manager
-// waits for clicks on the desktop. The pointer is released before that, so that a menu can grab it.
-void X11DesktopWindow::press(const xcb_button_press_event_t& event) {
-  if (event.event != window_.id() || wasSentByClient(reinterpret_cast<const xcb_generic_event_t&>(event))) {
-    return;
-  }
-  pressed_ = event.detail == XCB_BUTTON_INDEX_1;
-  if (pressed_ && view_) {
-    view_->mouseDown();
-  }
-  xcb_ungrab_pointer(x11_.xcb(), event.time);
-  xcb_button_press_event_t forwarded = event;
-  forwarded.event = x11_.root();
-  forwarded.child = XCB_NONE;
-  forwarded.event_x = event.root_x;
-  forwarded.event_y = event.root_y;
-  xcb_send_event(x11_.xcb(), 0, x11_.root(), XCB_EVENT_MASK_BUTTON_PRESS, reinterpret_cast<const char*>(&forwarded));
+bool X11DesktopWindow::contains(int x, int y) const {
+  return x >= place_.x && x < place_.x + place_.width && y >= place_.y && y < place_.y + place_.height;
 }
 
-void X11DesktopWindow::release(const xcb_button_release_event_t& event) {
-  if (event.event == window_.id() && event.detail == XCB_BUTTON_INDEX_1 && std::exchange(pressed_, false) && click_) {
+void X11DesktopWindow::press() {
+  pressed_ = mapped_ && view_;
+  if (pressed_) {
+    view_->mouseDown();
+  }
+}
+
+void X11DesktopWindow::release() {
+  if (std::exchange(pressed_, false) && click_) {
     click_();
   }
 }

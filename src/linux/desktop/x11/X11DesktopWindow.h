@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "linux/desktop/DesktopWindows.h"
+#include "linux/desktop/x11/IconLayer.h"
 #include "linux/desktop/x11/X11Connection.h"
 #include "linux/render/VideoOutput.h"
 #include "platform/VideoView.h"
@@ -15,7 +16,9 @@ namespace quilex {
 using MakeX11Target = std::function<std::unique_ptr<RenderTarget>(xcb_window_t)>;
 
 /// A window that lies on the desktop: below all ordinary windows, on every workspace, undecorated, never focused. It
-/// stays at exactly its place, wherever a window manager moves it. Works with and without a window manager.
+/// stays at exactly its place, wherever a window manager moves it. Works with and without a window manager. Pointers
+/// act on what lies below it, as if it were not there; its presses come from the window server. Where icons stand on a
+/// background of their own, it lies over them and leaves out their pixels.
 class X11DesktopWindow {
  public:
   /// Hidden at first. `place` is on the root window. The connection and the output must outlive the window.
@@ -24,6 +27,8 @@ class X11DesktopWindow {
   X11DesktopWindow& operator=(const X11DesktopWindow&) = delete;
 
   bool covers(const Screen& screen) const { return screen.frame == screen_; }
+  /// On the root window.
+  const Rect& place() const { return screen_; }
   void setContent(std::unique_ptr<VideoView> view, std::function<void()> click);
 
   /// The window is to be shown, as soon as there is a frame to show, behind or in front of all other desktop windows.
@@ -34,10 +39,24 @@ class X11DesktopWindow {
   bool isMapped() const { return mapped_; }
   /// Whether other windows cover all of it.
   bool isObscured() const { return obscured_; }
-  /// To be called when a window manager came or went.
+  /// Puts the window into its place in the order again.
   void reassert();
+  /// Does that for window managers that keep the order in which windows were mapped.
+  void remap();
+  /// To be called when the desktop's icons change.
+  void setIcons(const IconLayer& icons);
+  /// Whether it was ordered to the front, so that it hides icons.
+  bool hidesIcons() const { return wanted_ && wantedOrder_ == WindowOrder::front; }
+  /// Whether it belongs above windows with icons; else below.
+  bool belongsAboveIcons() const {
+    return wantedOrder_ == WindowOrder::front || icons_.kind == IconLayer::Kind::separable;
+  }
 
   void handle(const xcb_generic_event_t& event);
+  /// The primary button went down in the window, or went up anywhere.
+  void press();
+  void release();
+  bool contains(int x, int y) const;
 
  private:
   void create();
@@ -50,8 +69,8 @@ class X11DesktopWindow {
   void exposed(const xcb_expose_event_t& event);
   void visibilityChanged(const xcb_visibility_notify_event_t& event);
   void keepPlace(const xcb_configure_notify_event_t& event);
-  void press(const xcb_button_press_event_t& event);
-  void release(const xcb_button_release_event_t& event);
+  void shape();
+  void reparented(const xcb_reparent_notify_event_t& event);
   template <typename Item, std::size_t count>
   void setProperty(Atom name, xcb_atom_t type, const std::array<Item, count>& items);
   template <std::size_t count>
@@ -62,6 +81,8 @@ class X11DesktopWindow {
   Rect screen_;
   PixelRect place_;
   XcbWindow window_;
+  /// The window manager's window around it; none without one.
+  xcb_window_t frame_ = XCB_NONE;
   std::unique_ptr<RenderTarget> target_;
   std::unique_ptr<VideoView> view_;
   std::function<void()> click_;
@@ -73,6 +94,7 @@ class X11DesktopWindow {
   bool misplaced_ = false;
   bool pressed_ = false;
   int corrections_ = 0;
+  IconLayer icons_;
 };
 
 }  // namespace quilex

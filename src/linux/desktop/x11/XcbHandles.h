@@ -2,6 +2,7 @@
 
 #include <xcb/shm.h>
 #include <xcb/xcb.h>
+#include <xcb/xfixes.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -51,6 +52,7 @@ class XcbObject {
 using XcbColormap = XcbObject<xcb_free_colormap>;
 using XcbGraphicsContext = XcbObject<xcb_free_gc>;
 using XcbPixmap = XcbObject<xcb_free_pixmap>;
+using XcbRegion = XcbObject<xcb_xfixes_destroy_region>;
 using XcbShmSegment = XcbObject<xcb_shm_detach>;
 using XcbWindow = XcbObject<xcb_destroy_window>;
 

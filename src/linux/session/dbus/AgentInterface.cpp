@@ -23,6 +23,25 @@ struct Wire<std::string> {
 };
 
 template <>
+struct Wire<std::vector<std::string>> {
+  static constexpr const char* kSignature = "as";
+  static QVariant write(const std::vector<std::string>& values) {
+    QStringList list;
+    for (const std::string& value : values) {
+      list.append(QString::fromStdString(value));
+    }
+    return list;
+  }
+  static std::vector<std::string> read(const QVariant& value) {
+    std::vector<std::string> values;
+    for (const QString& each : value.toStringList()) {
+      values.push_back(each.toStdString());
+    }
+    return values;
+  }
+};
+
+template <>
 struct Wire<bool> {
   static constexpr const char* kSignature = "b";
   static QVariant write(bool value) { return value; }
@@ -141,10 +160,13 @@ const std::vector<AgentProperty>& agentProperties() {
       property<&Status::settingsFile>("SettingsFile", never),
       property<&Status::libraryFile>("LibraryFile", never),
       property<&Status::serviceAddress>("ServiceAddress", never),
+      property<&Status::placement>("Placement", signalled),
+      property<&Status::placementAdvice>("PlacementAdvice", signalled),
       property<&Status::displays>("Displays", signalled),
       property<&Status::statusItem>("StatusItem", signalled),
       property<&Status::isOpen>("IsOpen", signalled),
       property<&Status::isPlaying>("IsPlaying", signalled),
+      property<&Status::standsStillBecause>("StandsStillBecause", signalled),
       property<&Status::videoSign>("VideoSign", signalled),
       property<&Status::videoTitle>("VideoTitle", signalled),
       property<&Status::videoState>("VideoState", signalled),

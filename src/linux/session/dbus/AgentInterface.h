@@ -26,7 +26,7 @@ struct AgentProperty {
   const char* signature;
   Change change;
   QVariant (*get)(const AgentStatus& status);
-  /// Ignores a value of another type.
+  /// A value of another type is converted, or reads as 0, false or empty.
   void (*set)(AgentStatus& status, const QVariant& value);
 };
 

@@ -10,9 +10,10 @@ namespace quilex {
 
 enum class BusKind { session, system };
 
-/// Finds the buses that accept a connection but do not answer within `patience`, and calls `silent` with each. The
-/// toolkit would wait for them forever. If it first looks for them before the token is released, it takes them for
-/// absent. Call this before other threads use the environment.
+/// Finds the buses that accept a connection but do not answer within `patience`, calls `silent` with each, and hides
+/// them from the toolkit, which would wait for them forever. Releasing the token makes the toolkit take them for absent
+/// for good, and restores the environment. Call this before the toolkit uses a bus and before other threads use the
+/// environment.
 [[nodiscard]] Disposable hideSilentBuses(std::chrono::milliseconds patience,
                                          const std::function<void(BusKind)>& silent);
 

@@ -38,7 +38,7 @@ double readable(float value) {
 }  // namespace
 
 Result<std::unique_ptr<JsonSettingsSuite>> JsonSettingsSuite::open(fs::path file, RunLoop& runLoop) {
-  // A folder that cannot be made shows when the file is read or written.
+  // If the folder cannot be made, reading or writing the file reports it.
   createPrivateFolder(file.parent_path());
   std::unique_ptr<JsonSettingsSuite> suite(new JsonSettingsSuite(std::move(file), runLoop));
   if (const auto read = suite->readFile(); !read) {
@@ -64,7 +64,7 @@ std::string JsonSettingsSuite::sentence(const std::string& problem) const {
   return "the settings file " + file_.path.string() + " " + problem;
 }
 
-// Takes over the file's settings. If it holds none, the last good ones stay.
+// Replaces the values by the file's. If it holds none, the last good ones stay.
 Outcome JsonSettingsSuite::readFile() const {
   ++reads_;
   SettingsFile::Contents contents = file_.read();
@@ -200,7 +200,7 @@ Outcome JsonSettingsSuite::writeNow(std::chrono::milliseconds patience) {
   return {};
 }
 
-// Brings the pending changes into the file. If that cannot be done they stay pending.
+// Writes the pending changes to the file. If that fails they stay pending.
 Result<JsonSettingsSuite::Writing> JsonSettingsSuite::write() {
   if (pending_.empty()) {
     return Writing::done;

@@ -63,7 +63,7 @@ Result<SettingsFile::Json> parse(int descriptor) {
   return failed("is larger than 1 MB");
 }
 
-// One line for each key: indenting what is nested could make much of little.
+// One line for each key: indenting nested values could multiply the size of the file.
 std::string format(const SettingsFile::Json& object) {
   const auto dump = [](const SettingsFile::Json& json) {
     return json.dump(-1, ' ', false, SettingsFile::Json::error_handler_t::replace);

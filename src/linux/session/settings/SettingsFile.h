@@ -36,8 +36,8 @@ class SettingsFile {
   explicit SettingsFile(std::filesystem::path location) : path(std::move(location)) {}
 
   std::optional<Signature> signature() const;
-  /// Reads the object. Fails for anything but a regular file of at most 1 MB that holds an object, nested no deeper
-  /// than `json::kMaximumDepth`.
+  /// Reads the object. Fails for anything but a regular file of at most 1 MB that holds an object within the limits of
+  /// `json::parse`.
   Contents read() const;
 
   /// Keeps the other processes that lock the file from writing it until the descriptor is closed, or the process ends.

@@ -45,7 +45,7 @@ void launch(const std::string& id) {
 
 }  // namespace
 
-/// The last wish, which work that was late to start reads too.
+/// The latest wish. Work that starts late reads it too, so that no older wish is carried out after it.
 struct LinuxWorkspace::LoginWish {
   std::mutex writing;
   std::atomic<bool> startsAtLogin = false;

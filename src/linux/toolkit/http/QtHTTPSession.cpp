@@ -39,7 +39,8 @@ QByteArray acceptLanguage() {
   return languages.join(", ").toLatin1();
 }
 
-/// The charset that a Content-Type declares (RFC 9110, 8.3.1); the old default of HTTP's texts if it declares none.
+/// The charset that a Content-Type declares (RFC 9110, 8.3.1); if it declares none, ISO 8859-1, the default of older
+/// HTTP.
 QByteArray charset(const QNetworkReply& reply) {
   constexpr QLatin1String kParameter("charset=");
   const QString contentType = reply.header(QNetworkRequest::ContentTypeHeader).toString();

@@ -14,8 +14,8 @@
 namespace quilex {
 
 /// Ends the process in time, whatever hangs. The end begins with the first SIGTERM, SIGINT or SIGHUP, or with `begin`;
-/// later ones are ignored. The main thread then has `kOrderlyEnd` to end the process. After that a thread of this class
-/// runs the last actions, for `kLastActions` at most, and ends the process without running any destructor.
+/// later signals are ignored. The main thread then has `kOrderlyEnd` to end the process. After that a thread of this
+/// class runs the last actions, for `kLastActions` at most, and ends the process without running any destructor.
 class EndDeadline {
  public:
 #ifdef QUILEX_SANITIZED

@@ -6,6 +6,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QGuiApplication>
 #include <QString>
 #include <chrono>
 #include <utility>
@@ -21,6 +22,12 @@ const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 // A panel that starts at the same time as the agent may offer the older tray a little before the newer one.
 constexpr std::chrono::seconds kPreferNewer{2};
+
+// A Wayland compositor gives a menu that belongs to no window of its client a window's frame and place. There the panel
+// alone opens the menu, which it reads over D-Bus.
+bool canPlaceMenu() {
+  return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
 
 }  // namespace
 
@@ -104,12 +111,14 @@ void QtStatusItem::appear(const char* host) {
   tray_ = std::make_unique<QSystemTrayIcon>(icon_);
   tray_->setToolTip(QStringLiteral("QuilexHelper"));
   tray_->setContextMenu(&menu_.widget());
-  QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
-                   [this](QSystemTrayIcon::ActivationReason why) {
-                     if (why == QSystemTrayIcon::Trigger) {
-                       menu_.widget().popup(QCursor::pos());
-                     }
-                   });
+  if (canPlaceMenu()) {
+    QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
+                     [this](QSystemTrayIcon::ActivationReason why) {
+                       if (why == QSystemTrayIcon::Trigger) {
+                         menu_.widget().popup(QCursor::pos());
+                       }
+                     });
+  }
   tray_->show();
 }
 

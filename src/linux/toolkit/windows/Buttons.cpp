@@ -154,7 +154,8 @@ bool ButtonWithHoverBackGround::event(QEvent* event) {
   switch (event->type()) {
     case QEvent::HoverEnter:
     case QEvent::HoverMove:
-      // Only while the agent has the keyboard. The end of a press says where the pointer is.
+      // The pointer can enter only while the agent has the keyboard, and not during a press, whose end says where it
+      // is.
       if (!held_ && (inside_ || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
         setInside(trackingArea_.contains(static_cast<QHoverEvent*>(event)->position().toPoint()));
       }

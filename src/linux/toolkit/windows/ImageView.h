@@ -5,7 +5,7 @@
 
 namespace quilex {
 
-/// Shows an image as large as it fits, sharp at every scale of the screen.
+/// Shows an image as large as fits, sharp at every scale of the screen.
 class ImageView : public QWidget {
   Q_OBJECT
   Q_PROPERTY(QIcon image READ image WRITE setImage)
