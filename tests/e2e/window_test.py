@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
@@ -206,17 +207,47 @@ class Window(WindowJourney):
         gone.unlink()
         self.open_window()
         self.wait_for_card("gone", "file missing")
-        # A path that is copied from anywhere can be pasted.
-        self.key("ctrl+f")
-        self.type(str(self.clips))
-        self.key("ctrl+a", "ctrl+c", "Escape")
-        self.wait_for_titles("gone", "Silk", "Dunes", "Aurora")
-        self.key("ctrl+v")
+        self.paste(self.clips)
         self.wait_for_titles("red", "gone", "Silk", "Dunes", "Aurora")
         self.find("label", "Added: 1. Found again: 1. Cannot be played: 1.")
         self.photograph("added")
         card = self.wait_for_card("gone", "")
         wait_for(lambda: "missing" not in card.name, "the file that was found again")
+        self.close_window()
+
+    def paste(self, path):
+        """Pastes a path that was copied from anywhere, here from the search."""
+        self.key("ctrl+f")
+        self.type(str(path))
+        self.key("ctrl+a", "ctrl+c", "Escape", "ctrl+v")
+
+    def test_killed_while_it_imports(self):
+        session = self.session
+        many = session.folder / "many"
+        many.mkdir()
+        clip = (self.clips / "red.mp4").read_bytes()
+        for number in range(200):
+            # A box at its end that readers ignore makes it another video.
+            (many / f"{number:03}.mp4").write_bytes(clip + struct.pack(">I4sI", 12, b"free", number))
+        count = lambda: self.query("select count(*) from LocalVideos")[0][0]
+        self.open_window()
+        self.wait_for_titles("Silk", "Dunes", "Aurora")
+        self.paste(many)
+        wait_for(lambda: count() > 10, "some of the videos")
+        self.find("label", "Adding ")
+        self.photograph("importing")
+        self.window.kill()
+        self.window.wait()
+        session.programs.remove(self.window)
+        self.assertLess(count(), 203)
+        self.assertEqual(self.query("pragma integrity_check"), [("ok",)])
+        self.open_window()
+        wait_for(lambda: self.grid.child_count() == count(), "the videos that were added before")
+        self.paste(many)
+        wait_for(lambda: self.grid.child_count() == 203, "all videos", seconds=60)
+        self.find("label", "Added: ")
+        covers = {each.stem for each in (session.library_file.parent / "Covers").glob("*")}
+        self.assertEqual(covers, {sign for (sign,) in self.query("select sign from LocalVideos where imgurl != ''")})
         self.close_window()
 
     def test_files_are_dropped(self):
