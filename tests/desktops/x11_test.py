@@ -6,10 +6,14 @@ The programs that show icons run with their window managers. A desktop whose pro
 import json
 import pathlib
 import shutil
+import subprocess
 import sys
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+import Xlib.display  # noqa: E402
+import Xlib.X  # noqa: E402
+import Xlib.Xatom  # noqa: E402
 from menu_test import Panel  # noqa: E402
 from PIL import Image, ImageChops  # noqa: E402
 from session import wait_for  # noqa: E402
@@ -211,6 +215,50 @@ class Lxqt(DesktopJourney):
         self.start_desktop()
         wait_for(lambda: "icons are left out" in self.placement()[0], lambda: str(self.placement()))
         session.wait_for_pixels({FREE: GREEN, (1680, 300): GREEN}, "the video under the icons")
+
+
+class TransparentDesktop(Journey):
+    """A desktop as GNOME's and Cinnamon's: icons in a window that is transparent around them, under a compositor."""
+
+    ICON, COLOUR = (40, 40, 64, 64), (48, 80, 192)
+
+    def show_icon(self):
+        display = Xlib.display.Display(self.session.desktop.name)
+        self.addCleanup(display.close)
+        screen = display.screen()
+        depth = next(each for each in screen.allowed_depths if each.depth == 32)
+        visual = next(each.visual_id for each in depth.visuals if each.visual_class == Xlib.X.TrueColor)
+        colours = {"colormap": screen.root.create_colormap(visual, Xlib.X.AllocNone), "background_pixel": 0, "border_pixel": 0}
+        window = screen.root.create_window(0, 0, 1280, 720, 0, 32, Xlib.X.InputOutput, visual, **colours)
+        desktop = [display.intern_atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
+        window.change_property(display.intern_atom("_NET_WM_WINDOW_TYPE"), Xlib.Xatom.ATOM, 32, desktop)
+        red, green, blue = self.COLOUR
+        pen = window.create_gc(foreground=255 << 24 | red << 16 | green << 8 | blue)
+        window.change_attributes(event_mask=Xlib.X.ExposureMask)
+        window.map()
+        while display.next_event().type != Xlib.X.Expose:
+            pass
+        window.fill_rectangle(pen, *self.ICON)
+        display.sync()
+        return window
+
+    def test_the_wallpaper_lies_below(self):
+        session = self.begin(("green", self.green), manager="openbox")
+        session.start("picom", "--config", "/dev/null", "--backend", "xrender", stderr=subprocess.DEVNULL)
+        window = self.show_icon()
+        icon, beside = (70, 70), {(20, 20): GREEN, (150, 150): GREEN, FREE: GREEN, (1680, 300): GREEN}
+        session.start_agent()
+        panel = Panel(session)
+        session.wait_for_pixels({icon: self.COLOUR, **beside}, "the video below the icon")
+        panel.click("Hide Desktop Icon")
+        session.wait_for_pixels({icon: GREEN, **beside}, "the video in front of the icon")
+        panel.click("Hide Desktop Icon")
+        session.wait_for_pixels({icon: self.COLOUR, **beside}, "the icon again")
+        window.destroy()
+        window.display.flush()
+        session.wait_for_pixels({icon: GREEN, **beside}, "no icons")
+        self.show_icon()
+        session.wait_for_pixels({icon: self.COLOUR, **beside}, "an icon that came after the wallpaper")
 
 
 if __name__ == "__main__":

@@ -7,6 +7,8 @@ import time
 import unittest
 
 import dbus
+import Xlib.display
+import Xlib.X
 
 from session import WaylandSession, make_clip, wait_for
 from wallpaper_test import BUILD, GREEN, WHITE, Journey
@@ -17,6 +19,13 @@ NAME, PATH, INTERFACE = "com.dravo.quilex.QuilexHelper", "/com/dravo/quilex/Agen
 # The clip becomes lighter all the time.
 SECONDS = 60
 SHADES = 219 / SECONDS
+
+
+def changes(picture):
+    """Whether the picture changes within a moment; use it with wait_for."""
+    first = picture()
+    time.sleep(0.2)
+    return picture() != first
 
 
 class StandstillJourney(Journey):
@@ -227,8 +236,11 @@ class Standstill(StandstillJourney):
         full = lambda window, action: session.run("wmctrl", "-i", "-r", window, "-b", action + ",fullscreen")
         full(first, "add")
         session.wait_for_pixels({(640, 360): WHITE}, "a full-screen window")
-        # One monitor shows it still.
+        # One monitor shows it still; for the other, nothing is drawn.
         self.wait_to_move((1280, 300, 800, 300))
+        contents = {session.geometry(window)[0]: self.contents(window) for window in session.windows()}
+        self.assertTrue(changes(contents[1280]))
+        wait_for(lambda: not changes(contents[0]), "a window in which nothing is drawn")
         self.assertEqual(self.reasons(), [])
         full(second, "add")
         session.wait_for_pixels({(640, 360): WHITE, (1680, 300): WHITE}, "full-screen windows on both monitors")
@@ -248,6 +260,12 @@ class Standstill(StandstillJourney):
             wait_for(lambda: self.reasons() == covered, lambda: f"nothing to be seen after {back}")
         full(first, "remove")
         self.goes_on()
+        self.wait_to_move((0, 0, 1280, 720))
+
+    def contents(self, window):
+        """A function that returns what the window holds, seen or not, as the compositing manager has it."""
+        drawable = Xlib.display.Display(self.session.desktop.name).create_resource_object("window", window)
+        return lambda: drawable.get_image(0, 0, 400, 300, Xlib.X.ZPixmap, 0xFFFFFFFF).data
 
     def make_window(self, geometry):
         known = set(self.session.run("xdotool", "search", "--onlyvisible", "--name", "Event Tester").split())

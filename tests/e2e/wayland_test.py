@@ -177,8 +177,9 @@ class WaylandOutputs(Journey):
         session.wait_for_pixels({(400, 300): GREEN}, "the wallpaper", 1)
         mouse.click(1600, 300, 2080, 720, "left")
         session.desktop.unplug(0)  # an event that comes after the press
-        displays = lambda: json.loads(session.run(session.programs_folder / "quilex", "doctor", "--json"))["displays"]
-        wait_for(lambda: len(displays()) == 1, "the agent to have heard of the unplugged output")
+        report = lambda: json.loads(session.run(session.programs_folder / "quilex", "doctor", "--json"))
+        wait_for(lambda: len(report()["displays"]) == 1, "the agent to have heard of the unplugged output")
+        self.assertRegex(report()["desktop"]["placement"], "^background layer")
         self.assertEqual([line for line in session.output().splitlines() if line in lines], lines)
 
 

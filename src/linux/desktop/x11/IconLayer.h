@@ -9,15 +9,16 @@ namespace quilex {
 
 /// The icons that another program shows on the desktop.
 struct IconLayer {
+  /// Of several windows with icons, the last kind among theirs counts.
   enum class Kind {
     /// No program shows icons.
     none,
+    /// Its windows have a background from which the icons cannot be told.
+    opaque,
     /// Its windows are transparent around the icons, so the wallpaper may lie below.
     transparent,
     /// Its windows have a background, and `icons` is known. The wallpaper may lie above, without these pixels.
-    separable,
-    /// Its windows have a background from which the icons cannot be told.
-    opaque
+    separable
   };
 
   Kind kind = Kind::none;

@@ -143,6 +143,10 @@ void IconReader::look() {
   if (std::exchange(isListStale_, false)) {
     findWindows();
   }
+  if (wallpapers_.empty() && layer_.kind != IconLayer::Kind::none) {
+    // All is looked at when the wallpaper is shown again.
+    return;
+  }
   const auto pixmap = xcbProperty(connection_.get(), root_, atoms_[Atom::xRootPixmap], XCB_ATOM_PIXMAP);
   IconLayer layer;
   for (const auto& window : windows_) {
@@ -157,11 +161,8 @@ void IconReader::look() {
     }
     const auto icons = window->icons();
     layer.icons.insert(layer.icons.end(), icons.begin(), icons.end());
-    // What can be separated on one monitor is shown there; an opaque window beside it is then seen as a whole.
-    const bool isFirst = layer.kind == IconLayer::Kind::none;
-    if (isFirst || (layer.kind == IconLayer::Kind::opaque && window->kind() != IconLayer::Kind::opaque)) {
-      layer.kind = window->kind();
-    }
+    // If the wallpaper has to lie above one of them, the others are left out of it too, an opaque one as a whole.
+    layer.kind = std::max(layer.kind, window->kind());
   }
   order(layer);
   if (layer != layer_) {
@@ -260,25 +261,21 @@ void IconReader::buttonEvent(const xcb_ge_generic_event_t& event) {
   }
 }
 
-// A window whose icons are left out does not count, since it is above the wallpaper for a moment now and then.
+// A window whose icons are left out counts as the wallpaper, since it is above it for a moment now and then.
 bool IconReader::isWallpaperAt(int x, int y) const {
+  std::vector<xcb_window_t> seen = wallpapers_;
+  if (layer_.kind == IconLayer::Kind::separable) {
+    std::ranges::transform(windows_, std::back_inserter(seen), [](const auto& window) { return window->id(); });
+  }
   const xcb_window_t topmost = topmostAt(x, y);
-  const bool isLeftOut =
-      layer_.kind == IconLayer::Kind::separable &&
-      std::ranges::any_of(windows_, [&](const auto& window) { return toplevelOf(window->id()) == topmost; });
-  return (isLeftOut || isOwn(topmost)) && !isIconAt(x, y);
+  return !isIconAt(x, y) &&
+         std::ranges::any_of(seen, [&](xcb_window_t window) { return toplevelOf(window) == topmost; });
 }
 
 bool IconReader::isIconAt(int x, int y) const {
   return layer_.kind == IconLayer::Kind::separable && std::ranges::any_of(layer_.icons, [&](const PixelRect& icon) {
            return x >= icon.x && x < icon.x + icon.width && y >= icon.y && y < icon.y + icon.height;
          });
-}
-
-bool IconReader::isOwn(xcb_window_t toplevel) const {
-  const auto inside = xcbChildren(connection_.get(), toplevel);
-  return isDesktop(toplevel, true) ||
-         std::ranges::any_of(inside, [this](xcb_window_t window) { return isDesktop(window, true); });
 }
 
 // Windows that take input without showing anything do not count.

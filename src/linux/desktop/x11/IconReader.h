@@ -49,7 +49,6 @@ class IconReader {
   void order(IconLayer& layer) const;
   xcb_window_t toplevelOf(xcb_window_t window) const;
   bool isDesktop(xcb_window_t window, bool own) const;
-  bool isOwn(xcb_window_t toplevel) const;
   bool isWallpaperAt(int x, int y) const;
   bool isIconAt(int x, int y) const;
   xcb_window_t topmostAt(int x, int y) const;

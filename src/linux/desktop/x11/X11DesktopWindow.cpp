@@ -95,9 +95,18 @@ void X11DesktopWindow::setContent(std::unique_ptr<VideoView> view, std::function
       show();
     }
   });
-  if (mapped_ && !obscured_) {
-    content_->setTarget(target_.get());
-    content_->repaint();
+  updateTarget();
+  content_->repaint();
+}
+
+void X11DesktopWindow::updateTarget() {
+  content_->setTarget(mapped_ && !isObscured() ? target_.get() : nullptr);
+}
+
+void X11DesktopWindow::setCovered(bool isCovered) {
+  if (std::exchange(covered_, isCovered) != isCovered && content_) {
+    updateTarget();
+    content_->catchUp();
   }
 }
 
@@ -134,7 +143,7 @@ void X11DesktopWindow::show() {
 void X11DesktopWindow::withdraw() {
   mapped_ = false;
   if (content_) {
-    content_->setTarget(nullptr);
+    updateTarget();
   }
   xcb_unmap_window(x11_.xcb(), window_.id());
   xcb_unmap_notify_event_t withdrawn = {};
@@ -290,7 +299,7 @@ void X11DesktopWindow::handle(const xcb_generic_event_t& event) {
 void X11DesktopWindow::exposed(const xcb_expose_event_t& event) {
   if (event.window == window_.id() && event.count == 0 && mapped_ && content_) {
     obscured_ = false;
-    content_->setTarget(target_.get());
+    updateTarget();
     content_->repaint();
     view_->drawRect({0, 0, screen_.width, screen_.height});
   }
@@ -299,7 +308,7 @@ void X11DesktopWindow::exposed(const xcb_expose_event_t& event) {
 void X11DesktopWindow::visibilityChanged(const xcb_visibility_notify_event_t& event) {
   if (event.window == window_.id() && mapped_ && content_) {
     obscured_ = event.state == XCB_VISIBILITY_FULLY_OBSCURED;
-    content_->setTarget(obscured_ ? nullptr : target_.get());
+    updateTarget();
   }
 }
 

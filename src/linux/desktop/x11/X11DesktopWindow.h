@@ -38,7 +38,10 @@ class X11DesktopWindow {
   void settle();
   bool isMapped() const { return mapped_; }
   /// Whether other windows cover all of it.
-  bool isObscured() const { return obscured_; }
+  bool isObscured() const { return obscured_ || covered_; }
+  /// To be called when a full-screen window begins or ceases to hide it. Under a compositing manager the server does
+  /// not notice that.
+  void setCovered(bool isCovered);
   /// Puts the window into its place in the order again.
   void reassert();
   /// Does that for window managers that keep the order in which windows were mapped.
@@ -66,6 +69,8 @@ class X11DesktopWindow {
   void restack();
   void restackUnmanaged();
   xcb_window_t topmostForeignDesktop() const;
+  /// Has frames drawn only while they can be seen.
+  void updateTarget();
   void exposed(const xcb_expose_event_t& event);
   void visibilityChanged(const xcb_visibility_notify_event_t& event);
   void keepPlace(const xcb_configure_notify_event_t& event);
@@ -91,6 +96,7 @@ class X11DesktopWindow {
   bool wanted_ = false;
   bool mapped_ = false;
   bool obscured_ = false;
+  bool covered_ = false;
   bool misplaced_ = false;
   bool pressed_ = false;
   int corrections_ = 0;

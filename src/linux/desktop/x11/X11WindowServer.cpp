@@ -27,7 +27,7 @@ X11WindowServer::X11WindowServer(X11Connection& x11, VideoOutput& output, MakeX1
       makeTarget_(std::move(makeTarget)),
       runLoop_(loop),
       monitors_(x11),
-      coverage_(x11, loop, [this] { coverMayHaveChanged(); }),
+      coverage_(x11, loop, [this] { coverageChanged(); }),
       windows_(loop, [this] { ordered(); }),
       placed_(std::move(placed)),
       events_(x11.observeEvents([this](const auto& event) { handle(event); })),
@@ -54,6 +54,7 @@ std::unique_ptr<WallpaperWindow> X11WindowServer::makeWallpaperWindow(const Scre
                        [&] {
                          auto made = std::make_unique<X11DesktopWindow>(x11_, output_, makeTarget_, screen.frame);
                          made->setIcons(watcher_.icons());
+                         made->setCovered(coverage_.covers(screen.frame));
                          return made;
                        });
 }
@@ -129,11 +130,18 @@ bool X11WindowServer::isCovered() const {
   bool anyMapped = false;
   for (const X11DesktopWindow* window : windows_.all()) {
     anyMapped = anyMapped || window->isMapped();
-    if (window->isMapped() && !window->isObscured() && !coverage_.covers(window->place())) {
+    if (window->isMapped() && !window->isObscured()) {
       return false;
     }
   }
   return anyMapped;
+}
+
+void X11WindowServer::coverageChanged() {
+  for (X11DesktopWindow* window : windows_.all()) {
+    window->setCovered(coverage_.covers(window->place()));
+  }
+  coverMayHaveChanged();
 }
 
 // Each window has an event of its own.

@@ -38,6 +38,7 @@ class X11WindowServer : public WindowServer {
   void rootPropertyChanged(xcb_atom_t name);
   void ordered();
   bool isCovered() const;
+  void coverageChanged();
   void coverMayHaveChanged();
   void checkOcclusion();
   void iconsChanged();
