@@ -32,6 +32,7 @@ struct LibraryWindowTest : AdapterTest {
     setenv("XDG_CONFIG_HOME", (folder + "config").c_str(), 1);
     setenv("XDG_DATA_HOME", (folder + "data").c_str(), 1);
   }
+  ~LibraryWindowTest() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
   static VideoDetail video(int number, const std::string& title, std::int64_t seconds = 0, int width = 0) {
     VideoDetail video;
