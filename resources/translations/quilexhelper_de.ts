@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>Dieser Schreibtisch hat keine Statusleiste für das Menü des Hintergrunds. Alles aus diesem Menü geht auch hier.</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>Das Bild steht still (%1).</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

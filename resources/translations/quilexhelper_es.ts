@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>Este escritorio no tiene un área de estado para el menú del fondo. Todo lo de ese menú se puede hacer aquí.</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>La imagen está detenida (%1).</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

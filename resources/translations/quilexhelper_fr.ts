@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>Ce bureau n’a pas de zone d’état pour le menu du fond d’écran. Tout ce que contient ce menu peut se faire ici.</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>L’image est arrêtée (%1).</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>このデスクトップには壁紙のメニューを表示する場所がありません。メニューの操作はすべてここでできます。</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>映像は停止しています (%1)。</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

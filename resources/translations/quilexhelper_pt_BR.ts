@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>Esta área de trabalho não tem área de status para o menu do papel de parede. Tudo o que há nesse menu pode ser feito aqui.</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>A imagem está parada (%1).</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

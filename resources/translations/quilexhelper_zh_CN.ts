@@ -239,6 +239,10 @@
         <source>This desktop has no status area for the wallpaper&apos;s menu. Everything in that menu can be done here.</source>
         <translation>此桌面没有用于壁纸菜单的状态区域。该菜单中的一切都可以在此完成。</translation>
     </message>
+    <message>
+        <source>The picture stands still because %1.</source>
+        <translation>画面已停止（%1）。</translation>
+    </message>
 </context>
 <context>
     <name>quilex::LibraryModel</name>

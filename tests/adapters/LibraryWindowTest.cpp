@@ -32,6 +32,7 @@ struct LibraryWindowTest : AdapterTest {
     setenv("XDG_CONFIG_HOME", (folder + "config").c_str(), 1);
     setenv("XDG_DATA_HOME", (folder + "data").c_str(), 1);
   }
+  ~LibraryWindowTest() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
   static VideoDetail video(int number, const std::string& title, std::int64_t seconds = 0, int width = 0) {
     VideoDetail video;
@@ -103,7 +104,10 @@ TEST_F(LibraryWindowTest, CardsAreSearchedAndOrdered) {
   EXPECT_EQ(shownTitle("\u202Egpj.exe\u2066"), "gpj.exe") << "marks that turn the text";
   EXPECT_LE(shownTitle(std::string(10'000, 'x')).size(), 300);
   EXPECT_EQ(shownTitle("\xff\xfe"), QString(2, QChar(0xfffd)));
-  EXPECT_EQ(durationText(3605), "1:00:05");
+  EXPECT_EQ(durationText(3605) + durationText(-5), "1:00:050:00");
+  VideoDetail untitled = video(1, "");
+  untitled.url = "file:///videos/a%20name.mp4";
+  EXPECT_EQ(makeCards({untitled})[0].title, "a name");
 }
 
 TEST_F(LibraryWindowTest, RowsKeepTheirIndexesAndSayWhatTheyShow) {

@@ -81,6 +81,14 @@ class AccessibleSession:
         return wait_for(find, f"the program {name}")
 
 
+def names(root, role):
+    """The names of all objects of that role; none if the tree changed while it was read."""
+    try:
+        return [each.name for each in root.tree(60) if each.role == role]
+    except dbus.DBusException:
+        return []
+
+
 def find(root, role, name):
     """The object below root with that role and a name that begins so; waits for it."""
 

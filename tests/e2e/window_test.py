@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
@@ -9,7 +10,7 @@ import unittest
 
 import dbus
 import dbus.bus
-from accessibility import AccessibleSession, find
+from accessibility import AccessibleSession, find, names
 
 from session import Session, WaylandSession, make_clip, wait_for
 
@@ -106,8 +107,15 @@ class Window(WindowJourney):
         self.photograph("running")
         # Everything that can be used has a name.
         used = ("push button", "check box", "radio button", "slider", "text", "list", "combo box", "menu item")
-        shown = [each for each in self.tree.tree() if each.role in used and SHOWING in each.states()]
-        self.assertEqual([each.role for each in shown if not each.name], [])
+
+        def nameless():
+            try:
+                shown = [each for each in self.tree.tree() if each.role in used and SHOWING in each.states()]
+                return [each.role for each in shown if not each.name]
+            except dbus.DBusException:
+                return None  # the tree changed while it was read
+
+        wait_for(lambda: nameless() == [], lambda: f"no names: {nameless()}")
         self.close_window()
         for agent in self.agents():
             os.kill(agent, 15)
@@ -165,7 +173,7 @@ class Window(WindowJourney):
         wait_for(lambda: volume.value() == 25, "the volume of another program")
         # A monitor is pulled out.
         session.desktop.set_monitors([self.monitors[0], None])
-        view = next(each for each in self.tree.tree() if each.name == "Monitors")
+        view = self.find("filler", "Monitors")
         wait_for(lambda: view.child_count() == 1, "one monitor")
         session.desktop.set_monitors(self.monitors)
         wait_for(lambda: view.child_count() == 2, "two monitors")
@@ -185,14 +193,34 @@ class Window(WindowJourney):
         self.assertEqual(rows(), before)
         session.wait_for_pixels(corner, "the video that came back")
 
-        # A title is changed in place.
+        # Buttons of the panel, and the keyboard on a card.
+        shown = session.settings()["CurrentVideoSign"]
+        self.find("push button", "Next video").press()
+        wait_for(lambda: session.settings()["CurrentVideoSign"] != shown, "the next video")
+        self.find("push button", "Pause").press()
+        wait_for(lambda: session.settings()["isPlaying"] is False, "the pause")
+        asked = self.start_file_manager()
         self.click(self.wait_for_card("red", ""))
+        self.key("ctrl+e")
+        wait_for(lambda: (self.clips / "red.mp4").as_uri() in asked(), "the file manager")
         self.key("F2", "ctrl+a")
         self.type("crimson")
         self.key("Return")
         wait_for(lambda: "crimson" in rows(), "the new title")
         self.close_window()
         self.assertEqual(session.end_agent(), 0)
+
+    def start_file_manager(self):
+        """Starts a mocked file manager; returns the function that tells what it was asked for."""
+        name, path = "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1"
+        log = self.session.folder / "file-manager"
+        mock = ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", str(log), name, path, name]
+        self.session.start(*mock)
+        bus = dbus.bus.BusConnection(self.session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        wait_for(lambda: bus.name_has_owner(name), "the file manager's name")
+        manager = dbus.Interface(bus.get_object(name, path), "org.freedesktop.DBus.Mock")
+        manager.AddMethod(name, "ShowItems", "ass", "", "")
+        return log.read_text
 
     def query(self, text):
         with self.session.library() as database:
@@ -206,17 +234,52 @@ class Window(WindowJourney):
         gone.unlink()
         self.open_window()
         self.wait_for_card("gone", "file missing")
-        # A path that is copied from anywhere can be pasted.
-        self.key("ctrl+f")
-        self.type(str(self.clips))
-        self.key("ctrl+a", "ctrl+c", "Escape")
-        self.wait_for_titles("gone", "Silk", "Dunes", "Aurora")
-        self.key("ctrl+v")
+        self.paste(self.clips)
         self.wait_for_titles("red", "gone", "Silk", "Dunes", "Aurora")
         self.find("label", "Added: 1. Found again: 1. Cannot be played: 1.")
         self.photograph("added")
         card = self.wait_for_card("gone", "")
         wait_for(lambda: "missing" not in card.name, "the file that was found again")
+        self.close_window()
+
+    def paste(self, path):
+        """Pastes a path that was copied from anywhere, here from the search."""
+        self.key("ctrl+f")
+        self.type(str(path))
+        self.key("ctrl+a", "ctrl+c", "Escape", "ctrl+v")
+
+    def test_killed_while_it_imports(self):
+        session = self.session
+        many = session.folder / "many"
+        many.mkdir()
+        clip = (self.clips / "red.mp4").read_bytes()
+        for number in range(200):
+            # A box at its end that readers ignore makes it another video.
+            (many / f"{number:03}.mp4").write_bytes(clip + struct.pack(">I4sI", 12, b"free", number))
+        count = lambda: self.query("select count(*) from LocalVideos")[0][0]
+        self.open_window()
+        self.wait_for_titles("Silk", "Dunes", "Aurora")
+        self.paste(many)
+        wait_for(lambda: count() > 10, "some of the videos")
+        self.find("label", "Adding ")
+        self.photograph("importing")
+        self.window.kill()
+        self.window.wait()
+        session.programs.remove(self.window)
+        self.assertLess(count(), 203)
+        self.assertEqual(self.query("pragma integrity_check"), [("ok",)])
+        self.open_window()
+        wait_for(lambda: self.grid.child_count() == count(), "the videos that were added before")
+        self.paste(many)
+        self.find("push button", "Cancel").press()
+        told = lambda: names(self.tree, "label")
+        wait_for(lambda: any("The rest was cancelled." in each for each in told()), lambda: f"the end of it: {told()}")
+        self.assertLess(count(), 203)
+        self.paste(many)
+        wait_for(lambda: self.grid.child_count() == 203, "all videos", seconds=60)
+        self.find("label", "Added: ")
+        covers = {each.stem for each in (session.library_file.parent / "Covers").glob("*")}
+        self.assertEqual(covers, {sign for (sign,) in self.query("select sign from LocalVideos where imgurl != ''")})
         self.close_window()
 
     def test_files_are_dropped(self):

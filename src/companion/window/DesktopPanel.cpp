@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <cmath>
 
+#include "companion/Diagnosis.h"
+#include "companion/Text.h"
 #include "settings/SettingsKeys.h"
 
 namespace quilex {
@@ -179,11 +181,21 @@ void DesktopPanel::follow() {
   monitors_->setMonitors(monitors());
   monitors_->setPicture(shown);
   title_->setText(card != nullptr ? card->title : tr("No video is chosen"));
-  const bool lacksPanel =
-      parts_.agent.state() == AgentWatcher::State::running && parts_.agent.status().statusItem == "none";
-  hint_->setText(lacksPanel ? tr("This desktop has no status area for the wallpaper's menu. Everything in that menu "
-                                 "can be done here.")
-                            : QString());
+  hint_->setText(hint());
+}
+
+QString DesktopPanel::hint() const {
+  const AgentStatus& status = parts_.agent.status();
+  const bool isMeantToMove =
+      parts_.settings.value<bool>(settings::kIsOpenPlayer) && parts_.settings.value<bool>(settings::kIsPlaying);
+  if (isMeantToMove && !status.standsStillBecause.empty()) {
+    const QString reasons = QString::fromStdString(cleanText(joined(status.standsStillBecause)));
+    return tr("The picture stands still because %1.").arg(reasons);
+  }
+  if (parts_.agent.state() == AgentWatcher::State::running && status.statusItem == "none") {
+    return tr("This desktop has no status area for the wallpaper's menu. Everything in that menu can be done here.");
+  }
+  return {};
 }
 
 }  // namespace quilex

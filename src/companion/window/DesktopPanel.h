@@ -35,6 +35,8 @@ class DesktopPanel : public QWidget {
  private:
   void follow();
   void followVolume();
+  /// What a person may wonder about.
+  QString hint() const;
   std::vector<MonitorPlace> monitors() const;
 
   Parts parts_;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "companion/Text.h"
+#include "library/FileURL.h"
 
 namespace quilex {
 
@@ -23,6 +24,13 @@ QString searchable(const QString& text) {
     }
   }
   return plain.toCaseFolded();
+}
+
+// A video without a title has the name of its file.
+QString cardTitle(const VideoDetail& video) {
+  const QString title = shownTitle(video.title);
+  const auto file = title.isEmpty() ? localPath(video.url) : std::nullopt;
+  return file ? shownTitle(file->stem().string()) : title;
 }
 
 }  // namespace
@@ -46,7 +54,7 @@ std::vector<VideoCard> makeCards(const std::vector<VideoDetail>& videos) {
   cards.reserve(videos.size());
   std::map<std::string, std::size_t> places;
   for (const VideoDetail& video : videos) {
-    const QString title = shownTitle(video.title);
+    const QString title = cardTitle(video);
     VideoCard card{video, title, searchable(title), collator.sortKey(title)};
     const auto [known, isNew] = places.emplace(video.sign, cards.size());
     if (isNew) {
@@ -87,7 +95,8 @@ std::vector<std::size_t> arrange(const std::vector<VideoCard>& cards, const QStr
   return indexes;
 }
 
-QString durationText(std::int64_t seconds) {
+QString durationText(std::int64_t given) {
+  const std::int64_t seconds = std::max(given, std::int64_t{0});
   const auto twoDigits = [](std::int64_t number) {
     return QString::number(number).rightJustified(2, QLatin1Char('0'));
   };

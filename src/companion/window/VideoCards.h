@@ -12,7 +12,8 @@ namespace quilex {
 /// A video as the window shows it.
 struct VideoCard {
   VideoDetail video;
-  /// On one line, without characters that would change the text around it, and of a length that can be drawn.
+  /// The title, or the name of the file if there is none: on one line, without characters that would change the text
+  /// around it, and of a length that can be drawn.
   QString title;
   /// The title as the search compares it: without case, accents and differences of width.
   QString searchedTitle;
@@ -32,8 +33,8 @@ std::vector<std::size_t> arrange(const std::vector<VideoCard>& cards, const QStr
 /// A title as `VideoCard::title` has it.
 QString shownTitle(const std::string& title);
 
-/// "1:05", "1:00:05".
-QString durationText(std::int64_t seconds);
+/// "1:05", "1:00:05"; "0:00" for less than nothing.
+QString durationText(std::int64_t given);
 /// "3840 × 2160"; empty if the size is not known.
 QString sizeText(const VideoDetail& video);
 

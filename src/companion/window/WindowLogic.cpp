@@ -24,6 +24,7 @@ namespace quilex {
 namespace {
 
 constexpr int kEndMilliseconds = 3000;
+constexpr const char* kAuthorOfLoops = "QuilexHelper";
 
 QString told(const std::string& message) {
   QString text = QString::fromStdString(cleanText(message));
@@ -58,6 +59,8 @@ void WindowLogic::deliver(Result<std::vector<VideoCard>> cards) {
   if (cards) {
     covers.forgetFailures();
     missing_.expire();
+    const auto isLoop = [](const VideoCard& card) { return card.video.author == kAuthorOfLoops; };
+    hasOnlyLoops_ = !cards->empty() && std::ranges::all_of(*cards, isLoop);
     model.setCards(*std::move(cards));
   }
   emit libraryRead();
@@ -174,7 +177,11 @@ void WindowLogic::startAgent() {
 }
 
 bool WindowLogic::isFirstUse() const {
-  return !settings.value<bool>(settings::kAlreadyImportVideo);
+  return hasOnlyLoops_ && !settings.value<bool>(settings::kAlreadyImportVideo);
+}
+
+QString WindowLogic::settingsProblem() const {
+  return told(settings.problem());
 }
 
 void WindowLogic::end() {

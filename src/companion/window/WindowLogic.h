@@ -69,6 +69,8 @@ class WindowLogic : public QObject {
   void cardSeen(const VideoCard& card) { missing_.ask(card.video.sign, card.video.url); }
   /// Whether the library has never been filled by a person.
   bool isFirstUse() const;
+  /// Why the settings cannot be read; empty if they can.
+  QString settingsProblem() const;
   /// Why the library cannot be read; empty if it can.
   const QString& libraryProblem() const { return libraryProblem_; }
   /// Completes what has been begun, for some seconds at most.
@@ -103,6 +105,8 @@ class WindowLogic : public QObject {
   LibraryFeed feed_{work_, runLoop_, notifications_,
                     [this](Result<std::vector<VideoCard>> cards) { deliver(std::move(cards)); }};
   QString libraryProblem_;
+  /// Whether the library holds nothing but the loops that come with the program.
+  bool hasOnlyLoops_ = false;
   /// The video that is about to be shown.
   std::optional<std::string> chosen_;
   std::vector<Undoable> removals_;

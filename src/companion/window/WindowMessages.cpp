@@ -40,8 +40,8 @@ void LibraryWindow::followAgent() {
 
 void LibraryWindow::followLibrary() {
   const LibraryModel& model = logic_.model;
-  const QString settingsProblem = QString::fromStdString(logic_.settings.problem());
-  const QString problem = logic_.libraryProblem().isEmpty() ? settingsProblem : logic_.libraryProblem();
+  const bool isReadable = logic_.libraryProblem().isEmpty();
+  const QString problem = isReadable ? logic_.settingsProblem() : logic_.libraryProblem();
   if (problem != shownProblem_) {
     shownProblem_ = problem;
     if (problem.isEmpty()) {
@@ -50,7 +50,7 @@ void LibraryWindow::followLibrary() {
       note_->showMessage({problem, {}, {}});
     }
   }
-  if (!logic_.libraryProblem().isEmpty()) {
+  if (!isReadable) {
     view_->setEmptyText(tr("The library cannot be read"), logic_.libraryProblem());
   } else if (!model.isLoaded()) {
     view_->setEmptyText({}, {});

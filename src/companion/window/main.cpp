@@ -2,6 +2,7 @@
 #include <xcb/xcb.h>
 
 #include <QApplication>
+#include <QEvent>
 #include <QLocale>
 #include <QStringList>
 #include <chrono>
@@ -93,5 +94,8 @@ int main(int argc, char** argv) {
   QGuiApplication::setDesktopFileName(QStringLiteral("com.dravo.quilex.macOS"));
   silentBuses.reset();
   const auto termination = EndDeadline::shared().observe([] { QCoreApplication::quit(); });
-  return run();
+  const int status = run();
+  // What was left for the event loop to delete, which has ended.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  return status;
 }
