@@ -12,19 +12,18 @@
 #include <system_error>
 #include <utility>
 
+#include "companion/Changes.h"
 #include "companion/FileDigest.h"
-#include "companion/Interruption.h"
 #include "companion/MediaFile.h"
 #include "companion/Text.h"
 #include "library/FileURL.h"
+#include "settings/SettingsKeys.h"
 
 namespace quilex {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr qsizetype kLongestShownName = 40;
 
 struct Imported {
   VideoLibrary::Addition how;
@@ -85,20 +84,20 @@ VideoDetail describe(const fs::path& path, std::uintmax_t size, const MediaFacts
   return video;
 }
 
-Result<Imported> importVideo(const std::string& given, VideoLibrary& library,
-                             const std::function<void(std::uintmax_t)>& showPercent) {
+Result<Imported> importVideo(std::size_t index, const std::string& given, VideoLibrary& library,
+                             ImportListener& listener) {
   const auto path = locate(given);
   if (!path) {
     return failed(path.error());
   }
   const FileState before = stateOf(*path);
-  auto media = MediaFile::open(*path);
+  auto media = MediaFile::open(*path, [&listener] { return listener.isInterrupted(); });
   if (!media) {
     return failed(media.error());
   }
   const auto digest = fileDigest(*path, [&](std::uintmax_t bytes) {
-    showPercent(bytes * 100 / before.size);
-    return !interrupted();
+    listener.reading(index, given, static_cast<unsigned>(bytes * 100 / before.size));
+    return !listener.isInterrupted();
   });
   if (!digest) {
     return failed(digest.error());
@@ -114,51 +113,46 @@ Result<Imported> importVideo(const std::string& given, VideoLibrary& library,
   return library.add(video, makeCover).map([&](VideoLibrary::Addition how) { return Imported{how, video}; });
 }
 
-std::string shortName(const std::string& file) {
-  const QString name = QString::fromStdString(cleanText(fs::path(file).filename().string()));
-  return (name.size() <= kLongestShownName ? name : name.left(kLongestShownName - 1) + QChar(0x2026)).toStdString();
-}
-
-std::string describe(const Imported& imported) {
-  const char* note = "";
-  switch (imported.how) {
-    case VideoLibrary::Addition::added:
-      break;
-    case VideoLibrary::Addition::moved:
-      note = " (already in the library; it now plays from its new place)";
-      break;
-    case VideoLibrary::Addition::known:
-      note = " (already in the library)";
-      break;
-  }
-  return imported.video.sign + "  " + imported.video.title + note;
-}
-
 }  // namespace
 
-ImportCount importVideos(const std::vector<std::string>& files, VideoLibrary& library) {
+Result<ImportCount> importVideos(const std::vector<std::string>& files, ImportListener& listener) {
+  const auto settings = Settings::open();
+  if (!settings) {
+    return failed(settings.error());
+  }
+  const auto library = openLibrary();
+  if (!library) {
+    return failed(library.error());
+  }
+  const auto before = (*library)->videos();
+  if (!before) {
+    return failed(before.error());
+  }
+  const auto current = valueInForce<std::string>((*settings)->suite(), settings::kCurrentVideoSign);
   ImportCount count;
-  Progress progress;
-  for (std::size_t index = 0; index < files.size() && !interrupted(); ++index) {
+  std::string firstSign;
+  for (std::size_t index = 0; index < files.size() && !listener.isInterrupted(); ++index) {
     const std::string& file = files[index];
-    const std::string place =
-        "[" + std::to_string(index + 1) + "/" + std::to_string(files.size()) + "] " + shortName(file) + " ";
-    const auto imported = importVideo(
-        file, library, [&](std::uintmax_t percent) { progress.show(place + std::to_string(percent) + " %"); });
-    progress.erase();
+    const auto imported = importVideo(index, file, **library, listener);
     if (imported) {
-      printLine(describe(*imported));
-      count.firstSign = count.firstSign.empty() ? imported->video.sign : count.firstSign;
+      firstSign = firstSign.empty() ? imported->video.sign : firstSign;
       ++count.inLibrary;
-    } else if (interrupted()) {
+      listener.imported(file, imported->video, imported->how);
+    } else if (listener.isInterrupted()) {
       break;
     } else {
-      printError(file + ": " + imported.error().message);
       ++count.refused;
+      listener.refused(file, imported.error().message);
     }
   }
   count.wasInterrupted = count.inLibrary + count.refused < files.size();
-  return count;
+  Outcome swept = (*library)->sweepCovers();
+  if (!firstSign.empty()) {
+    if (const auto announced = announceImport(**settings, firstSign, *before, current); !announced) {
+      return failed(announced.error());
+    }
+  }
+  return swept.map([&] { return count; });
 }
 
 }  // namespace quilex

@@ -14,7 +14,6 @@ extern "C" {
 #include <cmath>
 #include <utility>
 
-#include "companion/Interruption.h"
 #include "library/MediaFormats.h"
 
 namespace quilex {
@@ -54,7 +53,8 @@ std::int64_t countFrames(const MediaInput& input) {
 /// Decodes the frames of one stream from the input's current position.
 class FrameReader {
  public:
-  explicit FrameReader(const MediaInput& media) : input_(media.context()), stream_(media.picture()->index) {
+  FrameReader(const MediaInput& media, const MediaInput::Interrupted& interrupted)
+      : interrupted_(interrupted), input_(media.context()), stream_(media.picture()->index) {
     const AVCodecParameters* parameters = media.picture()->codecpar;
     const AVCodec* codec = avcodec_find_decoder(parameters->codec_id);
     decoder_.reset(avcodec_alloc_context3(codec));
@@ -68,7 +68,7 @@ class FrameReader {
 
   /// The next frame, valid until the next call; null at the end.
   const AVFrame* next() {
-    while (opened_ && frame_ && packet_ && !interrupted()) {
+    while (opened_ && frame_ && packet_ && !interrupted_()) {
       const int received = avcodec_receive_frame(decoder_.get(), frame_.get());
       if (received == 0) {
         return frame_.get();
@@ -94,6 +94,7 @@ class FrameReader {
     return avcodec_send_packet(decoder_.get(), nullptr) >= 0;
   }
 
+  const MediaInput::Interrupted& interrupted_;
   AVFormatContext* input_;
   int stream_;
   Owned<AVCodecContext> decoder_;
@@ -103,14 +104,14 @@ class FrameReader {
 };
 
 // The frame at that many seconds from the beginning, or the last one before; null if none can be decoded.
-Owned<AVFrame> frameAt(const MediaInput& media, double seconds) {
+Owned<AVFrame> frameAt(const MediaInput& media, double seconds, const MediaInput::Interrupted& interrupted) {
   AVFormatContext* input = media.context();
   const auto start = input->start_time != AV_NOPTS_VALUE ? input->start_time : 0;
   const auto target = start + std::llround(seconds * AV_TIME_BASE);
   if (seconds > 0) {
     av_seek_frame(input, -1, target, AVSEEK_FLAG_BACKWARD);
   }
-  FrameReader frames(media);
+  FrameReader frames(media, interrupted);
   Owned<AVFrame> latest;
   for (int count = 0; count < kCoverMostFrames; ++count) {
     const AVFrame* frame = frames.next();
@@ -152,13 +153,13 @@ QImage scaled(const AVFrame& frame, AVRational pixelShape, bool quarterTurn) {
 
 }  // namespace
 
-Result<MediaFile> MediaFile::open(const std::filesystem::path& file) {
+Result<MediaFile> MediaFile::open(const std::filesystem::path& file, MediaInput::Interrupted interrupted) {
   av_log_set_level(AV_LOG_QUIET);
   auto opened = MediaInput::open(file, interrupted);
   if (!opened) {
     return failed(opened.error());
   }
-  MediaFile media(*std::move(opened));
+  MediaFile media(*std::move(opened), std::move(interrupted));
   media.describe();
   return media;
 }
@@ -202,15 +203,15 @@ Result<std::string> MediaFile::cover() {
     return failed(std::string("cannot be decoded: no decoder for ") + avcodec_get_name(stream->codecpar->codec_id));
   }
   const double offset = std::min(description_.seconds * kCoverShare, kCoverLatestSecond);
-  auto frame = frameAt(input_, offset);
+  auto frame = frameAt(input_, offset, interrupted_);
   if (!frame) {
     // Some files can only be read from their beginning.
     if (auto whole = input_.reopen()) {
       input_ = *std::move(whole);
-      frame = frameAt(input_, 0);
+      frame = frameAt(input_, 0, interrupted_);
     }
   }
-  if (interrupted()) {
+  if (interrupted_()) {
     return failed("interrupted");
   }
   if (!frame) {

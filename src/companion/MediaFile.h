@@ -26,8 +26,8 @@ struct MediaFacts {
 /// A video file, opened with the demuxers that the wallpaper plays with and no others.
 class MediaFile {
  public:
-  /// `file` is absolute. Fails for what the wallpaper would not play.
-  static Result<MediaFile> open(const std::filesystem::path& file);
+  /// `file` is absolute. Fails for what the wallpaper would not play, and once `interrupted` says so.
+  static Result<MediaFile> open(const std::filesystem::path& file, MediaInput::Interrupted interrupted);
 
   const MediaFacts& facts() const { return description_; }
 
@@ -35,9 +35,11 @@ class MediaFile {
   Result<std::string> cover();
 
  private:
-  explicit MediaFile(MediaInput input) : input_(std::move(input)) {}
+  MediaFile(MediaInput input, MediaInput::Interrupted interrupted)
+      : interrupted_(std::move(interrupted)), input_(std::move(input)) {}
   void describe();
 
+  MediaInput::Interrupted interrupted_;
   MediaInput input_;
   MediaFacts description_;
 };

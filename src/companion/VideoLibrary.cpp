@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -29,12 +30,11 @@ constexpr const char* kCoverEnding = ".jpg";
 constexpr const char* kUnfinishedEnding = ".jpg.new";
 
 std::string insertStatement() {
-  std::string columns;
-  std::string marks;
+  std::string columns = "rowid";
+  std::string marks = "?";
   const auto addColumn = [&](const char* key) {
-    const char* separator = columns.empty() ? "" : ", ";
-    columns.append(separator).append("\"").append(VideoDetail::columnFor(key)).append("\"");
-    marks.append(separator).append("?");
+    columns.append(", \"").append(VideoDetail::columnFor(key)).append("\"");
+    marks.append(", ?");
   };
   std::apply([&](const auto&... each) { (addColumn(each.key), ...); }, VideoDetail::fields());
   return "insert into LocalVideos (" + columns + ") values (" + marks + ")";
@@ -100,9 +100,23 @@ Result<std::vector<VideoDetail>> VideoLibrary::videos() {
   return guarded([&]() -> Result<std::vector<VideoDetail>> { return readAll(); });
 }
 
-void VideoLibrary::insert(const VideoDetail& video) {
+std::vector<VideoRow> VideoLibrary::rowsOf(const std::string& sign) {
+  std::vector<VideoRow> rows;
+  const auto videos = query("select * from LocalVideos where sign = ? order by rowid", &sign);
+  SQLite::Statement places(*db_, "select rowid from LocalVideos where sign = ? order by rowid");
+  places.bind(1, sign);
+  for (const VideoDetail& video : videos) {
+    rows.push_back({places.executeStep() ? places.getColumn(0).getInt64() : 0, video});
+  }
+  return rows;
+}
+
+void VideoLibrary::insert(const VideoDetail& video, std::optional<std::int64_t> place) {
   SQLite::Statement statement(*db_, insertStatement());
-  int index = 0;
+  int index = 1;
+  if (place) {
+    statement.bind(index, *place);
+  }
   std::apply([&](const auto&... each) { (statement.bind(++index, video.*each.member), ...); }, VideoDetail::fields());
   statement.exec();
 }
@@ -179,31 +193,68 @@ Outcome VideoLibrary::writeCover(VideoDetail& video, const std::string& jpeg) co
   return {};
 }
 
-Result<std::vector<VideoDetail>> VideoLibrary::remove(const std::vector<std::string>& names,
-                                                      const BeforeRemoval& beforeRemoval) {
-  return guarded([&]() -> Result<std::vector<VideoDetail>> {
+Outcome VideoLibrary::remove(const std::vector<std::string>& names, const BeforeRemoval& beforeRemoval) {
+  return guarded([&]() -> Outcome {
     SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
     const std::vector<VideoDetail> before = readAll();
-    std::vector<VideoDetail> removed;
+    std::set<std::string> signs;
+    std::vector<VideoRow> removed;
     for (const std::string& name : names) {
       auto video = findVideo(before, name);
       if (!video) {
         return failed(video.error());
       }
-      if (std::ranges::find(removed, video->sign, &VideoDetail::sign) == removed.end()) {
-        removed.push_back(*std::move(video));
+      if (signs.insert(video->sign).second) {
+        std::ranges::move(rowsOf(video->sign), std::back_inserter(removed));
       }
     }
-    for (const VideoDetail& video : removed) {
+    for (const std::string& sign : signs) {
       SQLite::Statement statement(*db_, "delete from LocalVideos where sign = ?");
-      statement.bind(1, video.sign);
+      statement.bind(1, sign);
       statement.exec();
     }
-    if (const auto allowed = beforeRemoval(before, removed); !allowed) {
-      return failed(allowed.error());
+    if (auto allowed = beforeRemoval(before, removed); !allowed) {
+      return allowed;
     }
     transaction.commit();
-    return removed;
+    return {};
+  });
+}
+
+Outcome VideoLibrary::restore(const std::vector<VideoRow>& rows) {
+  return guarded([&]() -> Outcome {
+    SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
+    std::set<std::string> present;
+    for (const VideoDetail& video : readAll()) {
+      present.insert(video.sign);
+    }
+    for (const VideoRow& row : rows) {
+      if (present.contains(row.video.sign)) {
+        continue;
+      }
+      SQLite::Statement taken(*db_, "select 1 from LocalVideos where rowid = ?");
+      taken.bind(1, row.place);
+      insert(row.video, taken.executeStep() ? std::nullopt : std::optional(row.place));
+    }
+    transaction.commit();
+    return {};
+  });
+}
+
+Outcome VideoLibrary::rename(const std::string& sign, const std::string& title) {
+  return guarded([&]() -> Outcome {
+    SQLite::Statement statement(*db_, "update LocalVideos set title = ? where sign = ?");
+    statement.bind(1, title);
+    statement.bind(2, sign);
+    return statement.exec() > 0 ? Outcome() : failed("the video is not in the library any more");
+  });
+}
+
+Outcome VideoLibrary::replaceCover(const std::string& sign, const std::string& jpeg) {
+  return guarded([&]() -> Outcome {
+    const SQLite::Transaction transaction(*db_, SQLite::TransactionBehavior::IMMEDIATE);
+    std::optional<VideoDetail> video = find(sign);
+    return video ? writeCover(*video, jpeg) : failed("the video is not in the library any more");
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -19,6 +20,12 @@ namespace quilex {
 
 /// Lower-case hexadecimal digits of a video's sign.
 constexpr std::size_t kSignLength = 32;
+
+/// A row of the library, with its place in the order of the table.
+struct VideoRow {
+  std::int64_t place = 0;
+  VideoDetail video;
+};
 
 /// The library of videos with the folder of their covers, for this program, which alone adds and changes rows. Each
 /// change is one transaction: it is made completely or not at all, even if the program ends in the middle. Waits for
@@ -42,9 +49,16 @@ class VideoLibrary {
 
   /// Runs before a removal is committed; its failure undoes the removal.
   using BeforeRemoval =
-      std::function<Outcome(const std::vector<VideoDetail>& before, const std::vector<VideoDetail>& removed)>;
-  /// Removes the rows of the videos that `names` stand for, or none if one of them is unknown. Returns those removed.
-  Result<std::vector<VideoDetail>> remove(const std::vector<std::string>& names, const BeforeRemoval& beforeRemoval);
+      std::function<Outcome(const std::vector<VideoDetail>& before, const std::vector<VideoRow>& removed)>;
+  /// Removes the rows of the videos that `names` stand for, or none if one of them is unknown.
+  Outcome remove(const std::vector<std::string>& names, const BeforeRemoval& beforeRemoval);
+  /// Puts removed rows back in their places, or behind all others where a place is taken. Videos that are in the
+  /// library again stay as they are.
+  Outcome restore(const std::vector<VideoRow>& rows);
+  /// Fails if no video has the sign.
+  Outcome rename(const std::string& sign, const std::string& title);
+  /// Writes a cover, a JPEG, for a video that has lost its own.
+  Outcome replaceCover(const std::string& sign, const std::string& jpeg);
 
   /// Deletes covers without a row. They remain when a program is killed, or another one deletes a row.
   Outcome sweepCovers();
@@ -54,7 +68,9 @@ class VideoLibrary {
   std::vector<VideoDetail> query(const char* text, const std::string* argument);
   std::vector<VideoDetail> readAll();
   std::optional<VideoDetail> find(const std::string& sign);
-  void insert(const VideoDetail& video);
+  std::vector<VideoRow> rowsOf(const std::string& sign);
+  /// Without a place, behind all others.
+  void insert(const VideoDetail& video, std::optional<std::int64_t> place = std::nullopt);
   Outcome writeCover(VideoDetail& video, const std::string& jpeg) const;
   std::vector<std::filesystem::path> strayCovers();
   template <typename Work>

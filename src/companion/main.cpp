@@ -1,7 +1,12 @@
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <functional>
 #include <string>
@@ -14,6 +19,11 @@
 #include "companion/Doctor.h"
 #include "companion/SettingsTable.h"
 #include "companion/Text.h"
+#include "linux/session/bundle/LinuxBundle.h"
+
+#ifdef QUILEX_SANITIZED
+#include <sanitizer/lsan_interface.h>
+#endif
 
 namespace {
 
@@ -24,7 +34,8 @@ constexpr int kNotUnderstood = 2;
 
 constexpr const char* kAbout =
     "Fills the library of video wallpapers and directs the agent that plays them, which follows within a second. "
-    "The exit status is 0 when all was done, 1 when something was not, 2 when the command line is wrong.";
+    "Without arguments it opens a window in which all of that can be done. The exit status is 0 when all was done, 1 "
+    "when something was not, 2 when the command line is wrong.";
 
 /// The arguments on the command line, and the command that it asks for.
 struct CommandLine {
@@ -110,11 +121,18 @@ int fail(const std::string& message, int status) {
   return status;
 }
 
+// Becomes the window, which is a program of its own: the command line starts without the toolkit of windows.
+int openWindow(char** argv) {
+  const auto program = LinuxBundle::main().path().parent_path().parent_path() / "libexec" / "quilex-window";
+  execv(program.c_str(), argv);
+  return fail(program.string() + " cannot be started: " + std::strerror(errno), kNotDone);
+}
+
 int run(int argc, char** argv) {
   CommandLine line;
   CLI::App app(kAbout, "quilex");
   app.set_version_flag("--version", versionLine);
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   addImport(app, line);
   addList(app, line);
   addPlay(app, line);
@@ -137,21 +155,41 @@ int run(int argc, char** argv) {
   } catch (const tl::bad_expected_access<Failure>& error) {
     return fail(error.error().message, kNotUnderstood);
   }
+  if (!line.command) {
+    return fail("a command is missing (see quilex --help)", kNotUnderstood);
+  }
   const Outcome outcome = line.command().and_then(checkOutput);
   return outcome ? EXIT_SUCCESS : fail(outcome.error().message, kNotDone);
 }
 
-}  // namespace
+/// Ends the process, but destroys no static objects: the toolkit's thread for the bus may still read a late answer, and
+/// would complain that the types in it are gone.
+[[noreturn]] void end(int status) {
+  std::fflush(nullptr);
+#ifdef QUILEX_SANITIZED
+  __lsan_do_leak_check();
+#endif
+  std::_Exit(status);
+}
 
-int main(int argc, char** argv) {
-  // The reader of the output may leave before the work is done.
-  std::signal(SIGPIPE, SIG_IGN);
-  // Nothing here depends on the locale, but Qt complains about one that is not UTF-8.
-  setenv("LC_ALL", "C.UTF-8", 1);
+int runWithToolkit(int argc, char** argv) {
   try {
     const QCoreApplication application(argc, argv);
     return run(argc, argv);
   } catch (const std::exception& error) {
     return fail(error.what(), kNotDone);
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    return openWindow(argv);
+  }
+  // The reader of the output may leave before the work is done.
+  std::signal(SIGPIPE, SIG_IGN);
+  // Nothing here depends on the locale, but Qt complains about one that is not UTF-8.
+  setenv("LC_ALL", "C.UTF-8", 1);
+  end(runWithToolkit(argc, argv));
 }

@@ -23,9 +23,9 @@
 #include "linux/toolkit/http/QtHTTPSession.h"
 #include "linux/toolkit/http/QtImage.h"
 #include "linux/toolkit/http/ServiceURL.h"
+#include "linux/toolkit/language/Translations.h"
 #include "linux/toolkit/tray/QtStatusItem.h"
 #include "linux/toolkit/windows/InterfaceFiles.h"
-#include "linux/toolkit/windows/Translations.h"
 
 namespace quilex {
 

@@ -9,10 +9,10 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "linux/toolkit/language/Translations.h"
 #include "linux/toolkit/tray/QtMenu.h"
 #include "linux/toolkit/windows/Buttons.h"
 #include "linux/toolkit/windows/InterfaceFiles.h"
-#include "linux/toolkit/windows/Translations.h"
 #include "support/AdapterTest.h"
 #include "support/Fakes.h"
 #include "ui/CustomAlertWindowController.h"

@@ -48,7 +48,10 @@ class DesktopJourney(Journey):
         (home / "Desktop").mkdir(parents=True, exist_ok=True)
         self.session.environment["HOME"] = str(home)
         with open(self.session.folder / "desktop-log", "ab") as log:
-            return self.session.start(*self.desktop, stdout=log, stderr=log)
+            program = self.session.start(*self.desktop, stdout=log, stderr=log)
+        # Not all of them end when they are asked to.
+        self.addCleanup(program.kill)
+        return program
 
     def end_desktop(self, program):
         program.kill()

@@ -38,6 +38,19 @@ class InstalledJourney(Journey):
 
 
 class Metadata(InstalledJourney):
+    def test_the_main_window_opens(self):
+        self.begin()
+        session = self.session
+        session.start("gio", "launch", self.prefix / "share/applications/com.dravo.quilex.macOS.desktop")
+        search = ("xdotool", "search", "--onlyvisible", "--class", "^quilex$")
+        window = wait_for(lambda: session.run(*search).split(), "the window")[-1]
+        icon = session.run("xprop", "-id", window, "WM_CLASS", "WM_NAME")
+        self.assertIn('"Quilex"', icon)
+        programs = [pathlib.Path("/proc", each, "exe").resolve() for each in session.run("xdotool", "getwindowpid", window).split()]
+        self.assertEqual(programs, [self.prefix / "libexec/quilex-window"])
+        os.kill(int(session.run("xdotool", "getwindowpid", window)), signal.SIGTERM)
+        wait_for(lambda: not session.run(*search), "the window's end")
+
     def test_desktops_and_shells_understand_what_is_installed(self):
         self.begin()
         share = self.prefix / "share"

@@ -264,7 +264,9 @@ class Standstill(StandstillJourney):
 
     def contents(self, window):
         """A function that returns what the window holds, seen or not, as the compositing manager has it."""
-        drawable = Xlib.display.Display(self.session.desktop.name).create_resource_object("window", window)
+        display = Xlib.display.Display(self.session.desktop.name)
+        self.addCleanup(display.close)
+        drawable = display.create_resource_object("window", window)
         return lambda: drawable.get_image(0, 0, 400, 300, Xlib.X.ZPixmap, 0xFFFFFFFF).data
 
     def make_window(self, geometry):

@@ -8,6 +8,9 @@ import tempfile
 import time
 import unittest
 
+import Xlib.display
+import Xlib.X
+import Xlib.Xatom
 from session import Session, make_clip, wait_for
 
 BUILD = sys.argv.pop(1)
@@ -68,18 +71,34 @@ class Journey(unittest.TestCase):
         self.assertEqual((ended.returncode, ended.stdout), (status, ""))
         return ended.stderr
 
+    def show_desktop(self):
+        """Shows a program's desktop with icons, and returns the function that ends it. It is red where the tests look, but
+        not mostly of one colour, from which icons could be told."""
+        display = Xlib.display.Display(self.session.desktop.name)
+        screen = display.screen()
+        tile = screen.root.create_pixmap(640, 16, screen.root_depth)
+        for left, colour in ((0, 0xFFFFFF), (200, 0xC02020), (320, 0x2020C0)):
+            tile.fill_rectangle(tile.create_gc(foreground=colour), left, 0, 640 - left, 16)
+        size = (0, 0, screen.width_in_pixels, screen.height_in_pixels, 0, Xlib.X.CopyFromParent)
+        window = screen.root.create_window(*size, background_pixmap=tile)
+        kind = [display.intern_atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
+        window.change_property(display.intern_atom("_NET_WM_WINDOW_TYPE"), Xlib.Xatom.ATOM, 32, kind)
+        window.configure(stack_mode=Xlib.X.Below)
+        window.map()
+        display.sync()
+        return display.close
+
     def check_order(self, steps, check=lambda: None):
-        """Orders another program's wallpaper. Each step is a command, and the colour that is seen afterwards."""
-        # Not of one colour: its icons could be told from that, and the wallpaper would lie over the rest.
-        icons = self.session.start_probe(self.halves)
-        icons.order("back")
+        """Orders a wallpaper on a desktop with icons. Each step is a command, and the colour that is seen afterwards."""
+        end_desktop = self.show_desktop()
         self.session.wait_for_pixels({(300, 360): RED}, "a desktop with icons")
         wallpaper = self.session.start_probe(self.green)
         for word, colour in steps:
             wallpaper.order(word)
             self.session.wait_for_pixels({(300, 360): colour, (1535, 300): colour}, word)
             check()
-        self.assertEqual([probe.end() for probe in (wallpaper, icons)], [0, 0])
+        self.assertEqual(wallpaper.end(), 0)
+        end_desktop()
 
     def windows_cover(self, *places):
         found = lambda: sorted(self.session.geometry(window) for window in self.session.windows())
@@ -270,13 +289,21 @@ class WindowManagers(Journey):
         session.wait_for_pixels({(640, 500): GREEN, (200, 150): GREEN, (1680, 300): GREEN}, "the other workspace")
         session.run("wmctrl", "-s", "0")
         session.run("openbox", "--restart")
+        for shows_desktop in (True, False):
+            wait_for(lambda: session.manager_obeys(shows_desktop), "the window manager after its restart")
         self.windows_cover((0, 0, 1280, 720), (1280, 0, 800, 600))
         session.wait_for_pixels({(640, 500): GREEN, (1680, 300): GREEN}, "the wallpaper after the restart")
 
     def test_none_and_xfwm4(self):
         # Its compositor takes the driver's other outputs for unplugged ones and leaves them black.
         for manager in (None, "xfwm4 --compositor=off"):
-            self.check(manager)
+            session = self.check(manager)
+        # The primary button of a person who is left-handed.
+        presses = session.output().count("mouse down")
+        session.run("xmodmap", "-e", "pointer = 3 2 1")
+        session.run("xdotool", "click", "1", "click", "3")
+        wait_for(lambda: session.output().count("mouse down") > presses, "the click of the other hand")
+        self.assertEqual(session.output().count("mouse down"), presses + 1)
 
 
 if __name__ == "__main__":

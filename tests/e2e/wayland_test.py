@@ -155,6 +155,11 @@ class WaylandOutputs(Journey):
         self.assertEqual(session.errors(), "quilexhelper: the Wayland compositor is gone\n")
         wait_for(lambda: "com.dravo.quilex.mac.ter" in heard.read_text(), "the notification")
 
+    def show_desktop(self):
+        icons = self.session.start_probe(self.short)
+        icons.order("back")
+        return lambda: self.assertEqual(icons.end(), 0)
+
     def test_order_and_presses(self):
         session = self.begin(("green", self.green))
         session.environment["XDG_CURRENT_DESKTOP"] = "LXQt:wlroots"  # whose icons are in the background layer

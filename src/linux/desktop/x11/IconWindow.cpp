@@ -11,7 +11,6 @@ namespace quilex {
 namespace {
 
 constexpr std::uint32_t kAlpha = 0xFF000000;
-constexpr std::uint8_t kDepthWithAlpha = 32;
 // Rows that are read at once, so that a large window needs little memory.
 constexpr int kRowsAtOnce = 64;
 // A window that is being drawn, or whose background changes at the same time, shows neither its icons nor its

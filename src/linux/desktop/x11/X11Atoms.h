@@ -40,6 +40,9 @@ enum class Atom {
   count
 };
 
+/// The workspace of a window that is on all of them, in _NET_WM_DESKTOP.
+constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
+
 /// The atoms that the agent uses, as one connection knows them.
 class X11Atoms {
  public:

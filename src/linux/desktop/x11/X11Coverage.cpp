@@ -11,9 +11,7 @@ namespace {
 
 // Changes come in bursts.
 constexpr std::chrono::milliseconds kSettling{100};
-constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t kFullyOpaque = 0xFFFFFFFF;
-constexpr std::uint8_t kDepthWithAlpha = 32;
 constexpr std::uint32_t kMostStates = 64;
 
 bool contains(const Rect& outer, const Rect& inner) {

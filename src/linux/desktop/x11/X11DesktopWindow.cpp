@@ -14,7 +14,6 @@ namespace quilex {
 
 namespace {
 
-constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::string_view kTitle = "QuilexHelper";
 constexpr std::string_view kClass{"quilexhelper\0QuilexHelper\0", 26};
 // After so many attempts a window manager that keeps moving the window has its way.

@@ -19,6 +19,9 @@ struct FreeDeleter {
 template <typename Type>
 using XcbPointer = std::unique_ptr<Type, FreeDeleter>;
 
+/// The depth of windows with an alpha channel.
+constexpr std::uint8_t kDepthWithAlpha = 32;
+
 /// Owns an object of the X server. The connection must outlive it.
 template <auto destroy>
 class XcbObject {

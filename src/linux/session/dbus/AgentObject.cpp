@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "linux/session/dbus/AgentInterface.h"
+#include "linux/session/dbus/BusNames.h"
 
 namespace quilex {
 
@@ -14,7 +15,6 @@ namespace {
 
 const QString kAgentPath = QLatin1String(AgentInterface::kPath);
 const QString kAgentInterface = QLatin1String(AgentInterface::kName);
-const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
 QVariantMap values(const AgentStatus& status, bool onlySignalled) {
   QVariantMap all;

@@ -5,13 +5,11 @@
 #include <QDBusVariant>
 #include <utility>
 
+#include "linux/session/dbus/BusNames.h"
+
 namespace quilex {
 
-namespace {
-
-const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-
-}  // namespace
+namespace {}  // namespace
 
 BusWatch::BusWatch(BusObject object, Handler handler)
     : object_(std::move(object)),

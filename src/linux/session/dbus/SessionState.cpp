@@ -12,15 +12,13 @@
 #include <optional>
 #include <utility>
 
+#include "linux/session/dbus/BusNames.h"
 #include "linux/session/dbus/BusState.h"
 #include "linux/session/dbus/WatchTogether.h"
 
 namespace quilex {
 
 namespace {
-
-const QString kLogin = QStringLiteral("org.freedesktop.login1");
-const QString kLoginPath = QStringLiteral("/org/freedesktop/login1");
 
 // The interface has the name of the service.
 struct ScreenSaver {
@@ -36,7 +34,7 @@ constexpr std::array kScreenSavers{
 };
 
 BusObject login(const QString& path, const char* interface) {
-  return {BusKind::system, kLogin, path, kLogin + "." + interface};
+  return {BusKind::system, kLoginService, path, kLoginService + "." + interface};
 }
 
 /// Looks for the agent's session, one way after another, and watches a flag of it.
@@ -118,6 +116,7 @@ Disposable watchScreenSaver(const ScreenSaver& saver, StandstillReason::Handler 
 
 Disposable watchScreenSavers(StandstillReason::Handler handler) {
   std::vector<decltype(StandstillReason::watch)> watches;
+  watches.reserve(kScreenSavers.size());
   for (const ScreenSaver& saver : kScreenSavers) {
     watches.emplace_back([&saver](StandstillReason::Handler one) { return watchScreenSaver(saver, std::move(one)); });
   }

@@ -4,14 +4,13 @@
 #include <memory>
 #include <utility>
 
+#include "linux/session/dbus/BusNames.h"
 #include "linux/session/dbus/SignalReceiver.h"
 
 namespace quilex {
 
 namespace {
 
-const QString kLoginService = QStringLiteral("org.freedesktop.login1");
-const QString kLoginPath = QStringLiteral("/org/freedesktop/login1");
 const QString kLoginManager = QStringLiteral("org.freedesktop.login1.Manager");
 const QString kPrepareForSleep = QStringLiteral("PrepareForSleep");
 

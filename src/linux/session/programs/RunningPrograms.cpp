@@ -92,6 +92,7 @@ class Search {
 Disposable watchPrograms(const std::vector<std::string>& names, BackgroundWork& backgroundWork, RunLoop& loop,
                          StandstillReason::Handler handler) {
   std::vector<std::string> shortened;
+  shortened.reserve(names.size());
   for (const std::string& name : names) {
     shortened.push_back(name.substr(0, kLongestName));
   }

@@ -1,4 +1,4 @@
-#include "linux/toolkit/windows/Translations.h"
+#include "linux/toolkit/language/Translations.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
