@@ -283,6 +283,7 @@ xcb_window_t IconReader::topmostAt(int x, int y) const {
   xcb_connection_t* const xcb = connection_.get();
   const auto stack = xcbChildren(xcb, root_);
   std::vector<std::pair<xcb_get_geometry_cookie_t, xcb_get_window_attributes_cookie_t>> cookies;
+  cookies.reserve(stack.size());
   for (const xcb_window_t window : stack) {
     cookies.emplace_back(xcb_get_geometry(xcb, window), xcb_get_window_attributes(xcb, window));
   }
