@@ -105,6 +105,7 @@ std::vector<VideoRow> VideoLibrary::rowsOf(const std::string& sign) {
   const auto videos = query("select * from LocalVideos where sign = ? order by rowid", &sign);
   SQLite::Statement places(*db_, "select rowid from LocalVideos where sign = ? order by rowid");
   places.bind(1, sign);
+  rows.reserve(videos.size());
   for (const VideoDetail& video : videos) {
     rows.push_back({places.executeStep() ? places.getColumn(0).getInt64() : 0, video});
   }
