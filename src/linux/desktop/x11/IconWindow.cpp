@@ -15,7 +15,7 @@ constexpr std::uint32_t kAlpha = 0xFF000000;
 constexpr int kRowsAtOnce = 64;
 // A window that is being drawn, or whose background changes at the same time, shows neither its icons nor its
 // background for a moment.
-constexpr int kMostDoubts = 5;
+constexpr std::chrono::milliseconds kDoubt{1500};
 
 // The rectangle's pixels in rows from the top; empty if the drawable is gone, is not as large, or has pixels that do
 // not take 32 bits.
@@ -119,13 +119,15 @@ void IconWindow::look(xcb_pixmap_t background) {
   classify(background);
   const bool isDoubtful =
       kindBefore == IconLayer::Kind::separable && kind_ == IconLayer::Kind::opaque && before.size() == mask_.size();
-  if (isDoubtful && ++doubts_ < kMostDoubts) {
+  const auto now = std::chrono::steady_clock::now();
+  if (isDoubtful && now - doubtfulSince_.value_or(now) < kDoubt) {
+    doubtfulSince_ = doubtfulSince_.value_or(now);
     kind_ = kindBefore;
     background_ = backgroundBefore;
     mask_ = std::move(before);
     isKnown_ = false;
   } else {
-    doubts_ = 0;
+    doubtfulSince_.reset();
   }
 }
 

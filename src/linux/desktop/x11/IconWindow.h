@@ -3,6 +3,7 @@
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -64,8 +65,8 @@ class IconWindow {
   bool isKnown_ = false;
   /// In the window, what was drawn since the last look.
   std::optional<PixelRect> stale_;
-  /// How many looks in a row found what could not be right.
-  int doubts_ = 0;
+  /// Since when looks have found what could not be right.
+  std::optional<std::chrono::steady_clock::time_point> doubtfulSince_;
   IconLayer::Kind kind_ = IconLayer::Kind::opaque;
   Background background_;
   IconMask mask_;
