@@ -9,7 +9,7 @@ namespace quilex {
 
 /// The icons that another program shows on the desktop.
 struct IconLayer {
-  /// Of several windows with icons, the last kind among theirs counts.
+  /// If several windows show icons, the kind among theirs that comes last in this list counts for all.
   enum class Kind {
     /// No program shows icons.
     none,

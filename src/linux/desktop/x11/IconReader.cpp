@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds kOpaque{2000};
 
 }  // namespace
 
-IconReader::IconReader(std::function<void(const IconLayer&)> seen, std::function<void(int, int, bool)> pressed)
+IconReader::IconReader(std::function<void(const IconLayer&)> seen, std::function<void(const DesktopPress&)> pressed)
     : seen_(std::move(seen)), pressed_(std::move(pressed)), connection_(xcb_connect(nullptr, nullptr)) {
   xcb_connection_t* const xcb = connection_.get();
   if (xcb_connection_has_error(xcb) != 0 || !hasExtensions()) {
@@ -100,7 +100,7 @@ void IconReader::lookIn(std::chrono::milliseconds delay) {
 }
 
 void IconReader::handle(const xcb_generic_event_t& event) {
-  const std::uint8_t type = event.response_type & 0x7F;
+  const std::uint8_t type = eventType(event);
   if (type == firstDamageEvent_ + XCB_DAMAGE_NOTIFY) {
     const auto& damage = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
     for (const auto& window : windows_) {
@@ -237,7 +237,7 @@ void IconReader::order(IconLayer& layer) const {
   }
 }
 
-// The event says which button of the device it was, not what the person has made of it.
+// A raw event has the number of the device's button, to which the person's mapping has not been applied.
 void IconReader::buttonEvent(const xcb_ge_generic_event_t& event) {
   const bool isDown = event.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
   if (event.extension != inputOpcode_ || (!isDown && event.event_type != XCB_INPUT_RAW_BUTTON_RELEASE)) {
@@ -254,10 +254,9 @@ void IconReader::buttonEvent(const xcb_ge_generic_event_t& event) {
   if (!pointer || meaning != XCB_BUTTON_INDEX_1) {
     return;
   }
-  const int x = pointer->root_x;
-  const int y = pointer->root_y;
-  if (!isDown || isWallpaperAt(x, y)) {
-    pressed_(x, y, isDown);
+  const DesktopPress press{pointer->root_x, pointer->root_y, isDown};
+  if (!isDown || isWallpaperAt(press.x, press.y)) {
+    pressed_(press);
   }
 }
 

@@ -17,13 +17,20 @@ struct XcbDisconnector {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
 };
 
+/// A primary button that went down or up. The place is on the root window.
+struct DesktopPress {
+  int x = 0;
+  int y = 0;
+  bool isDown = false;
+};
+
 /// Follows the windows of the desktop over a connection of its own to the server at DISPLAY. Everything here may block
 /// until the server has answered, so it needs a thread of its own.
 class IconReader {
  public:
-  /// `seen` is called when the layer of icons may have changed, `pressed` when a primary button went down over one of
-  /// this process's desktop windows, with the place on the root window, and when one went up anywhere.
-  IconReader(std::function<void(const IconLayer&)> seen, std::function<void(int x, int y, bool isDown)> pressed);
+  /// `seen` is called when the layer of icons has changed, `pressed` when a primary button went down over one of this
+  /// process's desktop windows, and when one went up anywhere.
+  IconReader(std::function<void(const IconLayer&)> seen, std::function<void(const DesktopPress&)> pressed);
   ~IconReader();
   IconReader(const IconReader&) = delete;
   IconReader& operator=(const IconReader&) = delete;
@@ -54,7 +61,7 @@ class IconReader {
   xcb_window_t topmostAt(int x, int y) const;
 
   const std::function<void(const IconLayer&)> seen_;
-  const std::function<void(int x, int y, bool isDown)> pressed_;
+  const std::function<void(const DesktopPress&)> pressed_;
   const std::unique_ptr<xcb_connection_t, XcbDisconnector> connection_;
   X11Atoms atoms_;
   xcb_window_t root_ = XCB_NONE;
@@ -67,7 +74,7 @@ class IconReader {
   std::vector<xcb_window_t> wallpapers_;
   IconLayer layer_;
   std::optional<Clock::time_point> nextLook_;
-  /// How often all windows have been looked at since something changed.
+  /// How many of the looks at all windows that follow a change have been made.
   std::size_t wholeLooks_ = 0;
 };
 

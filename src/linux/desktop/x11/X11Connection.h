@@ -80,12 +80,4 @@ class X11Connection {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-/// The type of an event without the mark of events that another client sent.
-inline std::uint8_t eventType(const xcb_generic_event_t& event) {
-  return event.response_type & 0x7F;
-}
-inline bool wasSentByClient(const xcb_generic_event_t& event) {
-  return (event.response_type & 0x80) != 0;
-}
-
 }  // namespace quilex

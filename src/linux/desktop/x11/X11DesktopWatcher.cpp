@@ -6,8 +6,6 @@
 #include <array>
 #include <utility>
 
-#include "linux/desktop/x11/IconReader.h"
-
 namespace quilex {
 
 X11DesktopWatcher::X11DesktopWatcher(std::function<void()> changed, std::function<void(const DesktopPress&)> pressed)
@@ -24,9 +22,7 @@ X11DesktopWatcher::~X11DesktopWatcher() {
 
 void X11DesktopWatcher::watch() {
   IconReader reader([this](const IconLayer& seen) { publish(seen); },
-                    [this](int x, int y, bool isDown) {
-                      publish({x, y, isDown});
-                    });
+                    [this](const DesktopPress& press) { publish(press); });
   if (!reader.isConnected()) {
     return;
   }

@@ -6,17 +6,11 @@
 #include <vector>
 
 #include "linux/desktop/x11/IconLayer.h"
+#include "linux/desktop/x11/IconReader.h"
 #include "linux/toolkit/loop/FileDescriptor.h"
 #include "linux/toolkit/loop/Wakeup.h"
 
 namespace quilex {
-
-/// A primary button that went down or up over the desktop.
-struct DesktopPress {
-  int x = 0;
-  int y = 0;
-  bool isDown = false;
-};
 
 /// Watches what other programs show on the desktop, and presses on the agent's own windows there, which let all input
 /// through. A thread does that over a connection of its own, because it has to wait for the server's answers.

@@ -19,6 +19,14 @@ struct FreeDeleter {
 template <typename Type>
 using XcbPointer = std::unique_ptr<Type, FreeDeleter>;
 
+/// The type of an event without the mark of events that another client sent.
+inline std::uint8_t eventType(const xcb_generic_event_t& event) {
+  return event.response_type & 0x7F;
+}
+inline bool wasSentByClient(const xcb_generic_event_t& event) {
+  return (event.response_type & 0x80) != 0;
+}
+
 /// The depth of windows with an alpha channel.
 constexpr std::uint8_t kDepthWithAlpha = 32;
 
