@@ -146,19 +146,23 @@ Result<VideoDetail> playNextVideo() {
   });
 }
 
-Result<Removal> removeVideos(const std::vector<std::string>& names) {
-  const auto settings = Settings::open();
+Result<UserFiles> openUserFiles() {
+  auto settings = Settings::open();
   if (!settings) {
     return failed(settings.error());
   }
-  const auto library = openLibrary();
-  if (!library) {
-    return failed(library.error());
+  return openLibrary().map([&](auto library) { return UserFiles{std::move(*settings), std::move(library)}; });
+}
+
+Result<Removal> removeVideos(const std::vector<std::string>& names) {
+  const auto opened = openUserFiles();
+  if (!opened) {
+    return failed(opened.error());
   }
   Removal removal;
-  auto removed = (*library)->remove(names, [&](const Videos& before, const std::vector<VideoRow>& leaving) {
+  auto removed = opened->library->remove(names, [&](const Videos& before, const std::vector<VideoRow>& leaving) {
     removal.rows = leaving;
-    return leaveRemoved(**settings, before, removal);
+    return leaveRemoved(*opened->settings, before, removal);
   });
   if (!removed) {
     return failed(removed.error());
@@ -168,20 +172,16 @@ Result<Removal> removeVideos(const std::vector<std::string>& names) {
 }
 
 Outcome restoreVideos(const Removal& removal) {
-  const auto settings = Settings::open();
-  if (!settings) {
-    return failed(settings.error());
+  const auto opened = openUserFiles();
+  if (!opened) {
+    return failed(opened.error());
   }
-  const auto library = openLibrary();
-  if (!library) {
-    return failed(library.error());
-  }
-  if (auto restored = (*library)->restore(removal.rows); !restored) {
+  if (auto restored = opened->library->restore(removal.rows); !restored) {
     return restored;
   }
-  remakeMissingCovers(**library, removal);
+  remakeMissingCovers(*opened->library, removal);
   postLibraryChange();
-  SettingsSuite& suite = (*settings)->suite();
+  SettingsSuite& suite = opened->settings->suite();
   if (suite.contains(settings::kLibraryWasEmptied)) {
     suite.remove(settings::kLibraryWasEmptied);
   }
@@ -192,7 +192,7 @@ Outcome restoreVideos(const Removal& removal) {
   } else if (removal.closedWallpaper && current == removal.previousSign && !isOpen) {
     suite.setBoolean(settings::kIsOpenPlayer, true);
   }
-  return (*settings)->write();
+  return opened->settings->write();
 }
 
 Outcome sweepCovers() {

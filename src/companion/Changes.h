@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,13 @@ namespace quilex {
 
 // What a person can change, for the command line and the window alike. Each function opens the user's settings and
 // library by itself, waits for other programs' locks and for file systems, and notifies the agent. Any thread.
+
+/// The files that the companion shares with the agent.
+struct UserFiles {
+  std::unique_ptr<Settings> settings;
+  std::unique_ptr<VideoLibrary> library;
+};
+Result<UserFiles> openUserFiles();
 
 /// Shows the video that `name` stands for, a sign or the beginning of one; returns it.
 Result<VideoDetail> playVideo(const std::string& name);

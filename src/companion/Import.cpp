@@ -116,24 +116,20 @@ Result<Imported> importVideo(std::size_t index, const std::string& given, VideoL
 }  // namespace
 
 Result<ImportCount> importVideos(const std::vector<std::string>& files, ImportListener& listener) {
-  const auto settings = Settings::open();
-  if (!settings) {
-    return failed(settings.error());
+  const auto opened = openUserFiles();
+  if (!opened) {
+    return failed(opened.error());
   }
-  const auto library = openLibrary();
-  if (!library) {
-    return failed(library.error());
-  }
-  const auto before = (*library)->videos();
+  const auto before = opened->library->videos();
   if (!before) {
     return failed(before.error());
   }
-  const auto current = valueInForce<std::string>((*settings)->suite(), settings::kCurrentVideoSign);
+  const auto current = valueInForce<std::string>(opened->settings->suite(), settings::kCurrentVideoSign);
   ImportCount count;
   std::string firstSign;
   for (std::size_t index = 0; index < files.size() && !listener.isInterrupted(); ++index) {
     const std::string& file = files[index];
-    const auto imported = importVideo(index, file, **library, listener);
+    const auto imported = importVideo(index, file, *opened->library, listener);
     if (imported) {
       firstSign = firstSign.empty() ? imported->video.sign : firstSign;
       ++count.inLibrary;
@@ -146,9 +142,9 @@ Result<ImportCount> importVideos(const std::vector<std::string>& files, ImportLi
     }
   }
   count.wasInterrupted = count.inLibrary + count.refused < files.size();
-  Outcome swept = (*library)->sweepCovers();
+  Outcome swept = opened->library->sweepCovers();
   if (!firstSign.empty()) {
-    if (const auto announced = announceImport(**settings, firstSign, *before, current); !announced) {
+    if (const auto announced = announceImport(*opened->settings, firstSign, *before, current); !announced) {
       return failed(announced.error());
     }
   }
